@@ -1,0 +1,61 @@
+#pragma once
+// The session environment: one per running program. It holds the open connection, the
+// logged-in user and type, the workstation, the settings, and the values read from
+// PRAMELVIX.INI. Every screen is handed it.
+#include "app/instalacion.h"
+#include "core/clock.h"
+#include "core/dialogs.h"
+#include "data/ajustes.h"
+#include "data/database.h"
+
+#include <memory>
+
+// Section IMPRESORA TICKETS of PRAMELVIX.INI.
+struct ImpresoraTickets {
+    QString TIPO, IMPRESORA, PUERTO, BITSDATOS, BITSPARADA, PARIDAD, VELOCIDAD, NUMPASADAS, CORTEPAPEL;
+    static ImpresoraTickets desdeIni(const IniFile& ini);
+};
+
+// Section MODEM GSM of PRAMELVIX.INI.
+struct ModemGsm {
+    QString PUERTO, BITSDATOS, BITSPARADA, PARIDAD, VELOCIDAD;
+    static ModemGsm desdeIni(const IniFile& ini);
+};
+
+inline const QString kTipoAdministrador = QStringLiteral("ADMINISTRADOR");
+inline const QString kTipoUsuario = QStringLiteral("USUARIO");
+
+class Entorno {
+public:
+    Entorno(std::unique_ptr<Database> db, Dialogs& dialogs, const Clock& reloj);
+
+    Database& db() { return *db_; }
+    bool hayBaseDatos() const { return db_ != nullptr; }
+    // Hands the connection over (to close it for a compaction) and takes a new one.
+    std::unique_ptr<Database> soltarBaseDatos() { return std::move(db_); }
+    void ponerBaseDatos(std::unique_ptr<Database> db) { db_ = std::move(db); }
+
+    Dialogs& dialogs() { return dialogs_; }
+    const Clock& reloj() const { return reloj_; }
+    Ajustes ajustes() { return Ajustes(*db_); }
+
+    bool identificado() const { return !usuario.isEmpty(); }
+    bool esAdministrador() const { return tipoUsuario == kTipoAdministrador; }
+    void desidentificar();
+
+    QString carpetaPrograma;
+    QString puesto;
+    QString sesion; // this run of the program on this workstation
+    ConfiguracionBD configuracionBD;
+    ImpresoraTickets impresoraTickets;
+    ModemGsm modemGsm;
+
+    QString usuario;       // login name
+    QString nombreUsuario; // name shown
+    QString tipoUsuario;
+
+private:
+    std::unique_ptr<Database> db_;
+    Dialogs& dialogs_;
+    const Clock& reloj_;
+};

@@ -1,0 +1,19 @@
+#pragma once
+// A termination request from the system (SIGTERM, SIGINT, SIGHUP) closes the program
+// through its normal closing, so that the workstation leaves the active table.
+#include <QObject>
+#include <functional>
+
+class QSocketNotifier;
+
+class AvisoTerminar : public QObject {
+    Q_OBJECT
+public:
+    explicit AvisoTerminar(std::function<void()> alTerminar, QObject* padre = nullptr);
+    ~AvisoTerminar() override;
+
+private:
+    void recibido();
+    std::function<void()> alTerminar_;
+    QSocketNotifier* notificador_ = nullptr;
+};

@@ -1,0 +1,34 @@
+#pragma once
+// Message boxes written to the terminal: used when there is no display or when
+// PRAMELVIX_DIALOGOS=consola. Each box is one block on standard output:
+//   [ERROR] Pramelvix
+//   Error en la ejecución
+// A question reads its answer from standard input ("s", "si", "sí", "y", "yes" mean Yes;
+// anything else, or the end of input, means No). A file picker reads a path.
+#include "core/dialogs.h"
+
+#include <cstdio>
+
+class ConsoleDialogs final : public Dialogs {
+public:
+    explicit ConsoleDialogs(FILE* salida = stdout, FILE* entrada = stdin);
+
+    void mostrar(Icono icono, const QString& titulo, const QString& texto) override;
+    bool preguntar(Icono icono, const QString& titulo, const QString& texto) override;
+    using Dialogs::preguntar;
+    QString elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) override;
+    QString elegirFicheroGuardar(const QString& titulo, const QString& filtro, const QString& propuesto) override;
+    void progreso(const QString& texto) override;
+
+    // Reads one line of standard input; false at the end of input.
+    bool leerLinea(QString& linea);
+    void escribir(const QString& texto);
+
+private:
+    void bloque(const QString& cabecera, const QString& titulo, const QString& texto);
+    FILE* salida_;
+    FILE* entrada_;
+};
+
+// True when message boxes must go to the terminal.
+bool dialogosEnConsola();

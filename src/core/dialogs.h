@@ -1,0 +1,37 @@
+#pragma once
+// The only way a form speaks to the user: message boxes, Yes/No questions, file pickers
+// and a progress text. Qt draws them on a display; the console implementation writes them
+// to the terminal; tests script them.
+#include <QString>
+
+enum class Icono {
+    Ninguno,     // plain box
+    Informacion, // style 64
+    Exclamacion, // style 48
+    Critico,     // style 16
+    Pregunta,    // style 32
+};
+
+QString nombreIcono(Icono icono);
+
+class Dialogs {
+public:
+    virtual ~Dialogs() = default;
+
+    virtual void mostrar(Icono icono, const QString& titulo, const QString& texto) = 0;
+    // Yes/No question; true means Yes.
+    virtual bool preguntar(Icono icono, const QString& titulo, const QString& texto) = 0;
+    // File pickers; an empty text means the user cancelled.
+    virtual QString elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) = 0;
+    virtual QString elegirFicheroGuardar(const QString& titulo, const QString& filtro,
+                                         const QString& propuesto) = 0;
+    // A progress text shown while a long operation runs; an empty text removes it.
+    virtual void progreso(const QString& texto) = 0;
+
+    void informar(const QString& titulo, const QString& texto) { mostrar(Icono::Informacion, titulo, texto); }
+    void avisar(const QString& titulo, const QString& texto) { mostrar(Icono::Exclamacion, titulo, texto); }
+    void error(const QString& titulo, const QString& texto) { mostrar(Icono::Critico, titulo, texto); }
+    bool preguntar(const QString& titulo, const QString& texto) {
+        return preguntar(Icono::Pregunta, titulo, texto);
+    }
+};

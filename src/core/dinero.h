@@ -1,0 +1,10 @@
+#pragma once
+// Amounts of money are doubles rounded to cents. Every amount is rounded with redondear2
+// before it is stored, shown or added to a total.
+
+// Rounds to 2 decimals, ties to even, judged on the exact binary value of x: 0.125 is a true
+// tie and gives 0.12, while 2.675 is stored as 2.67499999999999982236431605997495353221893310546875
+// and gives 2.67. The result is the double nearest to the rounded decimal. A result of zero is
+// always +0.0 (so that -0.001 never reaches a screen as "-0,00"). NaN and infinities pass
+// through unchanged.
+double redondear2(double x);

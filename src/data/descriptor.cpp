@@ -1,0 +1,43 @@
+#include "data/descriptor.h"
+
+QString DescriptorColumna::valorExterno(const QString& interno) const {
+    const qsizetype i = ValorInternoS.indexOf(interno);
+    return i >= 0 && i < ValorExternoS.size() ? ValorExternoS.at(i) : interno;
+}
+
+QString DescriptorColumna::valorInterno(const QString& externo) const {
+    const qsizetype i = ValorExternoS.indexOf(externo);
+    return i >= 0 && i < ValorInternoS.size() ? ValorInternoS.at(i) : externo;
+}
+
+const DescriptorColumna* DescriptorTabla::columna(const QString& nombre) const {
+    for (const auto& c : columnaS)
+        if (c.nombre.compare(nombre, Qt::CaseInsensitive) == 0) return &c;
+    return nullptr;
+}
+
+bool DescriptorTabla::claveAutonumerica() const {
+    if (clave.size() != 1) return false;
+    const auto* c = columna(clave.first());
+    return c && c->tipo == TipoColumna::Autonumerico;
+}
+
+DescriptorColumna col(const QString& nombre, TipoColumna tipo, const QString& descripcion, int longitud,
+                      bool opcional) {
+    DescriptorColumna c;
+    c.nombre = nombre;
+    c.tipo = tipo;
+    c.Descripcion = descripcion;
+    c.longitud = longitud;
+    c.Opcional = opcional;
+    return c;
+}
+
+DescriptorColumna colLista(const QString& nombre, const QString& descripcion, const QStringList& internos,
+                           const QStringList& externos, bool opcional) {
+    DescriptorColumna c = col(nombre, TipoColumna::Texto, descripcion, 0, opcional);
+    for (const auto& v : internos) c.longitud = std::max(c.longitud, static_cast<int>(v.size()));
+    c.ValorInternoS = internos;
+    c.ValorExternoS = externos;
+    return c;
+}

@@ -1,0 +1,64 @@
+#pragma once
+// Table descriptors: one definition per table, from which the schema SQL, the generic
+// records and the generic list and tree editors are all made.
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+enum class TipoColumna {
+    Entero,      // 64-bit whole number
+    Autonumerico, // whole-number key handed out by the database
+    Decimal,     // double
+    Texto,       // text up to longitud characters
+    Memo,        // long text
+    Fecha,       // date
+    Hora,        // time of day
+    FechaHora,   // date and time
+    Logico,      // yes/no
+};
+
+struct DescriptorColumna {
+    QString nombre;       // column name
+    QString Descripcion;  // label
+    int longitud = 0;     // maximum typed length (texts)
+    TipoColumna tipo = TipoColumna::Texto;
+    bool Opcional = true; // may stay empty
+    QStringList ValorInternoS; // closed list: values stored...
+    QStringList ValorExternoS; // ...and texts shown
+    int desde = 1;        // schema version that introduced the column
+    QString porDefecto;   // SQL default literal (a number or a quoted constant), optional
+
+    bool esLista() const { return !ValorInternoS.isEmpty(); }
+    QString valorExterno(const QString& interno) const;
+    QString valorInterno(const QString& externo) const;
+};
+
+struct DescriptorIndice {
+    QString nombre;
+    QStringList columnas;
+    bool unico = false;
+    int desde = 1;
+};
+
+struct DescriptorTabla {
+    QString tabla;        // table name
+    QString descTabla;    // singular description for messages and titles
+    QList<DescriptorColumna> columnaS;
+    QStringList clave;    // primary key columns
+    QString columnaPadre; // for tree tables: the column that holds the parent's key
+    QString columnaTexto; // the column shown for a record in lists and trees
+    QList<DescriptorIndice> indices;
+    int desde = 1;        // schema version that introduced the table
+    bool parametro = false; // maintained through the generic editors
+
+    const DescriptorColumna* columna(const QString& nombre) const;
+    bool tieneColumna(const QString& nombre) const { return columna(nombre) != nullptr; }
+    bool claveAutonumerica() const;
+    bool esArbol() const { return !columnaPadre.isEmpty(); }
+};
+
+// Small builders so that table definitions read as a list.
+DescriptorColumna col(const QString& nombre, TipoColumna tipo, const QString& descripcion, int longitud = 0,
+                      bool opcional = true);
+DescriptorColumna colLista(const QString& nombre, const QString& descripcion, const QStringList& internos,
+                           const QStringList& externos, bool opcional = true);

@@ -1,0 +1,45 @@
+#pragma once
+// A throw-away database on the engine a store test runs on. The engine comes from
+// PRAMELVIX_TEST_MOTOR ("sqlite", the default, or "postgresql"); the PostgreSQL server
+// from PRAMELVIX_TEST_PG (a libpq connection string to a server where databases may be
+// created). Each TestDb makes its own database and removes it at the end.
+#include "data/database.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <memory>
+
+class TestDb {
+public:
+    TestDb();
+    ~TestDb();
+
+    static Motor motorDePrueba();
+    // False (with a notice on standard error) when the test asks for PostgreSQL and no
+    // server is set: the test then ends with code 77, which CTest reports as skipped.
+    static bool motorDisponible();
+
+    // The database itself, with the program's schema (migrar) or empty.
+    Database& db() { return *db_; }
+    // Another connection to the same database, as a second workstation would open it.
+    std::unique_ptr<Database> otraConexion() const;
+    // SQLite file path or PostgreSQL connection string of this database.
+    const QString& origen() const { return origen_; }
+    QString carpeta() const { return dir_.path(); }
+
+private:
+    QTemporaryDir dir_;
+    QString origen_;
+    QString nombrePg_;
+    std::unique_ptr<Database> db_;
+};
+
+// main() for store tests: skips (77) when the engine is not available.
+#define PMX_STORE_TEST_MAIN(Clase)                                                                               \
+    int main(int argc, char** argv) {                                                                            \
+        QCoreApplication app(argc, argv);                                                                        \
+        if (!TestDb::motorDisponible()) return 77;                                                               \
+        Clase prueba;                                                                                            \
+        return QTest::qExec(&prueba, argc, argv);                                                                \
+    }
