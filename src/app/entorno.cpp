@@ -29,8 +29,22 @@ ModemGsm ModemGsm::desdeIni(const IniFile& f) {
 }
 
 Entorno::Entorno(std::unique_ptr<Database> db, Dialogs& dialogs, const Clock& reloj)
-    : sesion(QUuid::createUuid().toString(QUuid::WithoutBraces)), db_(std::move(db)), dialogs_(dialogs),
-      reloj_(reloj) {}
+    : sesion(QUuid::createUuid().toString(QUuid::WithoutBraces)), propia_(std::move(db)), db_(propia_.get()),
+      dialogs_(dialogs), reloj_(reloj) {}
+
+Entorno::Entorno(Database& db, Dialogs& dialogs, const Clock& reloj)
+    : sesion(QUuid::createUuid().toString(QUuid::WithoutBraces)), db_(&db), dialogs_(dialogs), reloj_(reloj) {}
+
+void Entorno::cerrarBaseDatos() {
+    if (propia_) propia_->cerrar();
+    propia_.reset();
+    db_ = nullptr;
+}
+
+void Entorno::ponerBaseDatos(std::unique_ptr<Database> db) {
+    propia_ = std::move(db);
+    db_ = propia_.get();
+}
 
 void Entorno::desidentificar() {
     usuario.clear();

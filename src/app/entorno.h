@@ -27,13 +27,16 @@ inline const QString kTipoUsuario = QStringLiteral("USUARIO");
 
 class Entorno {
 public:
+    // The environment owns the connection...
     Entorno(std::unique_ptr<Database> db, Dialogs& dialogs, const Clock& reloj);
+    // ...or uses one its caller keeps (tests, tools).
+    Entorno(Database& db, Dialogs& dialogs, const Clock& reloj);
 
     Database& db() { return *db_; }
     bool hayBaseDatos() const { return db_ != nullptr; }
-    // Hands the connection over (to close it for a compaction) and takes a new one.
-    std::unique_ptr<Database> soltarBaseDatos() { return std::move(db_); }
-    void ponerBaseDatos(std::unique_ptr<Database> db) { db_ = std::move(db); }
+    // Closes an owned connection (for a compaction) and takes a new one afterwards.
+    void cerrarBaseDatos();
+    void ponerBaseDatos(std::unique_ptr<Database> db);
 
     Dialogs& dialogs() { return dialogs_; }
     const Clock& reloj() const { return reloj_; }
@@ -55,7 +58,8 @@ public:
     QString tipoUsuario;
 
 private:
-    std::unique_ptr<Database> db_;
+    std::unique_ptr<Database> propia_;
+    Database* db_ = nullptr;
     Dialogs& dialogs_;
     const Clock& reloj_;
 };
