@@ -5,6 +5,7 @@
 #include "app/senales.h"
 #include "core/console_dialogs.h"
 #include "gui/main_window.h"
+#include "gui/pantallas.h"
 #include "gui/qt_dialogs.h"
 
 #include <QApplication>
@@ -21,7 +22,20 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationVersion(kVersionPrograma);
     QApplication::setQuitOnLastWindowClosed(false);
 
+    // A termination asked for during start-up ends the program once start-up returns; once
+    // the window exists it closes the program through its normal closing.
+    MainWindow* ventanaActiva = nullptr;
+    bool terminarPronto = false;
+    AvisoTerminar aviso([&] {
+        if (ventanaActiva) {
+            ventanaActiva->terminar();
+            return;
+        }
+        terminarPronto = true;
+        if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
+    });
     ConsoleDialogs dialogosConsola;
+    dialogosConsola.setInterrupcion(aviso.descriptor());
     QtDialogs dialogosQt;
     Dialogs& dialogos = consola ? static_cast<Dialogs&>(dialogosConsola) : dialogosQt;
     SystemClock reloj;
@@ -32,14 +46,21 @@ int main(int argc, char* argv[]) {
     Arranque arranque(dialogos, reloj, opciones);
     std::unique_ptr<Entorno> entorno = arranque.ejecutar(QApplication::arguments().mid(1));
     if (!entorno) return arranque.codigoSalida();
+    if (terminarPronto) {
+        abandonarPuesto(*entorno);
+        return 0;
+    }
 
     MainWindow ventana(*entorno);
+    registrarPantallas(ventana);
+    aplicarConfiguracionPuesto(ventana);
     dialogosQt.setPadre(&ventana);
     if (consola) ventana.setIdentificador([&] { return identificarEnConsola(*entorno, dialogosConsola); });
-    AvisoTerminar aviso([&] { ventana.terminar(); });
+    QObject::connect(&ventana, &MainWindow::terminado, &app, &QApplication::quit, Qt::QueuedConnection);
+    ventanaActiva = &ventana;
     ventana.show();
     QTimer::singleShot(0, &ventana, [&] {
-        if (!ventana.identificar()) ventana.terminar();
+        if (!ventana.identificar()) ventana.salirSinConfirmar();
     });
     const int codigo = QApplication::exec();
     return codigo;

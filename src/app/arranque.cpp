@@ -39,8 +39,9 @@ Arranque::Arranque(Dialogs& dialogs, const Clock& reloj, OpcionesArranque opcion
     : d_(dialogs), reloj_(reloj), op_(std::move(opciones)) {
     if (op_.carpetaBloqueos.isEmpty()) {
         const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-        op_.carpetaBloqueos = !runtime.isEmpty() ? runtime
-                                                 : QDir::temp().filePath(QStringLiteral("pramelvix-%1").arg(getuid()));
+        op_.carpetaBloqueos = !runtime.isEmpty()
+                                  ? runtime
+                                  : QDir::temp().filePath(QStringLiteral("pramelvix-%1").arg(getuid()));
     }
 }
 
@@ -53,16 +54,19 @@ bool Arranque::instanciaUnica() {
     QString nombre = op_.puesto;
     nombre.replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9_.-]")), QStringLiteral("_"));
     QDir().mkpath(op_.carpetaBloqueos);
-    instancia_ = std::make_unique<QLockFile>(QDir(op_.carpetaBloqueos).filePath(QStringLiteral("pramelvix-") + nombre +
-                                                                                 QStringLiteral(".lock")));
+    instancia_ = std::make_unique<QLockFile>(
+        QDir(op_.carpetaBloqueos).filePath(QStringLiteral("pramelvix-") + nombre + QStringLiteral(".lock")));
     instancia_->setStaleLockTime(0); // only a dead process's lock is stale
     if (instancia_->tryLock(0)) return true;
     instancia_.reset();
-    d_.informar(QStringLiteral("Atención"), QStringLiteral("Existe una instancia previa de PRAMELVIX ejecutándose."));
+    d_.informar(QStringLiteral("Atención"),
+                QStringLiteral("Existe una instancia previa de PRAMELVIX ejecutándose."));
     return false;
 }
 
-std::optional<IniFile> Arranque::leerIni() { return leerConfiguracionPuesto(op_.carpetaPrograma, d_); }
+std::optional<IniFile> Arranque::leerIni() {
+    return leerConfiguracionPuesto(op_.carpetaPrograma, d_);
+}
 
 std::unique_ptr<Entorno> Arranque::ejecutar(const QStringList& argumentos) {
     // 1. Command line.
@@ -106,10 +110,12 @@ std::unique_ptr<Entorno> Arranque::ejecutar(const QStringList& argumentos) {
 
 bool Arranque::mantenimiento(Modo modo, const ConfiguracionBD& config) {
     if (modo == Modo::RepairDB) {
-        d_.informar(kTituloPrograma,
-                    QStringLiteral("Se va intentar reparar la Base de Datos. Esta operación puede tardar algunos minutos. ") +
-                        QStringLiteral("Asegúrese de que ningún usuario permanece conectado a la aplicación y pulse "
-                                       "'Aceptar' para continuar."));
+        d_.informar(
+            kTituloPrograma,
+            QStringLiteral(
+                "Se va intentar reparar la Base de Datos. Esta operación puede tardar algunos minutos. ") +
+                QStringLiteral("Asegúrese de que ningún usuario permanece conectado a la aplicación y pulse "
+                               "'Aceptar' para continuar."));
         procedimientoReparacion(d_, config, reloj_);
         d_.informar(kTituloPrograma, QStringLiteral("Operación concluida."));
         return true;
@@ -154,7 +160,8 @@ bool Arranque::mantenimiento(Modo modo, const ConfiguracionBD& config) {
             return true;
         } catch (const ErrorBD&) {
             d_.error(kTituloPrograma,
-                     QStringLiteral("No se ha podido activar el modo 'Multipuesto' en la aplicación.") + kSoporte);
+                     QStringLiteral("No se ha podido activar el modo 'Multipuesto' en la aplicación.") +
+                         kSoporte);
             return false;
         }
     case Modo::DeactivateBlockingMode:
@@ -162,9 +169,10 @@ bool Arranque::mantenimiento(Modo modo, const ConfiguracionBD& config) {
             Transaction tx = db->transaccion();
             if (puestos.contar() > 0) {
                 tx.rollback();
-                d_.error(kTituloPrograma, QStringLiteral("Imposible activar el modo 'Monopuesto' en la aplicación porque "
-                                                         "hay puesto/s conectado/s a Pramelvix.") +
-                                              kSoporte);
+                d_.error(kTituloPrograma,
+                         QStringLiteral("Imposible activar el modo 'Monopuesto' en la aplicación porque "
+                                        "hay puesto/s conectado/s a Pramelvix.") +
+                             kSoporte);
                 return false;
             }
             ajustes.escribir(claves::MULTIPUESTO, QStringLiteral("NO"));
@@ -172,11 +180,13 @@ bool Arranque::mantenimiento(Modo modo, const ConfiguracionBD& config) {
             return true;
         } catch (const ErrorBD&) {
             d_.error(kTituloPrograma,
-                     QStringLiteral("No se ha podido activar el modo 'Monopuesto' en la aplicación.") + kSoporte);
+                     QStringLiteral("No se ha podido activar el modo 'Monopuesto' en la aplicación.") +
+                         kSoporte);
             return false;
         }
     case Modo::Start:
-    case Modo::RepairDB: break;
+    case Modo::RepairDB:
+        break;
     }
     return false;
 }
@@ -188,8 +198,9 @@ bool Arranque::localizar(ConfiguracionBD& config) {
                       QStringLiteral("No se ha encontrado la B.D. en la ruta del Servidor. ") +
                           QStringLiteral("¿Desea intentar seleccionar otra B.D. alternativa?")))
         return false;
-    const QString elegido = d_.elegirFichero(QStringLiteral("Seleccione la B.D. de Pramelvix"),
-                                             QStringLiteral("Base de datos de Pramelvix (*.mdb)"), config.servidor);
+    const QString elegido =
+        d_.elegirFichero(QStringLiteral("Seleccione la B.D. de Pramelvix"),
+                         QStringLiteral("Base de datos de Pramelvix (*.mdb)"), config.servidor);
     if (elegido.isEmpty() || !QFileInfo(elegido).isFile()) return false;
     config.ficheroAlternativo = QFileInfo(elegido).absoluteFilePath();
     return true;
@@ -200,7 +211,8 @@ std::unique_ptr<Database> Arranque::abrir(const ConfiguracionBD& config) {
         try {
             return Database::abrirPostgreSQL(config.conexion);
         } catch (const ErrorBD& e) {
-            d_.error(kAtencion, QStringLiteral("No se ha podido conectar con la B.D. de Pramelvix.\n") + e.mensaje());
+            d_.error(kAtencion,
+                     QStringLiteral("No se ha podido conectar con la B.D. de Pramelvix.\n") + e.mensaje());
             return nullptr;
         }
     }
@@ -261,9 +273,10 @@ bool Arranque::comprobarModo(Database& db) {
     }
     if (multipuesto.trimmed().compare(QLatin1String("NO"), Qt::CaseInsensitive) == 0 &&
         servidor.trimmed().compare(op_.puesto, Qt::CaseInsensitive) != 0) {
-        d_.error(kTituloPrograma, QStringLiteral("Este puesto Cliente no puede entrar en Pramelvix porque el Servidor "
-                                                 "está en modo 'Monopuesto'.") +
-                                      kSoporte);
+        d_.error(kTituloPrograma,
+                 QStringLiteral("Este puesto Cliente no puede entrar en Pramelvix porque el Servidor "
+                                "está en modo 'Monopuesto'.") +
+                     kSoporte);
         return false;
     }
     return true;
@@ -284,9 +297,8 @@ void Arranque::informarFacturasNoCreadas(Entorno& e) {
     try {
         LogErroresStore log(e.db());
         for (const EntradaLog& entrada : log.buscar(kPrefijoFacturaNoCreada + e.puesto)) {
-            d_.avisar(kAtencion,
-                      informeFacturaNoCreada(entrada.fecha, entrada.hora, entrada.puesto, entrada.usuario,
-                                             kOrigenLogArranque));
+            d_.avisar(kAtencion, informeFacturaNoCreada(entrada.fecha, entrada.hora, entrada.puesto,
+                                                        entrada.usuario, kOrigenLogArranque));
             log.borrar(entrada.id);
         }
     } catch (const ErrorBD& err) {

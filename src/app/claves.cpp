@@ -36,6 +36,6 @@ bool claveCorrecta(const QString& hash, const QString& sal, const QString& clave
     if (hash.isEmpty()) return false;
     const QByteArray h = hash.toLatin1();
     const QByteArray texto = (sal + clave).toUtf8();
-    return crypto_pwhash_str_verify(h.constData(), texto.constData(), static_cast<unsigned long long>(texto.size())) ==
-           0;
+    return crypto_pwhash_str_verify(h.constData(), texto.constData(),
+                                    static_cast<unsigned long long>(texto.size())) == 0;
 }

@@ -33,7 +33,8 @@ Entorno::Entorno(std::unique_ptr<Database> db, Dialogs& dialogs, const Clock& re
       dialogs_(dialogs), reloj_(reloj) {}
 
 Entorno::Entorno(Database& db, Dialogs& dialogs, const Clock& reloj)
-    : sesion(QUuid::createUuid().toString(QUuid::WithoutBraces)), db_(&db), dialogs_(dialogs), reloj_(reloj) {}
+    : sesion(QUuid::createUuid().toString(QUuid::WithoutBraces)), db_(&db), dialogs_(dialogs), reloj_(reloj) {
+}
 
 void Entorno::cerrarBaseDatos() {
     if (propia_) propia_->cerrar();

@@ -21,7 +21,8 @@ QString nombrePuesto() {
 QString rutaNativa(const QString& ruta) {
     QString r = ruta.trimmed();
     r.replace(QLatin1Char('\\'), QLatin1Char('/'));
-    while (r.size() > 1 && r.endsWith(QLatin1Char('/'))) r.chop(1);
+    while (r.size() > 1 && r.endsWith(QLatin1Char('/')))
+        r.chop(1);
     return r;
 }
 
@@ -40,5 +41,6 @@ QString ConfiguracionBD::ficheroSQLite() const {
 }
 
 QString ConfiguracionBD::descripcion() const {
-    return motor == Motor::SQLite ? ficheroSQLite() : QStringLiteral("PostgreSQL (") + conexion + QLatin1Char(')');
+    return motor == Motor::SQLite ? ficheroSQLite()
+                                  : QStringLiteral("PostgreSQL (") + conexion + QLatin1Char(')');
 }

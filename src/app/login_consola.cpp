@@ -11,7 +11,8 @@ bool identificarEnConsola(Entorno& entorno, ConsoleDialogs& consola) {
         consola.escribir(QStringLiteral("Clave: "));
         if (!consola.leerLinea(form.clave)) return false;
         if (form.aceptar()) {
-            consola.escribir(QStringLiteral("Usuario identificado: ") + entorno.nombreUsuario + QLatin1Char('\n'));
+            consola.escribir(QStringLiteral("Usuario identificado: ") + entorno.nombreUsuario +
+                             QLatin1Char('\n'));
             return true;
         }
     }

@@ -26,8 +26,9 @@ bool LoginForm::aceptar() {
         }
         if (!nuevaClave.isEmpty() || !confirmacion.isEmpty()) {
             if (nuevaClave != confirmacion) {
-                e_.dialogs().avisar(kTituloAtencion,
-                                    QStringLiteral("La confirmación introducida no coincide con la nueva clave."));
+                e_.dialogs().avisar(
+                    kTituloAtencion,
+                    QStringLiteral("La confirmación introducida no coincide con la nueva clave."));
                 foco = Campo::Confirmacion;
                 return;
             }
@@ -38,7 +39,8 @@ bool LoginForm::aceptar() {
             } catch (const std::exception&) {
                 e_.dialogs().avisar(
                     kTituloAtencion,
-                    QStringLiteral("Usuario identificado correctamente, pero no ha sido posible cambiar la clave."));
+                    QStringLiteral(
+                        "Usuario identificado correctamente, pero no ha sido posible cambiar la clave."));
             }
         }
         e_.usuario = u->IdUsuario;

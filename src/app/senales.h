@@ -11,6 +11,10 @@ class AvisoTerminar : public QObject {
 public:
     explicit AvisoTerminar(std::function<void()> alTerminar, QObject* padre = nullptr);
     ~AvisoTerminar() override;
+    // Becomes readable once a termination was asked for (and stays so), so that a
+    // blocking read can give up.
+    int descriptor() const;
+    void setAlTerminar(std::function<void()> alTerminar) { alTerminar_ = std::move(alTerminar); }
 
 private:
     void recibido();

@@ -9,16 +9,18 @@ const QString kColumnas = QStringLiteral("IdUsuario, Nombre, Salt, Hash, TipoUsu
 } // namespace
 
 std::optional<Usuario> UsuarioStore::cargar(const QString& id) {
-    QSqlQuery q = db_.ejecutar(QStringLiteral("SELECT ") + kColumnas + QStringLiteral(" FROM Usuarios WHERE IdUsuario = ?"),
-                               {id});
+    QSqlQuery q = db_.ejecutar(
+        QStringLiteral("SELECT ") + kColumnas + QStringLiteral(" FROM Usuarios WHERE IdUsuario = ?"), {id});
     if (!q.next()) return std::nullopt;
     return leer(q);
 }
 
 QList<Usuario> UsuarioStore::todos() {
-    QSqlQuery q = db_.ejecutar(QStringLiteral("SELECT ") + kColumnas + QStringLiteral(" FROM Usuarios ORDER BY IdUsuario"));
+    QSqlQuery q = db_.ejecutar(QStringLiteral("SELECT ") + kColumnas +
+                               QStringLiteral(" FROM Usuarios ORDER BY IdUsuario"));
     QList<Usuario> lista;
-    while (q.next()) lista << leer(q);
+    while (q.next())
+        lista << leer(q);
     return lista;
 }
 
@@ -31,8 +33,8 @@ void UsuarioStore::guardar(const Usuario& u) {
 }
 
 void UsuarioStore::cambiarClave(const QString& id, const QString& sal, const QString& hash) {
-    if (db_.ejecutarCambio(QStringLiteral("UPDATE Usuarios SET Salt = ?, Hash = ? WHERE IdUsuario = ?"), {sal, hash, id}) ==
-        0)
+    if (db_.ejecutarCambio(QStringLiteral("UPDATE Usuarios SET Salt = ?, Hash = ? WHERE IdUsuario = ?"),
+                           {sal, hash, id}) == 0)
         throw ErrorBD(QStringLiteral("el usuario '%1' ya no existe").arg(id));
 }
 
@@ -40,4 +42,6 @@ bool UsuarioStore::eliminar(const QString& id) {
     return db_.ejecutarCambio(QStringLiteral("DELETE FROM Usuarios WHERE IdUsuario = ?"), {id}) > 0;
 }
 
-qint64 UsuarioStore::contar() { return db_.valor(QStringLiteral("SELECT COUNT(*) FROM Usuarios")).toLongLong(); }
+qint64 UsuarioStore::contar() {
+    return db_.valor(QStringLiteral("SELECT COUNT(*) FROM Usuarios")).toLongLong();
+}

@@ -12,7 +12,8 @@ void CommandTrace::paso(const QString& texto) {
 }
 
 QString CommandTrace::textoFallo(const QString& causa) const {
-    QString texto = QStringLiteral("Se ha producido un error al ") + descripcion_ + QStringLiteral(":\n") + causa;
+    QString texto =
+        QStringLiteral("Se ha producido un error al ") + descripcion_ + QStringLiteral(":\n") + causa;
     if (!pasos_.isEmpty())
         texto += QStringLiteral("\n\nPasos realizados:\n") + pasos_.join(QLatin1Char('\n'));
     return texto;

@@ -2,6 +2,9 @@
 
 #include <QByteArray>
 #include <QtGlobal>
+#include <cerrno>
+#include <poll.h>
+#include <unistd.h>
 
 ConsoleDialogs::ConsoleDialogs(FILE* salida, FILE* entrada) : salida_(salida), entrada_(entrada) {}
 
@@ -17,18 +20,33 @@ void ConsoleDialogs::bloque(const QString& cabecera, const QString& titulo, cons
 }
 
 bool ConsoleDialogs::leerLinea(QString& linea) {
-    QByteArray datos;
-    int c;
-    bool alguno = false;
-    while ((c = std::fgetc(entrada_)) != EOF) {
-        alguno = true;
-        if (c == '\n') break;
-        datos.append(static_cast<char>(c));
+    const int fd = fileno(entrada_);
+    while (true) {
+        const qsizetype fin = pendiente_.indexOf('\n');
+        if (fin >= 0 || (finEntrada_ && !pendiente_.isEmpty())) {
+            QByteArray datos = fin >= 0 ? pendiente_.left(fin) : pendiente_;
+            pendiente_.remove(0, fin >= 0 ? fin + 1 : pendiente_.size());
+            if (datos.endsWith('\r')) datos.chop(1);
+            linea = QString::fromUtf8(datos);
+            return true;
+        }
+        if (finEntrada_) return false;
+        // Wait for input, or for the program to be asked to end.
+        pollfd espera[2] = {{fd, POLLIN, 0}, {interrupcion_, POLLIN, 0}};
+        const int n = ::poll(espera, interrupcion_ >= 0 ? 2 : 1, -1);
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            return false;
+        }
+        if (interrupcion_ >= 0 && (espera[1].revents & POLLIN)) return false;
+        char bloque[4096];
+        const ssize_t leidos = ::read(fd, bloque, sizeof bloque);
+        if (leidos < 0 && errno == EINTR) continue;
+        if (leidos <= 0)
+            finEntrada_ = true;
+        else
+            pendiente_.append(bloque, leidos);
     }
-    if (!alguno) return false;
-    if (datos.endsWith('\r')) datos.chop(1);
-    linea = QString::fromUtf8(datos);
-    return true;
 }
 
 void ConsoleDialogs::mostrar(Icono icono, const QString& titulo, const QString& texto) {
@@ -68,7 +86,8 @@ void ConsoleDialogs::progreso(const QString& texto) {
 }
 
 bool dialogosEnConsola() {
-    if (qEnvironmentVariable("PRAMELVIX_DIALOGOS").compare(QLatin1String("consola"), Qt::CaseInsensitive) == 0)
+    if (qEnvironmentVariable("PRAMELVIX_DIALOGOS").compare(QLatin1String("consola"), Qt::CaseInsensitive) ==
+        0)
         return true;
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) return false;
     return qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");

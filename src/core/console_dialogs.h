@@ -17,17 +17,23 @@ public:
     bool preguntar(Icono icono, const QString& titulo, const QString& texto) override;
     using Dialogs::preguntar;
     QString elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) override;
-    QString elegirFicheroGuardar(const QString& titulo, const QString& filtro, const QString& propuesto) override;
+    QString elegirFicheroGuardar(const QString& titulo, const QString& filtro,
+                                 const QString& propuesto) override;
     void progreso(const QString& texto) override;
 
-    // Reads one line of standard input; false at the end of input.
+    // Reads one line of standard input; false at the end of input, or when the
+    // interruption descriptor becomes readable (the program was asked to end).
     bool leerLinea(QString& linea);
+    void setInterrupcion(int descriptor) { interrupcion_ = descriptor; }
     void escribir(const QString& texto);
 
 private:
     void bloque(const QString& cabecera, const QString& titulo, const QString& texto);
     FILE* salida_;
     FILE* entrada_;
+    QByteArray pendiente_; // read from the input but not yet handed out
+    bool finEntrada_ = false;
+    int interrupcion_ = -1;
 };
 
 // True when message boxes must go to the terminal.

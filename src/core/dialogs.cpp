@@ -2,11 +2,16 @@
 
 QString nombreIcono(Icono icono) {
     switch (icono) {
-    case Icono::Ninguno: return QStringLiteral("MENSAJE");
-    case Icono::Informacion: return QStringLiteral("INFORMACIÓN");
-    case Icono::Exclamacion: return QStringLiteral("AVISO");
-    case Icono::Critico: return QStringLiteral("ERROR");
-    case Icono::Pregunta: return QStringLiteral("PREGUNTA");
+    case Icono::Ninguno:
+        return QStringLiteral("MENSAJE");
+    case Icono::Informacion:
+        return QStringLiteral("INFORMACIÓN");
+    case Icono::Exclamacion:
+        return QStringLiteral("AVISO");
+    case Icono::Critico:
+        return QStringLiteral("ERROR");
+    case Icono::Pregunta:
+        return QStringLiteral("PREGUNTA");
     }
     return {};
 }

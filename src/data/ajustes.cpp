@@ -3,14 +3,18 @@
 const QList<AjusteConocido>& ajustesConocidos() {
     using namespace claves;
     static const QList<AjusteConocido> lista = {
-        {MULTIPUESTO, QStringLiteral("SI"), QStringLiteral("Varios puestos a la vez con bloqueo de registros")},
+        {MULTIPUESTO, QStringLiteral("SI"),
+         QStringLiteral("Varios puestos a la vez con bloqueo de registros")},
         {VERSION_REQUISITO, QString(), QStringLiteral("Versión que debe ejecutar cada puesto")},
         {VERSION_INFORMADA, QString(), QStringLiteral("Versión informada por el último puesto que arrancó")},
-        {PUESTO_SERVIDOR, QString(), QStringLiteral("Puesto servidor (único que entra en modo 'Monopuesto')")},
+        {PUESTO_SERVIDOR, QString(),
+         QStringLiteral("Puesto servidor (único que entra en modo 'Monopuesto')")},
         {TIPOINSTALACION, QStringLiteral("CLINICA"), QStringLiteral("Tipo de instalación")},
-        {DIAS_COMPACTACION, QStringLiteral("0"), QStringLiteral("Compactación automática cada N días (0: no)")},
+        {DIAS_COMPACTACION, QStringLiteral("0"),
+         QStringLiteral("Compactación automática cada N días (0: no)")},
         {FECHA_COMPACTACION, QString(), QStringLiteral("Fecha de la última compactación")},
-        {CONTAB_SOLO_ADMINISTRADORES, QStringLiteral("N"), QStringLiteral("Contabilidad sólo para administradores")},
+        {CONTAB_SOLO_ADMINISTRADORES, QStringLiteral("N"),
+         QStringLiteral("Contabilidad sólo para administradores")},
         {ULT_BORRADO_CONTAB, QString(), QStringLiteral("Último borrado de la contabilidad exportada")},
         {CIERRES_DE_CAJA, QString(), QStringLiteral("Configuración de los cierres de caja")},
         {PUERTO_UDP_CHAT, QStringLiteral("5150"), QStringLiteral("Puerto UDP de 'Conversar entre usuarios'")},
@@ -65,7 +69,9 @@ void Ajustes::borrar(const QString& clave) {
 void Ajustes::completarPorDefecto() {
     Transaction tx = db_.transaccion();
     for (const auto& a : ajustesConocidos())
-        db_.ejecutar(QStringLiteral("INSERT INTO Parametros (Clave, Valor) VALUES (?, ?) ON CONFLICT (Clave) DO NOTHING"),
-                     {a.clave, a.porDefecto});
+        db_.ejecutar(
+            QStringLiteral(
+                "INSERT INTO Parametros (Clave, Valor) VALUES (?, ?) ON CONFLICT (Clave) DO NOTHING"),
+            {a.clave, a.porDefecto});
     tx.commit();
 }

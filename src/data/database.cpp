@@ -17,11 +17,16 @@ QString nuevaConexion() {
 QVariant valorParaSQLite(const QVariant& v) {
     if (v.isNull()) return v;
     switch (v.metaType().id()) {
-    case QMetaType::QDate: return v.toDate().toString(Qt::ISODate);
-    case QMetaType::QTime: return v.toTime().toString(QStringLiteral("HH:mm:ss"));
-    case QMetaType::QDateTime: return v.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    case QMetaType::Bool: return v.toBool() ? 1 : 0;
-    default: return v;
+    case QMetaType::QDate:
+        return v.toDate().toString(Qt::ISODate);
+    case QMetaType::QTime:
+        return v.toTime().toString(QStringLiteral("HH:mm:ss"));
+    case QMetaType::QDateTime:
+        return v.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    case QMetaType::Bool:
+        return v.toBool() ? 1 : 0;
+    default:
+        return v;
     }
 }
 
@@ -37,7 +42,9 @@ Database::Database(Motor motor, QString origen) : motor_(motor), origen_(std::mo
     nombreConexion_ = nuevaConexion();
 }
 
-Database::~Database() { cerrar(); }
+Database::~Database() {
+    cerrar();
+}
 
 void Database::cerrar() {
     if (!db_.isValid()) return;
@@ -77,7 +84,8 @@ QSqlQuery Database::ejecutar(const QString& sql, const QVariantList& valores) {
     QSqlQuery q(db_);
     q.setForwardOnly(true);
     if (!q.prepare(sql)) throw ErrorBD(textoError(q.lastError()));
-    for (const QVariant& v : valores) q.addBindValue(motor_ == Motor::SQLite ? valorParaSQLite(v) : v);
+    for (const QVariant& v : valores)
+        q.addBindValue(motor_ == Motor::SQLite ? valorParaSQLite(v) : v);
     if (!q.exec()) throw ErrorBD(textoError(q.lastError()));
     return q;
 }
@@ -99,8 +107,10 @@ void Database::ejecutarDirecto(const QString& sql) {
 
 bool Database::existeTabla(const QString& tabla) {
     if (esSQLite())
-        return valor(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND lower(name) = lower(?)"),
-                     {tabla})
+        return valor(
+                   QStringLiteral(
+                       "SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND lower(name) = lower(?)"),
+                   {tabla})
                    .toInt() > 0;
     return valor(QStringLiteral("SELECT COUNT(*) FROM information_schema.tables "
                                 "WHERE table_schema = current_schema() AND table_name = lower(?)"),
@@ -108,7 +118,9 @@ bool Database::existeTabla(const QString& tabla) {
                .toInt() > 0;
 }
 
-Transaction Database::transaccion() { return Transaction(*this); }
+Transaction Database::transaccion() {
+    return Transaction(*this);
+}
 
 void Database::comenzar() {
     if (profundidad_++ > 0) return;
@@ -140,7 +152,9 @@ void Database::terminar(bool confirmar) {
     }
 }
 
-Transaction::Transaction(Database& db) : db_(&db) { db_->comenzar(); }
+Transaction::Transaction(Database& db) : db_(&db) {
+    db_->comenzar();
+}
 
 Transaction::Transaction(Transaction&& otra) noexcept : db_(otra.db_), abierta_(otra.abierta_) {
     otra.abierta_ = false;

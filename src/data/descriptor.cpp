@@ -36,7 +36,8 @@ DescriptorColumna col(const QString& nombre, TipoColumna tipo, const QString& de
 DescriptorColumna colLista(const QString& nombre, const QString& descripcion, const QStringList& internos,
                            const QStringList& externos, bool opcional) {
     DescriptorColumna c = col(nombre, TipoColumna::Texto, descripcion, 0, opcional);
-    for (const auto& v : internos) c.longitud = std::max(c.longitud, static_cast<int>(v.size()));
+    for (const auto& v : internos)
+        c.longitud = std::max(c.longitud, static_cast<int>(v.size()));
     c.ValorInternoS = internos;
     c.ValorExternoS = externos;
     return c;

@@ -6,27 +6,27 @@
 #include <QStringList>
 
 enum class TipoColumna {
-    Entero,      // 64-bit whole number
+    Entero,       // 64-bit whole number
     Autonumerico, // whole-number key handed out by the database
-    Decimal,     // double
-    Texto,       // text up to longitud characters
-    Memo,        // long text
-    Fecha,       // date
-    Hora,        // time of day
-    FechaHora,   // date and time
-    Logico,      // yes/no
+    Decimal,      // double
+    Texto,        // text up to longitud characters
+    Memo,         // long text
+    Fecha,        // date
+    Hora,         // time of day
+    FechaHora,    // date and time
+    Logico,       // yes/no
 };
 
 struct DescriptorColumna {
-    QString nombre;       // column name
-    QString Descripcion;  // label
-    int longitud = 0;     // maximum typed length (texts)
+    QString nombre;      // column name
+    QString Descripcion; // label
+    int longitud = 0;    // maximum typed length (texts)
     TipoColumna tipo = TipoColumna::Texto;
-    bool Opcional = true; // may stay empty
+    bool Opcional = true;      // may stay empty
     QStringList ValorInternoS; // closed list: values stored...
     QStringList ValorExternoS; // ...and texts shown
-    int desde = 1;        // schema version that introduced the column
-    QString porDefecto;   // SQL default literal (a number or a quoted constant), optional
+    int desde = 1;             // schema version that introduced the column
+    QString porDefecto;        // SQL default literal (a number or a quoted constant), optional
 
     bool esLista() const { return !ValorInternoS.isEmpty(); }
     QString valorExterno(const QString& interno) const;
@@ -41,14 +41,14 @@ struct DescriptorIndice {
 };
 
 struct DescriptorTabla {
-    QString tabla;        // table name
-    QString descTabla;    // singular description for messages and titles
+    QString tabla;     // table name
+    QString descTabla; // singular description for messages and titles
     QList<DescriptorColumna> columnaS;
     QStringList clave;    // primary key columns
     QString columnaPadre; // for tree tables: the column that holds the parent's key
     QString columnaTexto; // the column shown for a record in lists and trees
     QList<DescriptorIndice> indices;
-    int desde = 1;        // schema version that introduced the table
+    int desde = 1;          // schema version that introduced the table
     bool parametro = false; // maintained through the generic editors
 
     const DescriptorColumna* columna(const QString& nombre) const;

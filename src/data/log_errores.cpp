@@ -5,14 +5,15 @@
 
 void LogErroresStore::anotar(const QString& clave, const QDateTime& momento, const QString& puesto,
                              const QString& usuario) {
-    db_.ejecutar(QStringLiteral("INSERT INTO LogErrores (Clave, Fecha, Hora, Puesto, Usuario) VALUES (?, ?, ?, ?, ?)"),
-                 {clave, momento.date(), momento.time(), puesto, usuario});
+    db_.ejecutar(
+        QStringLiteral("INSERT INTO LogErrores (Clave, Fecha, Hora, Puesto, Usuario) VALUES (?, ?, ?, ?, ?)"),
+        {clave, momento.date(), momento.time(), puesto, usuario});
 }
 
 QList<EntradaLog> LogErroresStore::buscar(const QString& clave) {
-    QSqlQuery q = db_.ejecutar(
-        QStringLiteral("SELECT IdLog, Clave, Fecha, Hora, Puesto, Usuario FROM LogErrores WHERE Clave = ? ORDER BY IdLog"),
-        {clave});
+    QSqlQuery q = db_.ejecutar(QStringLiteral("SELECT IdLog, Clave, Fecha, Hora, Puesto, Usuario FROM "
+                                              "LogErrores WHERE Clave = ? ORDER BY IdLog"),
+                               {clave});
     QList<EntradaLog> lista;
     while (q.next()) {
         EntradaLog e;
@@ -31,8 +32,8 @@ void LogErroresStore::borrar(qint64 id) {
     db_.ejecutar(QStringLiteral("DELETE FROM LogErrores WHERE IdLog = ?"), {id});
 }
 
-QString informeFacturaNoCreada(const QDate& fecha, const QTime& hora, const QString& puesto, const QString& usuario,
-                               const QString& origen) {
+QString informeFacturaNoCreada(const QDate& fecha, const QTime& hora, const QString& puesto,
+                               const QString& usuario, const QString& origen) {
     return QStringList{QStringLiteral("Error detectado al crear una factura."),
                        QStringLiteral("Fecha  : ") + formatoFecha(fecha),
                        QStringLiteral("Hora   : ") + formatoHora(hora),

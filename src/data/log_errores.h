@@ -21,7 +21,8 @@ struct EntradaLog {
 class LogErroresStore {
 public:
     explicit LogErroresStore(Database& db) : db_(db) {}
-    void anotar(const QString& clave, const QDateTime& momento, const QString& puesto, const QString& usuario);
+    void anotar(const QString& clave, const QDateTime& momento, const QString& puesto,
+                const QString& usuario);
     QList<EntradaLog> buscar(const QString& clave);
     void borrar(qint64 id);
 
@@ -31,8 +32,9 @@ private:
 
 // "Origen : Log encontrado al arrancar el puesto" / "...en el procedimiento de facturación".
 inline const QString kOrigenLogArranque = QStringLiteral("Log encontrado al arrancar el puesto");
-inline const QString kOrigenLogFacturacion = QStringLiteral("Log producido en el procedimiento de facturación");
+inline const QString kOrigenLogFacturacion =
+    QStringLiteral("Log producido en el procedimiento de facturación");
 
 // The report of an invoice that could not be created.
-QString informeFacturaNoCreada(const QDate& fecha, const QTime& hora, const QString& puesto, const QString& usuario,
-                               const QString& origen);
+QString informeFacturaNoCreada(const QDate& fecha, const QTime& hora, const QString& puesto,
+                               const QString& usuario, const QString& origen);

@@ -3,8 +3,9 @@
 void PuestosActivosStore::registrar(const QString& puesto, const QDateTime& momento) {
     Transaction tx = db_.transaccion();
     db_.ejecutar(QStringLiteral("DELETE FROM PuestosActivos WHERE Puesto = ?"), {puesto});
-    db_.ejecutar(QStringLiteral("INSERT INTO PuestosActivos (Puesto, Usuario, Fecha, Hora) VALUES (?, ?, ?, ?)"),
-                 {puesto, QString(), momento.date(), momento.time()});
+    db_.ejecutar(
+        QStringLiteral("INSERT INTO PuestosActivos (Puesto, Usuario, Fecha, Hora) VALUES (?, ?, ?, ?)"),
+        {puesto, QString(), momento.date(), momento.time()});
     tx.commit();
 }
 
@@ -19,7 +20,8 @@ void PuestosActivosStore::asignarUsuario(const QString& puesto, const QString& u
 QStringList PuestosActivosStore::puestos() {
     QSqlQuery q = db_.ejecutar(QStringLiteral("SELECT Puesto FROM PuestosActivos ORDER BY Puesto"));
     QStringList lista;
-    while (q.next()) lista << q.value(0).toString();
+    while (q.next())
+        lista << q.value(0).toString();
     return lista;
 }
 

@@ -14,7 +14,9 @@ int Registro::indice(const QString& columna) const {
     throw ErrorPrograma(QStringLiteral("La tabla '%1' no tiene la columna '%2'.").arg(d_->tabla, columna));
 }
 
-QVariant Registro::valor(const QString& columna) const { return valores_.at(indice(columna)); }
+QVariant Registro::valor(const QString& columna) const {
+    return valores_.at(indice(columna));
+}
 
 void Registro::setValor(const QString& columna, const QVariant& valor) {
     const int i = indice(columna);
@@ -65,19 +67,23 @@ QVariant valorDesdeBD(TipoColumna tipo, const QVariant& crudo) {
     case TipoColumna::FechaHora: {
         if (crudo.metaType().id() == QMetaType::QDateTime) return crudo;
         QDateTime dt = QDateTime::fromString(crudo.toString(), Qt::ISODate);
-        if (!dt.isValid()) dt = QDateTime::fromString(crudo.toString(), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+        if (!dt.isValid())
+            dt = QDateTime::fromString(crudo.toString(), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
         return dt.isValid() ? QVariant(dt) : QVariant();
     }
-    case TipoColumna::Logico: return crudo.toBool();
+    case TipoColumna::Logico:
+        return crudo.toBool();
     case TipoColumna::Texto:
-    case TipoColumna::Memo: return crudo.toString();
+    case TipoColumna::Memo:
+        return crudo.toString();
     }
     return crudo;
 }
 
 QString RegistroStore::listaColumnas(const DescriptorTabla& t) const {
     QStringList nombres;
-    for (const auto& c : t.columnaS) nombres << c.nombre;
+    for (const auto& c : t.columnaS)
+        nombres << c.nombre;
     return nombres.join(QStringLiteral(", "));
 }
 
@@ -92,7 +98,8 @@ QString RegistroStore::ordenSql(const DescriptorTabla& t, const QStringList& ord
             nombre = nombre.trimmed();
         }
         const auto* c = t.columna(nombre);
-        if (!c) throw ErrorPrograma(QStringLiteral("No se puede ordenar '%1' por '%2'.").arg(t.tabla, nombre));
+        if (!c)
+            throw ErrorPrograma(QStringLiteral("No se puede ordenar '%1' por '%2'.").arg(t.tabla, nombre));
         partes << c->nombre + (desc ? QStringLiteral(" DESC") : QString());
     }
     if (partes.isEmpty()) return {};
@@ -101,27 +108,31 @@ QString RegistroStore::ordenSql(const DescriptorTabla& t, const QStringList& ord
 
 Registro RegistroStore::leerFila(const DescriptorTabla& t, QSqlQuery& q) const {
     Registro r(t);
-    for (int i = 0; i < t.columnaS.size(); ++i) r.setValor(t.columnaS.at(i).nombre, q.value(i));
+    for (int i = 0; i < t.columnaS.size(); ++i)
+        r.setValor(t.columnaS.at(i).nombre, q.value(i));
     return r;
 }
 
 QString RegistroStore::condicionClave(const DescriptorTabla& t) const {
     if (t.clave.isEmpty()) throw ErrorPrograma(QStringLiteral("La tabla '%1' no tiene clave.").arg(t.tabla));
     QStringList partes;
-    for (const auto& c : t.clave) partes << c + QStringLiteral(" = ?");
+    for (const auto& c : t.clave)
+        partes << c + QStringLiteral(" = ?");
     return partes.join(QStringLiteral(" AND "));
 }
 
 QVariantList RegistroStore::valoresClave(const Registro& r) const {
     QVariantList v;
-    for (const auto& c : r.descriptor().clave) v << r.valor(c);
+    for (const auto& c : r.descriptor().clave)
+        v << r.valor(c);
     return v;
 }
 
 std::optional<Registro> RegistroStore::cargar(const DescriptorTabla& t, const QVariant& clave) {
-    QSqlQuery q = db_.ejecutar(QStringLiteral("SELECT ") + listaColumnas(t) + QStringLiteral(" FROM ") + t.tabla +
-                                   QStringLiteral(" WHERE ") + t.clave.value(0) + QStringLiteral(" = ?"),
-                               {clave});
+    QSqlQuery q =
+        db_.ejecutar(QStringLiteral("SELECT ") + listaColumnas(t) + QStringLiteral(" FROM ") + t.tabla +
+                         QStringLiteral(" WHERE ") + t.clave.value(0) + QStringLiteral(" = ?"),
+                     {clave});
     if (!q.next()) return std::nullopt;
     return leerFila(t, q);
 }
@@ -133,7 +144,8 @@ QList<Registro> RegistroStore::buscar(const DescriptorTabla& t, const Condicion&
     sql += ordenSql(t, orden);
     QSqlQuery q = db_.ejecutar(sql, condicion.valores);
     QList<Registro> lista;
-    while (q.next()) lista.append(leerFila(t, q));
+    while (q.next())
+        lista.append(leerFila(t, q));
     return lista;
 }
 
@@ -147,8 +159,9 @@ QVariant RegistroStore::crear(Registro& r) {
         marcas << QStringLiteral("?");
         valores << r.valor(c.nombre);
     }
-    QString sql = QStringLiteral("INSERT INTO ") + t.tabla + QStringLiteral(" (") + nombres.join(QStringLiteral(", ")) +
-                  QStringLiteral(") VALUES (") + marcas.join(QStringLiteral(", ")) + QLatin1Char(')');
+    QString sql = QStringLiteral("INSERT INTO ") + t.tabla + QStringLiteral(" (") +
+                  nombres.join(QStringLiteral(", ")) + QStringLiteral(") VALUES (") +
+                  marcas.join(QStringLiteral(", ")) + QLatin1Char(')');
     if (t.claveAutonumerica()) {
         const QString clave = t.clave.first();
         const QVariant nueva = db_.valor(sql + QStringLiteral(" RETURNING ") + clave, valores);
@@ -171,8 +184,8 @@ void RegistroStore::actualizar(const Registro& r) {
     if (asignaciones.isEmpty()) return;
     valores += valoresClave(r);
     const int filas = db_.ejecutarCambio(QStringLiteral("UPDATE ") + t.tabla + QStringLiteral(" SET ") +
-                                             asignaciones.join(QStringLiteral(", ")) + QStringLiteral(" WHERE ") +
-                                             condicionClave(t),
+                                             asignaciones.join(QStringLiteral(", ")) +
+                                             QStringLiteral(" WHERE ") + condicionClave(t),
                                          valores);
     if (filas == 0)
         throw ErrorBD(QStringLiteral("el registro de '%1' con clave '%2' ya no existe")
@@ -181,7 +194,8 @@ void RegistroStore::actualizar(const Registro& r) {
 
 bool RegistroStore::eliminar(const Registro& r) {
     const DescriptorTabla& t = r.descriptor();
-    return db_.ejecutarCambio(QStringLiteral("DELETE FROM ") + t.tabla + QStringLiteral(" WHERE ") + condicionClave(t),
+    return db_.ejecutarCambio(QStringLiteral("DELETE FROM ") + t.tabla + QStringLiteral(" WHERE ") +
+                                  condicionClave(t),
                               valoresClave(r)) > 0;
 }
 

@@ -18,7 +18,8 @@ namespace {
 // Runs "VACUUM INTO" on its own connection, without the checks of Database::abrirSQLite,
 // so that a damaged file gets whatever the engine can still read from it.
 QString compactar(const QString& origen, const QString& destino) {
-    const QString nombre = QStringLiteral("pramelvix-reparacion-") + QUuid::createUuid().toString(QUuid::Id128);
+    const QString nombre =
+        QStringLiteral("pramelvix-reparacion-") + QUuid::createUuid().toString(QUuid::Id128);
     QString error;
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), nombre);

@@ -14,8 +14,8 @@ inline const QString kNombreBaseDatos = QStringLiteral("Pramelvix.mdb");
 QString nombreTemporalReparacion(const QTime& momento);
 
 struct ResultadoReparacion {
-    bool hecha = false;     // the database was replaced by its compacted copy
-    QString error;          // what the compactor reported when it failed
+    bool hecha = false; // the database was replaced by its compacted copy
+    QString error;      // what the compactor reported when it failed
 };
 
 // Repairs the SQLite database file; the temporary copy is made in the same folder.

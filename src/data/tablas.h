@@ -4,3 +4,8 @@
 
 // Settings, users, active workstations, locks, counters, logs.
 QList<DescriptorTabla> tablasSistema();
+QList<DescriptorTabla> tablasBloqueos();
+// Workstation defaults and invoicing series.
+QList<DescriptorTabla> tablasPuesto();
+// Parameter tables kept through the generic list and tree editors.
+QList<DescriptorTabla> tablasParametros();

@@ -65,9 +65,18 @@ void LoginWindow::aceptar() {
     }
     clave_->setText(form_.clave);
     switch (form_.foco) {
-    case LoginForm::Campo::Usuario: usuario_->setFocus(); usuario_->selectAll(); break;
-    case LoginForm::Campo::Clave: clave_->setFocus(); break;
-    case LoginForm::Campo::NuevaClave: nuevaClave_->setFocus(); break;
-    case LoginForm::Campo::Confirmacion: confirmacion_->setFocus(); break;
+    case LoginForm::Campo::Usuario:
+        usuario_->setFocus();
+        usuario_->selectAll();
+        break;
+    case LoginForm::Campo::Clave:
+        clave_->setFocus();
+        break;
+    case LoginForm::Campo::NuevaClave:
+        nuevaClave_->setFocus();
+        break;
+    case LoginForm::Campo::Confirmacion:
+        confirmacion_->setFocus();
+        break;
     }
 }

@@ -9,17 +9,24 @@
 namespace {
 QMessageBox::Icon icono(Icono i) {
     switch (i) {
-    case Icono::Ninguno: return QMessageBox::NoIcon;
-    case Icono::Informacion: return QMessageBox::Information;
-    case Icono::Exclamacion: return QMessageBox::Warning;
-    case Icono::Critico: return QMessageBox::Critical;
-    case Icono::Pregunta: return QMessageBox::Question;
+    case Icono::Ninguno:
+        return QMessageBox::NoIcon;
+    case Icono::Informacion:
+        return QMessageBox::Information;
+    case Icono::Exclamacion:
+        return QMessageBox::Warning;
+    case Icono::Critico:
+        return QMessageBox::Critical;
+    case Icono::Pregunta:
+        return QMessageBox::Question;
     }
     return QMessageBox::NoIcon;
 }
 } // namespace
 
-QtDialogs::~QtDialogs() { delete progreso_; }
+QtDialogs::~QtDialogs() {
+    delete progreso_;
+}
 
 void QtDialogs::mostrar(Icono i, const QString& titulo, const QString& texto) {
     QMessageBox caja(icono(i), titulo, texto, QMessageBox::Ok, padre_);
@@ -39,7 +46,8 @@ QString QtDialogs::elegirFichero(const QString& titulo, const QString& filtro, c
     return QFileDialog::getOpenFileName(padre_, titulo, carpeta, filtro);
 }
 
-QString QtDialogs::elegirFicheroGuardar(const QString& titulo, const QString& filtro, const QString& propuesto) {
+QString QtDialogs::elegirFicheroGuardar(const QString& titulo, const QString& filtro,
+                                        const QString& propuesto) {
     return QFileDialog::getSaveFileName(padre_, titulo, propuesto, filtro);
 }
 

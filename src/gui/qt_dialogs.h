@@ -18,7 +18,8 @@ public:
     bool preguntar(Icono icono, const QString& titulo, const QString& texto) override;
     using Dialogs::preguntar;
     QString elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) override;
-    QString elegirFicheroGuardar(const QString& titulo, const QString& filtro, const QString& propuesto) override;
+    QString elegirFicheroGuardar(const QString& titulo, const QString& filtro,
+                                 const QString& propuesto) override;
     void progreso(const QString& texto) override;
 
 private:

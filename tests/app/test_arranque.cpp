@@ -1,7 +1,10 @@
 // Start-up steps driven with scripted dialogs and a fixed clock, on SQLite installations
 // made by the installer.
 #include "app/arranque.h"
+#include "app/claves.h"
+#include "app/conf_puesto_store.h"
 #include "app/instalador.h"
+#include "app/usuario_store.h"
 #include "data/ajustes.h"
 #include "data/log_errores.h"
 #include "data/puestos.h"
@@ -81,7 +84,8 @@ private slots:
                                     << int(Modo::DeactivateBlockingMode);
         QTest::newRow("minúsculas") << QStringList{QStringLiteral("-app:start")} << -1;
         QTest::newRow("blanco") << QStringList{QStringLiteral("-app:Start ")} << -1;
-        QTest::newRow("dos") << QStringList{QStringLiteral("-app:Start"), QStringLiteral("-app:RepairDB")} << -1;
+        QTest::newRow("dos") << QStringList{QStringLiteral("-app:Start"), QStringLiteral("-app:RepairDB")}
+                             << -1;
         QTest::newRow("texto vacío") << QStringList{QString()} << -1;
     }
     void lineaDeOrdenes() {
@@ -112,7 +116,8 @@ private slots:
         QVERIFY(!a.ejecutar(inicio()));
         QCOMPARE(d.ultimo().titulo, QStringLiteral("Conflicto con la configuración de Windows"));
         QVERIFY(d.ultimoTexto().startsWith(QStringLiteral(
-            "La Configuración Regional de su ordenador indica que tiene configurado como formato de fecha corta el valor  "
+            "La Configuración Regional de su ordenador indica que tiene configurado como formato de fecha "
+            "corta el valor  "
             "'dd/MM/yy'\nPara un correcto funcionamiento de Pramelvix, debe cambiarlo a 'dd/MM/yyyy'")));
         // Nothing was registered: the program stopped before the database.
         auto db = Database::abrirSQLite(i->bd());
@@ -150,7 +155,9 @@ private slots:
         QCOMPARE(e->impresoraTickets.VELOCIDAD, QStringLiteral("9600"));
         QCOMPARE(e->modemGsm.BITSDATOS, QStringLiteral("8"));
         QCOMPARE(Ajustes(e->db()).leer(claves::VERSION_INFORMADA), kVersionPrograma);
-        QCOMPARE(e->db().valor(QStringLiteral("SELECT Hora FROM PuestosActivos WHERE Puesto = ?"), {e->puesto}).toString(),
+        QCOMPARE(e->db()
+                     .valor(QStringLiteral("SELECT Hora FROM PuestosActivos WHERE Puesto = ?"), {e->puesto})
+                     .toString(),
                  QStringLiteral("10:05:07"));
     }
 
@@ -167,8 +174,9 @@ private slots:
         ScriptedDialogs d2;
         Arranque b(d2, reloj_, opciones(*i, QStringLiteral("CONSULTA1")));
         QVERIFY(!b.ejecutar(inicio()));
-        QCOMPARE(d2.ultimoTexto(), QStringLiteral("Este puesto Cliente no puede entrar en Pramelvix porque el Servidor "
-                                                  "está en modo 'Monopuesto'. Consulte con Soporte a Clientes."));
+        QCOMPARE(d2.ultimoTexto(),
+                 QStringLiteral("Este puesto Cliente no puede entrar en Pramelvix porque el Servidor "
+                                "está en modo 'Monopuesto'. Consulte con Soporte a Clientes."));
     }
 
     void informeDeFacturaNoCreada() {
@@ -179,8 +187,8 @@ private slots:
             log.anotar(kPrefijoFacturaNoCreada + QStringLiteral("RECEPCION"),
                        QDateTime(QDate(2026, 11, 20), QTime(18, 42, 5)), QStringLiteral("RECEPCION"),
                        QStringLiteral("luis"));
-            log.anotar(kPrefijoFacturaNoCreada + QStringLiteral("CONSULTA1"), reloj_.ahora(), QStringLiteral("CONSULTA1"),
-                       QStringLiteral("ana"));
+            log.anotar(kPrefijoFacturaNoCreada + QStringLiteral("CONSULTA1"), reloj_.ahora(),
+                       QStringLiteral("CONSULTA1"), QStringLiteral("ana"));
         }
         ScriptedDialogs d;
         Arranque a(d, reloj_, opciones(*i));
@@ -196,8 +204,8 @@ private slots:
         LogErroresStore log(e->db());
         QVERIFY(log.buscar(kPrefijoFacturaNoCreada + QStringLiteral("RECEPCION")).isEmpty());
         QCOMPARE(log.buscar(kPrefijoFacturaNoCreada + QStringLiteral("CONSULTA1")).size(), 1);
-        QCOMPARE(informeFacturaNoCreada(QDate(2026, 1, 2), QTime(3, 4), QStringLiteral("P"), QStringLiteral("U"),
-                                        kOrigenLogFacturacion)
+        QCOMPARE(informeFacturaNoCreada(QDate(2026, 1, 2), QTime(3, 4), QStringLiteral("P"),
+                                        QStringLiteral("U"), kOrigenLogFacturacion)
                      .section(QLatin1Char('\n'), 5),
                  QStringLiteral("Origen : Log producido en el procedimiento de facturación"));
     }
@@ -212,8 +220,9 @@ private slots:
         Arranque a(d, reloj_, opciones(*i));
         auto e = a.ejecutar(inicio());
         QVERIFY(e);
-        QCOMPARE(d.mensajes().first().texto, QStringLiteral("No se ha encontrado la B.D. en la ruta del Servidor. "
-                                                            "¿Desea intentar seleccionar otra B.D. alternativa?"));
+        QCOMPARE(d.mensajes().first().texto,
+                 QStringLiteral("No se ha encontrado la B.D. en la ruta del Servidor. "
+                                "¿Desea intentar seleccionar otra B.D. alternativa?"));
         QCOMPARE(d.mensajes().first().titulo, QStringLiteral("¡Atención!"));
         QCOMPARE(e->configuracionBD.ficheroSQLite(), copia);
         QCOMPARE(PuestosActivosStore(e->db()).puestos(), QStringList{QStringLiteral("RECEPCION")});
@@ -240,12 +249,15 @@ private slots:
         Arranque a(d, reloj_, opciones(*i));
         QVERIFY(!a.ejecutar(inicio()));
         const QStringList esperados{
-            QStringLiteral("Pramelvix no puede arrancar porque su Base de Datos está dañada. ¿Desea  intentar "
-                           "repararla automáticamente?"),
-            QStringLiteral("Pramelvix no puede arrancar porque su Base de Datos continúa dañada. ¿Desea volver a "
-                           "intentar repararla automáticamente?"),
-            QStringLiteral("Pramelvix no puede arrancar porque su Base de Datos continúa dañada. ¿Desea volver a "
-                           "intentar repararla automáticamente?")};
+            QStringLiteral(
+                "Pramelvix no puede arrancar porque su Base de Datos está dañada. ¿Desea  intentar "
+                "repararla automáticamente?"),
+            QStringLiteral(
+                "Pramelvix no puede arrancar porque su Base de Datos continúa dañada. ¿Desea volver a "
+                "intentar repararla automáticamente?"),
+            QStringLiteral(
+                "Pramelvix no puede arrancar porque su Base de Datos continúa dañada. ¿Desea volver a "
+                "intentar repararla automáticamente?")};
         QCOMPARE(d.textos(), esperados);
         for (const auto& m : d.mensajes()) {
             QCOMPARE(m.icono, Icono::Critico);
@@ -259,6 +271,32 @@ private slots:
         // A compaction that fails leaves the file as it was and no temporary file.
         QCOMPARE(leerBytes(i->bd()), basura);
         QVERIFY(temporales(i->datos()).isEmpty());
+    }
+
+    void instalacionDeDemostracion() {
+        QTemporaryDir dir;
+        OpcionesInstalacion op;
+        op.carpeta = dir.path();
+        op.administrador = QStringLiteral("admin");
+        op.clave = QStringLiteral("admin");
+        op.puestoServidor = QStringLiteral("RECEPCION");
+        op.demo = true;
+        QCOMPARE(crearInstalacion(op), QString());
+        auto db = Database::abrirSQLite(dir.filePath(QStringLiteral("datos/Pramelvix.mdb")));
+        // The demo clinic can sell on day one: series, tariff and species are there.
+        const ConfiguracionPuesto c = ConfPuestoStore(*db).cargar(QStringLiteral("RECEPCION"));
+        QCOMPARE(c.SerieVenta, QStringLiteral("A"));
+        QCOMPARE(c.SerieAbono, QStringLiteral("R"));
+        QCOMPARE(c.Tarifa, QStringLiteral("TARIFA 1"));
+        QCOMPARE(ConfPuestoStore(*db).series(kSerieVenta).size(), 1);
+        QVERIFY(db->valor(QStringLiteral("SELECT COUNT(*) FROM Especies")).toInt() >= 5);
+        QCOMPARE(
+            db->valor(QStringLiteral("SELECT COUNT(*) FROM TiposIVA WHERE Porcentaje = ?"), {0.0}).toInt(),
+            1);
+        const auto u = UsuarioStore(*db).cargar(QStringLiteral("recepcion"));
+        QVERIFY(u && claveCorrecta(u->Hash, u->Salt, QStringLiteral("recepcion")));
+        QCOMPARE(u->TipoUsuario, kTipoUsuario);
+        QCOMPARE(UsuarioStore(*db).cargar(QStringLiteral("admin"))->TipoUsuario, kTipoAdministrador);
     }
 
     void nombreDelTemporal() {

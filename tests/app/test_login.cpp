@@ -89,9 +89,11 @@ private slots:
         QCOMPARE(s->e->usuario, QStringLiteral("luis"));
         QCOMPARE(s->e->nombreUsuario, QStringLiteral("Nombre de luis"));
         QVERIFY(!s->e->esAdministrador());
-        QCOMPARE(s->t.db().valor(QStringLiteral("SELECT Usuario FROM PuestosActivos WHERE Puesto = ?"), {s->e->puesto})
-                     .toString(),
-                 QStringLiteral("luis"));
+        QCOMPARE(
+            s->t.db()
+                .valor(QStringLiteral("SELECT Usuario FROM PuestosActivos WHERE Puesto = ?"), {s->e->puesto})
+                .toString(),
+            QStringLiteral("luis"));
     }
 
     void confirmacionDistintaNoCambiaNada() {
@@ -103,7 +105,8 @@ private slots:
         f.nuevaClave = QStringLiteral("nueva1");
         f.confirmacion = QStringLiteral("nueva2");
         QVERIFY(!f.aceptar());
-        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("La confirmación introducida no coincide con la nueva clave."));
+        QCOMPARE(s->d.ultimoTexto(),
+                 QStringLiteral("La confirmación introducida no coincide con la nueva clave."));
         QVERIFY(!s->e->identificado());
         const auto despues = UsuarioStore(s->t.db()).cargar(QStringLiteral("ana"));
         QCOMPARE(despues->Hash, antes->Hash);
@@ -140,14 +143,15 @@ private slots:
         auto s = sesion();
         // Another workstation's rule refuses every change to the users table.
         if (s->t.db().esSQLite()) {
-            s->t.db().ejecutarDirecto(QStringLiteral("CREATE TRIGGER sin_cambios BEFORE UPDATE ON Usuarios "
-                                                     "BEGIN SELECT RAISE(ABORT, 'tabla de usuarios bloqueada'); END"));
+            s->t.db().ejecutarDirecto(
+                QStringLiteral("CREATE TRIGGER sin_cambios BEFORE UPDATE ON Usuarios "
+                               "BEGIN SELECT RAISE(ABORT, 'tabla de usuarios bloqueada'); END"));
         } else {
-            s->t.db().ejecutarDirecto(QStringLiteral(
-                "CREATE FUNCTION sin_cambios() RETURNS trigger AS $$ BEGIN RAISE EXCEPTION 'tabla de usuarios "
-                "bloqueada'; END $$ LANGUAGE plpgsql"));
-            s->t.db().ejecutarDirecto(QStringLiteral(
-                "CREATE TRIGGER sin_cambios BEFORE UPDATE ON Usuarios FOR EACH ROW EXECUTE FUNCTION sin_cambios()"));
+            s->t.db().ejecutarDirecto(QStringLiteral("CREATE FUNCTION sin_cambios() RETURNS trigger AS $$ "
+                                                     "BEGIN RAISE EXCEPTION 'tabla de usuarios "
+                                                     "bloqueada'; END $$ LANGUAGE plpgsql"));
+            s->t.db().ejecutarDirecto(QStringLiteral("CREATE TRIGGER sin_cambios BEFORE UPDATE ON Usuarios "
+                                                     "FOR EACH ROW EXECUTE FUNCTION sin_cambios()"));
         }
         const auto antes = UsuarioStore(s->t.db()).cargar(QStringLiteral("ana"));
         LoginForm f(*s->e);
@@ -157,7 +161,8 @@ private slots:
         f.confirmacion = QStringLiteral("otra");
         QVERIFY(f.aceptar());
         QCOMPARE(s->d.textos(),
-                 QStringList{QStringLiteral("Usuario identificado correctamente, pero no ha sido posible cambiar la clave.")});
+                 QStringList{QStringLiteral(
+                     "Usuario identificado correctamente, pero no ha sido posible cambiar la clave.")});
         QVERIFY(s->e->identificado());
         QCOMPARE(UsuarioStore(s->t.db()).cargar(QStringLiteral("ana"))->Hash, antes->Hash);
     }

@@ -22,7 +22,8 @@ DescriptorTabla tablaDePrueba() {
                   col(QStringLiteral("Hora"), T::Hora, QStringLiteral("Hora")),
                   col(QStringLiteral("Momento"), T::FechaHora, QStringLiteral("Momento")),
                   col(QStringLiteral("Activo"), T::Logico, QStringLiteral("Activo")),
-                  colLista(QStringLiteral("Tipo"), QStringLiteral("Tipo"), {QStringLiteral("A"), QStringLiteral("B")},
+                  colLista(QStringLiteral("Tipo"), QStringLiteral("Tipo"),
+                           {QStringLiteral("A"), QStringLiteral("B")},
                            {QStringLiteral("Alfa"), QStringLiteral("Beta")})};
     t.clave = {QStringLiteral("IdPrueba")};
     return t;
@@ -34,7 +35,8 @@ class TestRegistros : public QObject {
     DescriptorTabla prueba_ = tablaDePrueba();
 
     void crearTablaPrueba(Database& db) {
-        for (const auto& s : sqlCrearTabla(prueba_, db.motor(), 1)) db.ejecutarDirecto(s);
+        for (const auto& s : sqlCrearTabla(prueba_, db.motor(), 1))
+            db.ejecutarDirecto(s);
     }
 
     Registro nuevo(const QString& descripcion, double importe, const QDate& fecha) {
@@ -54,15 +56,26 @@ private slots:
     void esquemaNuevoQuedaEnLaVersionDelPrograma() {
         TestDb t;
         QCOMPARE(versionEsquema(t.db()), versionEsquemaPrograma());
-        for (const auto& tabla : catalogo()) QVERIFY2(t.db().existeTabla(tabla.tabla), qPrintable(tabla.tabla));
+        for (const auto& tabla : catalogo())
+            QVERIFY2(t.db().existeTabla(tabla.tabla), qPrintable(tabla.tabla));
         // Running the migration again changes nothing and does not fail.
         migrarEsquema(t.db());
         QCOMPARE(versionEsquema(t.db()), versionEsquemaPrograma());
     }
 
+    void tablaAusenteSeCreaAlMigrar() {
+        TestDb t;
+        t.db().ejecutarDirecto(QStringLiteral("DROP TABLE LogErrores"));
+        QVERIFY(!t.db().existeTabla(QStringLiteral("LogErrores")));
+        migrarEsquema(t.db());
+        QVERIFY(t.db().existeTabla(QStringLiteral("LogErrores")));
+        QCOMPARE(RegistroStore(t.db()).contar(*descriptorTabla(QStringLiteral("LogErrores"))), 0);
+    }
+
     void esquemaMasModernoQueElProgramaSeRechaza() {
         TestDb t;
-        t.db().ejecutar(QStringLiteral("INSERT INTO VersionEsquema (Version) VALUES (?)"), {versionEsquemaPrograma() + 1});
+        t.db().ejecutar(QStringLiteral("INSERT INTO VersionEsquema (Version) VALUES (?)"),
+                        {versionEsquemaPrograma() + 1});
         QVERIFY_THROWS_EXCEPTION(ErrorBD, migrarEsquema(t.db()));
     }
 
@@ -84,7 +97,8 @@ private slots:
         QCOMPARE(leido->valor(QStringLiteral("Unidades")).toLongLong(), 3);
         QCOMPARE(leido->valor(QStringLiteral("Fecha")).toDate(), QDate(2026, 2, 28));
         QCOMPARE(leido->valor(QStringLiteral("Hora")).toTime(), QTime(9, 30, 15));
-        QCOMPARE(leido->valor(QStringLiteral("Momento")).toDateTime(), QDateTime(QDate(2026, 2, 28), QTime(23, 59, 58)));
+        QCOMPARE(leido->valor(QStringLiteral("Momento")).toDateTime(),
+                 QDateTime(QDate(2026, 2, 28), QTime(23, 59, 58)));
         QCOMPARE(leido->valor(QStringLiteral("Activo")).toBool(), true);
         QCOMPARE(leido->valorExterno(QStringLiteral("Tipo")), QStringLiteral("Beta"));
 
@@ -109,7 +123,8 @@ private slots:
         Registro r = nuevo(QStringLiteral("x"), 1, QDate(2026, 1, 1));
         Registro vacio = r.nuevaInstancia();
         QCOMPARE(&vacio.descriptor(), &r.descriptor());
-        for (const auto& c : prueba_.columnaS) QVERIFY(vacio.valor(c.nombre).isNull());
+        for (const auto& c : prueba_.columnaS)
+            QVERIFY(vacio.valor(c.nombre).isNull());
         QVERIFY_THROWS_EXCEPTION(ErrorPrograma, r.valor(QStringLiteral("NoExiste")));
     }
 
@@ -127,8 +142,11 @@ private slots:
         QCOMPARE(lista.at(0).texto(QStringLiteral("Descripcion")), QStringLiteral("R4"));
         QCOMPARE(lista.at(2).texto(QStringLiteral("Descripcion")), QStringLiteral("R2"));
         // A value holding a quote or SQL travels bound and matches only itself.
-        QCOMPARE(store.buscar(prueba_, {QStringLiteral("Descripcion = ?"), {QStringLiteral("R1' OR '1'='1")}}).size(), 0);
-        QVERIFY_THROWS_EXCEPTION(ErrorPrograma, store.buscar(prueba_, {}, {QStringLiteral("Importe; DROP TABLE Prueba")}));
+        QCOMPARE(store.buscar(prueba_, {QStringLiteral("Descripcion = ?"), {QStringLiteral("R1' OR '1'='1")}})
+                     .size(),
+                 0);
+        QVERIFY_THROWS_EXCEPTION(ErrorPrograma,
+                                 store.buscar(prueba_, {}, {QStringLiteral("Importe; DROP TABLE Prueba")}));
     }
 
     void contarTablaVaciaDaCero() {
@@ -152,7 +170,8 @@ private slots:
         store.crear(p);
         QVERIFY(store.cargar(puestos, QStringLiteral("RECEPCION"))->valor(QStringLiteral("Hora")).isNull());
         repararHorasNulas(t.db());
-        QCOMPARE(store.cargar(puestos, QStringLiteral("RECEPCION"))->valor(QStringLiteral("Hora")).toTime(), QTime(0, 0, 0));
+        QCOMPARE(store.cargar(puestos, QStringLiteral("RECEPCION"))->valor(QStringLiteral("Hora")).toTime(),
+                 QTime(0, 0, 0));
     }
 
     void transaccionAnidadaSeDeshaceEntera() {

@@ -30,7 +30,8 @@ void ScriptedDialogs::progreso(const QString& texto) {
 
 QStringList ScriptedDialogs::textos() const {
     QStringList lista;
-    for (const auto& m : mensajes_) lista.append(m.texto);
+    for (const auto& m : mensajes_)
+        lista.append(m.texto);
     return lista;
 }
 

@@ -19,16 +19,23 @@ struct MensajeGrabado {
 class ScriptedDialogs final : public Dialogs {
 public:
     // Script the next answers.
-    ScriptedDialogs& responder(bool si) { respuestas_.enqueue(si); return *this; }
+    ScriptedDialogs& responder(bool si) {
+        respuestas_.enqueue(si);
+        return *this;
+    }
     ScriptedDialogs& si() { return responder(true); }
     ScriptedDialogs& no() { return responder(false); }
-    ScriptedDialogs& fichero(const QString& ruta) { ficheros_.enqueue(ruta); return *this; }
+    ScriptedDialogs& fichero(const QString& ruta) {
+        ficheros_.enqueue(ruta);
+        return *this;
+    }
 
     void mostrar(Icono icono, const QString& titulo, const QString& texto) override;
     bool preguntar(Icono icono, const QString& titulo, const QString& texto) override;
     using Dialogs::preguntar;
     QString elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) override;
-    QString elegirFicheroGuardar(const QString& titulo, const QString& filtro, const QString& propuesto) override;
+    QString elegirFicheroGuardar(const QString& titulo, const QString& filtro,
+                                 const QString& propuesto) override;
     void progreso(const QString& texto) override;
 
     const QList<MensajeGrabado>& mensajes() const { return mensajes_; }

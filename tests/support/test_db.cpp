@@ -8,11 +8,14 @@
 namespace {
 QAtomicInt contador;
 
-QString servidorPg() { return qEnvironmentVariable("PRAMELVIX_TEST_PG"); }
+QString servidorPg() {
+    return qEnvironmentVariable("PRAMELVIX_TEST_PG");
+}
 } // namespace
 
 Motor TestDb::motorDePrueba() {
-    return qEnvironmentVariable("PRAMELVIX_TEST_MOTOR").compare(QLatin1String("postgresql"), Qt::CaseInsensitive) == 0
+    return qEnvironmentVariable("PRAMELVIX_TEST_MOTOR")
+                       .compare(QLatin1String("postgresql"), Qt::CaseInsensitive) == 0
                ? Motor::PostgreSQL
                : Motor::SQLite;
 }
@@ -20,7 +23,8 @@ Motor TestDb::motorDePrueba() {
 bool TestDb::motorDisponible() {
     if (motorDePrueba() == Motor::SQLite) return true;
     if (!servidorPg().isEmpty()) return true;
-    std::fprintf(stderr, "AVISO: PRAMELVIX_TEST_PG no está definido; se omiten las pruebas sobre PostgreSQL.\n");
+    std::fprintf(stderr,
+                 "AVISO: PRAMELVIX_TEST_PG no está definido; se omiten las pruebas sobre PostgreSQL.\n");
     return false;
 }
 
@@ -48,10 +52,11 @@ TestDb::~TestDb() {
     if (nombrePg_.isEmpty()) return;
     try {
         auto admin = Database::abrirPostgreSQL(servidorPg() + QStringLiteral(" dbname=postgres"));
-        admin->ejecutarDirecto(QStringLiteral("DROP DATABASE IF EXISTS ") + nombrePg_ + QStringLiteral(" WITH (FORCE)"));
+        admin->ejecutarDirecto(QStringLiteral("DROP DATABASE IF EXISTS ") + nombrePg_ +
+                               QStringLiteral(" WITH (FORCE)"));
     } catch (const ErrorBD& e) {
-        std::fprintf(stderr, "No se ha podido borrar la base de datos de prueba %s: %s\n", qPrintable(nombrePg_),
-                     qPrintable(e.texto()));
+        std::fprintf(stderr, "No se ha podido borrar la base de datos de prueba %s: %s\n",
+                     qPrintable(nombrePg_), qPrintable(e.texto()));
     }
 }
 

@@ -36,10 +36,10 @@ private:
 };
 
 // main() for store tests: skips (77) when the engine is not available.
-#define PMX_STORE_TEST_MAIN(Clase)                                                                               \
-    int main(int argc, char** argv) {                                                                            \
-        QCoreApplication app(argc, argv);                                                                        \
-        if (!TestDb::motorDisponible()) return 77;                                                               \
-        Clase prueba;                                                                                            \
-        return QTest::qExec(&prueba, argc, argv);                                                                \
+#define PMX_STORE_TEST_MAIN(Clase)                                                                           \
+    int main(int argc, char** argv) {                                                                        \
+        QCoreApplication app(argc, argv);                                                                    \
+        if (!TestDb::motorDisponible()) return 77;                                                           \
+        Clase prueba;                                                                                        \
+        return QTest::qExec(&prueba, argc, argv);                                                            \
     }

@@ -20,12 +20,13 @@ void escribir(FILE* f, const QString& texto) {
 
 int uso(const QString& motivo) {
     if (!motivo.isEmpty()) escribir(stderr, QStringLiteral("Error: ") + motivo);
-    escribir(stderr, QStringLiteral(
-                         "Uso:\n"
-                         "  pramelvix-admin init CARPETA --admin USUARIO:CLAVE [--demo] [--postgresql CONEXION] "
-                         "[--servidor PUESTO]\n"
-                         "  pramelvix-admin [--dir CARPETA] setting get CLAVE\n"
-                         "  pramelvix-admin [--dir CARPETA] setting set CLAVE VALOR"));
+    escribir(stderr,
+             QStringLiteral(
+                 "Uso:\n"
+                 "  pramelvix-admin init CARPETA --admin USUARIO:CLAVE [--demo] [--postgresql CONEXION] "
+                 "[--servidor PUESTO]\n"
+                 "  pramelvix-admin [--dir CARPETA] setting get CLAVE\n"
+                 "  pramelvix-admin [--dir CARPETA] setting set CLAVE VALOR"));
     return 2;
 }
 
@@ -46,11 +47,13 @@ int init(QStringList args) {
             if (a == QLatin1String("--admin")) {
                 const qsizetype dos = v.indexOf(QLatin1Char(':'));
                 if (dos <= 0 || dos == v.size() - 1)
-                    return uso(QStringLiteral("--admin espera USUARIO:CLAVE, con usuario y clave no vacíos."));
+                    return uso(
+                        QStringLiteral("--admin espera USUARIO:CLAVE, con usuario y clave no vacíos."));
                 op.administrador = v.left(dos);
                 op.clave = v.mid(dos + 1);
                 if (op.administrador.size() > 20)
-                    return uso(QStringLiteral("el identificador del usuario admite como mucho 20 caracteres."));
+                    return uso(
+                        QStringLiteral("el identificador del usuario admite como mucho 20 caracteres."));
             } else if (a == QLatin1String("--postgresql")) {
                 op.conexionPostgreSQL = v;
             } else {
@@ -66,19 +69,23 @@ int init(QStringList args) {
         escribir(stderr, error);
         return 1;
     }
-    escribir(stdout, QStringLiteral("Instalación creada en '%1' (administrador '%2').").arg(op.carpeta, op.administrador));
+    escribir(
+        stdout,
+        QStringLiteral("Instalación creada en '%1' (administrador '%2').").arg(op.carpeta, op.administrador));
     return 0;
 }
 
 int setting(const QString& carpeta, QStringList args) {
     if (args.isEmpty()) return uso(QStringLiteral("falta get o set."));
     const QString orden = args.takeFirst();
-    if (!((orden == QLatin1String("get") && args.size() == 1) || (orden == QLatin1String("set") && args.size() == 2)))
+    if (!((orden == QLatin1String("get") && args.size() == 1) ||
+          (orden == QLatin1String("set") && args.size() == 2)))
         return uso(QStringLiteral("argumentos incorrectos para setting."));
     const auto ini = IniFile::abrir(QDir(carpeta).filePath(kFicheroConfiguracion.toString()));
     if (!ini) {
-        escribir(stderr, QStringLiteral("No se ha encontrado el fichero de configuración 'PRAMELVIX.INI' en '%1'.")
-                             .arg(carpeta));
+        escribir(stderr,
+                 QStringLiteral("No se ha encontrado el fichero de configuración 'PRAMELVIX.INI' en '%1'.")
+                     .arg(carpeta));
         return 1;
     }
     const ConfiguracionBD config = ConfiguracionBD::desdeIni(*ini);
@@ -107,7 +114,7 @@ int main(int argc, char* argv[]) {
         args.takeFirst();
         carpeta = args.takeFirst();
     }
-    if (args.isEmpty()) return uso(QString());
+    if (args.isEmpty()) return uso(QStringLiteral("falta la orden."));
     const QString orden = args.takeFirst();
     if (orden == QLatin1String("init")) return init(args);
     if (orden == QLatin1String("setting")) return setting(carpeta, args);

@@ -1,0 +1,54 @@
+#pragma once
+// The lock a record screen holds while it creates, modifies or deletes a record.
+//
+//   BloqueoEdicion bloqueo_{entorno};
+//   bool ClienteForm::modificar() {
+//       if (!bloqueo_.tomar(tablaClientes(), clave, nombre, AccionBloqueo::Modificacion)) return false;
+//       ...
+//   }
+//   guardar(), cancelar() and cerrar() call bloqueo_.liberar(); the destructor does too.
+//
+// Record locking is active only in "Multipuesto" mode: when the setting MULTIPUESTO is
+// "NO" only one workstation works, tomar() always succeeds and no lock row is written.
+#include "app/entorno.h"
+#include "data/bloqueos.h"
+
+// The lock store acting for the session of this environment (its session, user,
+// workstation, clock and dialogs).
+BloqueoStore almacenBloqueos(Entorno& entorno);
+// False when the setting MULTIPUESTO is "NO" (upper or lower case, blanks ignored).
+// Throws ErrorBD.
+bool bloqueoActivo(Entorno& entorno);
+
+class BloqueoEdicion {
+public:
+    explicit BloqueoEdicion(Entorno& entorno) : e_(entorno) {}
+    ~BloqueoEdicion();
+    BloqueoEdicion(const BloqueoEdicion&) = delete;
+    BloqueoEdicion& operator=(const BloqueoEdicion&) = delete;
+
+    // Takes the lock before the operation; false means the operation must not be done
+    // (the reason has been shown when mostrarMensajes is true). Taking the lock already
+    // held succeeds at once; taking another one takes the new lock first and then releases
+    // the old one, which stays held when the new one is refused.
+    bool tomar(const DescriptorTabla& clase, const QString& clave, const QString& descripcion,
+               AccionBloqueo accion, bool mostrarMensajes = true);
+    // Releases the lock held, if any (save, cancel, close). Never throws; a database error
+    // is shown as "Desbloqueo de registro".
+    void liberar();
+
+    // True from a successful tomar() until liberar().
+    bool tomado() const { return tomado_; }
+    // True when the lock held is a row of the lock store (false in "Monopuesto" mode).
+    bool conFila() const { return conFila_; }
+    const QString& tabla() const { return tabla_; }
+    const QString& clave() const { return clave_; }
+
+private:
+    Entorno& e_;
+    QString tabla_;
+    QString clave_;
+    QString claveBloqueo_;
+    bool tomado_ = false;
+    bool conFila_ = false;
+};

@@ -1,0 +1,103 @@
+#include "app/editor_lista_form.h"
+
+#include "core/command_trace.h"
+
+QString textoRegistro(const Registro& r) {
+    const DescriptorTabla& t = r.descriptor();
+    return t.columnaTexto.isEmpty() ? r.clave().toString() : r.texto(t.columnaTexto);
+}
+
+EditorListaForm::EditorListaForm(Entorno& entorno, const DescriptorTabla& tabla) : e_(entorno), t_(&tabla) {}
+
+QString EditorListaForm::titulo() const {
+    return QStringLiteral("Lista de ") + t_->descTabla;
+}
+
+QString EditorListaForm::descripcionTraza(const QString& accion) const {
+    return accion + QStringLiteral(" en la '") + titulo() + QLatin1Char('\'');
+}
+
+QStringList EditorListaForm::cabeceras() const {
+    QStringList l;
+    for (const auto& c : t_->columnaS)
+        l << c.Descripcion;
+    return l;
+}
+
+QString EditorListaForm::textoCelda(int fila, int columna) const {
+    if (fila < 0 || fila >= filas() || columna < 0 || columna >= t_->columnaS.size()) return {};
+    return ::textoCelda(t_->columnaS.at(columna), registros_.at(fila).valores().at(columna));
+}
+
+int EditorListaForm::filaDeClave(const QVariant& clave) const {
+    if (clave.isNull()) return -1;
+    for (int i = 0; i < registros_.size(); ++i)
+        if (registros_.at(i).clave().toString() == clave.toString()) return i;
+    return -1;
+}
+
+bool EditorListaForm::refrescar() {
+    const QVariant anterior =
+        seleccionado >= 0 && seleccionado < filas() ? registros_.at(seleccionado).clave() : QVariant();
+    CommandTrace traza(e_.dialogs(), descripcionTraza(QStringLiteral("cargar los objetos")));
+    return traza.ejecutar([&] {
+        QStringList orden;
+        if (!t_->columnaTexto.isEmpty()) orden << t_->columnaTexto;
+        for (const auto& c : t_->clave)
+            if (!orden.contains(c, Qt::CaseInsensitive)) orden << c;
+        traza.paso(QStringLiteral("Leer los registros de ") + t_->tabla);
+        registros_ = RegistroStore(e_.db()).buscar(*t_, {}, orden);
+        seleccionado = filaDeClave(anterior);
+    });
+}
+
+FichaForm EditorListaForm::nuevaFicha() const {
+    return FichaForm(e_, *t_);
+}
+
+std::optional<FichaForm> EditorListaForm::fichaSeleccionada() {
+    if (seleccionado < 0 || seleccionado >= filas()) {
+        e_.dialogs().avisar(kTituloAtencionEditor,
+                            QStringLiteral("Seleccione el objeto que desea modificar."));
+        return std::nullopt;
+    }
+    std::optional<Registro> actual;
+    CommandTrace traza(e_.dialogs(), descripcionTraza(QStringLiteral("modificar el objeto seleccionado")));
+    if (!traza.ejecutar(
+            [&] { actual = RegistroStore(e_.db()).cargar(*t_, registros_.at(seleccionado).clave()); }))
+        return std::nullopt;
+    if (!actual) {
+        e_.dialogs().avisar(
+            kTituloAtencionEditor,
+            QStringLiteral("El objeto seleccionado ya no existe: otro puesto lo ha eliminado."));
+        refrescar();
+        return std::nullopt;
+    }
+    FichaForm ficha(e_, *actual);
+    if (!ficha.bloquear()) return std::nullopt;
+    return ficha;
+}
+
+void EditorListaForm::guardado(const Registro& r) {
+    refrescar();
+    seleccionado = filaDeClave(r.clave());
+}
+
+bool EditorListaForm::eliminar() {
+    if (seleccionado < 0 || seleccionado >= filas()) {
+        e_.dialogs().avisar(kTituloAtencionEditor,
+                            QStringLiteral("Seleccione el objeto que desea eliminar."));
+        return false;
+    }
+    const Registro r = registros_.at(seleccionado);
+    BloqueoEdicion bloqueo(e_);
+    if (!bloqueo.tomar(*t_, r.clave().toString(), textoRegistro(r), AccionBloqueo::Baja)) return false;
+    if (!e_.dialogs().preguntar(Icono::Pregunta, kTituloAtencionEditor, kPreguntaEliminar)) return false;
+    CommandTrace traza(e_.dialogs(), descripcionTraza(QStringLiteral("eliminar el objeto seleccionado")));
+    const bool ok = traza.ejecutar([&] {
+        traza.paso(QStringLiteral("Eliminar el registro de ") + t_->tabla);
+        RegistroStore(e_.db()).eliminar(r);
+    });
+    refrescar();
+    return ok;
+}

@@ -1,0 +1,51 @@
+#pragma once
+// Numbered series (invoices, credit notes...): the last number handed out of each series,
+// one row of table Contadores per series. The next number is taken with one atomic
+// "UPDATE ... SET Ultimo = Ultimo + 1 ... RETURNING Ultimo" inside the caller's
+// transaction, so two workstations never get the same number, and a document that is
+// rolled back gives its number back: the series has no gaps.
+#include "core/dialogs.h"
+#include "data/database.h"
+
+#include <optional>
+
+// The counter of a kind of document and series: the document table, "." and the series
+// ("Facturas.A").
+QString claveContador(const QString& tabla, const QString& serie);
+
+// Failed attempts after which siguiente() asks whether to go on.
+inline constexpr int kIntentosPorAviso = 20;
+// How long one attempt waits for another workstation that holds the counter (ms).
+inline constexpr int kEsperaPorIntento = 1000;
+
+class ContadorStore {
+public:
+    explicit ContadorStore(Database& db) : db_(db) {}
+
+    // One attempt: the next number of the series (1 for a series never used). Inside a
+    // transaction of the caller the number belongs to that transaction (taken under a
+    // savepoint, so that a failed attempt leaves the caller's work intact); otherwise the
+    // number is taken in a transaction of its own. esperaMs bounds how long the attempt
+    // waits for another connection (0: the connection's usual wait). Throws ErrorBD; a
+    // failure because the counter is held elsewhere satisfies esErrorDeConcurrencia.
+    qint64 tomarSiguiente(const QString& serie, int esperaMs = 0);
+
+    // Tries until the number is taken, showing "Localizando el siguiente nº de " + que +
+    // ". Espere, por favor..." meanwhile. After every intentosPorAviso failed attempts it
+    // asks (exclamation, "¡Atención!", Yes/No) "Todavía no se ha podido localizar el
+    // siguiente nº de " + que + ". ¿Desea seguir intentándolo? Si este aviso persiste
+    // contacte con un Administrador."; Yes goes on (the count starts again), No gives
+    // nullopt with nothing taken. Any other database failure throws ErrorBD.
+    std::optional<qint64> siguiente(const QString& serie, const QString& que, Dialogs& dialogs,
+                                    int intentosPorAviso = kIntentosPorAviso,
+                                    int esperaMs = kEsperaPorIntento);
+
+    // The last number handed out; 0 for a series never used.
+    qint64 ultimo(const QString& serie);
+    // Makes the series go on after the number given (a series that starts at 1000...).
+    void fijarUltimo(const QString& serie, qint64 ultimo);
+
+private:
+    qint64 incrementar(const QString& serie);
+    Database& db_;
+};

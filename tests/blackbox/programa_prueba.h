@@ -1,0 +1,277 @@
+#pragma once
+// Black-box helpers: a fresh installation made by pramelvix-admin, and runs of the real
+// executables (pramelvix with its dialogs on the console, pramelvix-admin) with a bounded
+// wait. The engine is the one of the store tests (PRAMELVIX_TEST_MOTOR): on PostgreSQL
+// each installation gets its own database on the PRAMELVIX_TEST_PG server, dropped at the end.
+#include "data/ajustes.h"
+#include "data/database.h"
+#include "test_db.h"
+
+#include <QAtomicInt>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <memory>
+
+namespace bb {
+
+inline const QString kPrograma = QStringLiteral(PRAMELVIX_EXE);
+inline const QString kAdmin = QStringLiteral(PRAMELVIX_ADMIN_EXE);
+inline const QString kVersion = QStringLiteral(PRAMELVIX_VERSION);
+inline constexpr int kEsperaMs = 15000;
+
+// What a finished run left: its exit code and both outputs. terminado is false when the
+// process did not end in time (it was killed) or did not start.
+struct Salida {
+    bool terminado = false;
+    bool normal = false; // ended by itself, not by a signal
+    int codigo = -1;
+    QByteArray salida;
+    QByteArray errores;
+
+    QString texto() const { return QString::fromUtf8(salida); }
+    QString textoErrores() const { return QString::fromUtf8(errores); }
+    QByteArray descripcion() const {
+        return "código " + QByteArray::number(codigo) + (normal ? "" : " (no terminó por sí mismo)") +
+               "\n--- salida ---\n" + salida + "\n--- errores ---\n" + errores;
+    }
+};
+
+// Waits for the process to end, killing it when the time runs out.
+inline Salida esperarFin(QProcess& p, int ms = kEsperaMs) {
+    Salida s;
+    s.terminado = p.state() == QProcess::NotRunning || p.waitForFinished(ms);
+    if (!s.terminado) {
+        p.kill();
+        p.waitForFinished(5000);
+    }
+    s.normal = s.terminado && p.exitStatus() == QProcess::NormalExit;
+    s.codigo = s.normal ? p.exitCode() : -1;
+    s.salida = p.readAllStandardOutput();
+    s.errores = p.readAllStandardError();
+    return s;
+}
+
+inline Salida ejecutar(const QString& programa, const QStringList& argumentos,
+                       const QProcessEnvironment& entorno, const QByteArray& entrada = {}) {
+    QProcess p;
+    p.setProcessEnvironment(entorno);
+    p.start(programa, argumentos);
+    if (!p.waitForStarted(kEsperaMs)) return {};
+    if (!entrada.isEmpty()) p.write(entrada);
+    p.closeWriteChannel();
+    return esperarFin(p);
+}
+
+inline Salida admin(const QStringList& argumentos) {
+    QProcessEnvironment e = QProcessEnvironment::systemEnvironment();
+    e.remove(QStringLiteral("PRAMELVIX_DIR"));
+    e.remove(QStringLiteral("PRAMELVIX_PUESTO"));
+    return ejecutar(kAdmin, argumentos, e);
+}
+
+// Rows of PuestosActivos as "PUESTO/USUARIO", ordered by workstation.
+inline QStringList puestosActivos(Database& db) {
+    QSqlQuery q = db.ejecutar(QStringLiteral("SELECT Puesto, Usuario FROM PuestosActivos ORDER BY Puesto"));
+    QStringList filas;
+    while (q.next())
+        filas << q.value(0).toString() + QLatin1Char('/') + q.value(1).toString();
+    return filas;
+}
+
+class Instalacion {
+public:
+    static constexpr const char* kAdministrador = "admin";
+    static constexpr const char* kClave = "Buena.1";
+
+    Instalacion() = default;
+    Instalacion(const Instalacion&) = delete;
+    Instalacion& operator=(const Instalacion&) = delete;
+
+    ~Instalacion() {
+        if (nombrePg_.isEmpty()) return;
+        try {
+            auto servidor = Database::abrirPostgreSQL(servidorPg() + QStringLiteral(" dbname=postgres"));
+            servidor->ejecutarDirecto(QStringLiteral("DROP DATABASE IF EXISTS ") + nombrePg_ +
+                                      QStringLiteral(" WITH (FORCE)"));
+        } catch (const ErrorBD& e) {
+            qWarning("No se ha podido borrar la base de datos %s: %s", qPrintable(nombrePg_),
+                     qPrintable(e.texto()));
+        }
+    }
+
+    static bool esSQLite() { return TestDb::motorDePrueba() == Motor::SQLite; }
+
+    // Runs "pramelvix-admin init" into a new folder; false (with the reason logged) on failure.
+    bool crear(const QString& puestoServidor = QStringLiteral("SERVIDOR")) {
+        if (!tmp_.isValid() || !QDir().mkpath(carpetaBloqueos())) return false;
+        QFile::setPermissions(carpetaBloqueos(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QStringList args{QStringLiteral("init"),
+                         carpeta(),
+                         QStringLiteral("--admin"),
+                         QStringLiteral("%1:%2").arg(QLatin1String(kAdministrador), QLatin1String(kClave)),
+                         QStringLiteral("--servidor"),
+                         puestoServidor};
+        if (!esSQLite()) {
+            nombrePg_ = QStringLiteral("pmxbb_%1_%2")
+                            .arg(QCoreApplication::applicationPid())
+                            .arg(contador().fetchAndAddRelaxed(1));
+            try {
+                auto servidor = Database::abrirPostgreSQL(servidorPg() + QStringLiteral(" dbname=postgres"));
+                servidor->ejecutarDirecto(QStringLiteral("DROP DATABASE IF EXISTS ") + nombrePg_ +
+                                          QStringLiteral(" WITH (FORCE)"));
+                servidor->ejecutarDirecto(QStringLiteral("CREATE DATABASE ") + nombrePg_);
+            } catch (const ErrorBD& e) {
+                qWarning("No se ha podido crear la base de datos %s: %s", qPrintable(nombrePg_),
+                         qPrintable(e.texto()));
+                nombrePg_.clear();
+                return false;
+            }
+            args << QStringLiteral("--postgresql") << conexionPg();
+        }
+        const Salida s = admin(args);
+        if (!s.terminado || s.codigo != 0) {
+            qWarning("pramelvix-admin init ha fallado: %s", s.descripcion().constData());
+            return false;
+        }
+        // The users' chat off (port 0): copies of the program running at once on this
+        // machine, in this test or in another one, would otherwise compete for its UDP port.
+        try {
+            auto db = conectar();
+            Ajustes(*db).escribir(QStringLiteral("PUERTO UDP CHAT"), QStringLiteral("0"));
+        } catch (const ErrorBD& e) {
+            qWarning("No se ha podido desactivar el chat: %s", qPrintable(e.texto()));
+            return false;
+        }
+        return true;
+    }
+
+    QString carpeta() const { return tmp_.filePath(QStringLiteral("PRAMELVIX")); }
+    QString carpetaDatos() const { return QDir(carpeta()).filePath(QStringLiteral("datos")); }
+    QString ficheroBD() const { return QDir(carpetaDatos()).filePath(QStringLiteral("Pramelvix.mdb")); }
+    QString ficheroIni() const { return QDir(carpeta()).filePath(QStringLiteral("PRAMELVIX.INI")); }
+    QString carpetaBloqueos() const { return tmp_.filePath(QStringLiteral("run")); }
+    // A folder outside the installation, for copies of the database.
+    QString carpetaAparte() const {
+        const QString ruta = tmp_.filePath(QStringLiteral("aparte"));
+        QDir().mkpath(ruta);
+        return ruta;
+    }
+    QString conexionPg() const { return servidorPg() + QStringLiteral(" dbname=") + nombrePg_; }
+
+    // A direct connection to the installation's database (or to another SQLite file).
+    std::unique_ptr<Database> conectar(const QString& ficheroSQLite = {}) const {
+        if (esSQLite()) return Database::abrirSQLite(ficheroSQLite.isEmpty() ? ficheroBD() : ficheroSQLite);
+        return Database::abrirPostgreSQL(conexionPg());
+    }
+    QStringList puestos(const QString& ficheroSQLite = {}) const {
+        auto db = conectar(ficheroSQLite);
+        return puestosActivos(*db);
+    }
+
+    // The environment of pramelvix on this installation, as workstation `puesto`.
+    QProcessEnvironment entorno(const QString& puesto) const {
+        QProcessEnvironment e = QProcessEnvironment::systemEnvironment();
+        e.insert(QStringLiteral("PRAMELVIX_DIALOGOS"), QStringLiteral("consola"));
+        e.insert(QStringLiteral("PRAMELVIX_DIR"), carpeta());
+        e.insert(QStringLiteral("PRAMELVIX_PUESTO"), puesto);
+        e.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        e.insert(QStringLiteral("XDG_RUNTIME_DIR"), carpetaBloqueos());
+        return e;
+    }
+
+    Salida programa(const QStringList& argumentos, const QString& puesto,
+                    const QByteArray& entrada = {}) const {
+        return ejecutar(kPrograma, argumentos, entorno(puesto), entrada);
+    }
+
+    Salida ajuste(const QString& clave) const {
+        return admin(
+            {QStringLiteral("--dir"), carpeta(), QStringLiteral("setting"), QStringLiteral("get"), clave});
+    }
+    // The value of a setting read with the admin tool ("<error>" when the tool failed).
+    QString leerAjuste(const QString& clave) const {
+        const Salida s = ajuste(clave);
+        if (!s.terminado || s.codigo != 0 || !s.salida.endsWith('\n')) return QStringLiteral("<error>");
+        return QString::fromUtf8(s.salida.chopped(1));
+    }
+    bool escribirAjuste(const QString& clave, const QString& valor) const {
+        const Salida s = admin({QStringLiteral("--dir"), carpeta(), QStringLiteral("setting"),
+                                QStringLiteral("set"), clave, valor});
+        return s.terminado && s.codigo == 0;
+    }
+
+private:
+    static QString servidorPg() { return qEnvironmentVariable("PRAMELVIX_TEST_PG"); }
+    static QAtomicInt& contador() {
+        static QAtomicInt c;
+        return c;
+    }
+
+    QTemporaryDir tmp_;
+    QString nombrePg_;
+};
+
+// A copy of pramelvix that keeps running: its standard input stays open, its output is
+// collected as it comes, and it is killed if the test leaves it running.
+class Sesion {
+public:
+    Sesion(const Instalacion& inst, const QString& puesto) { p_.setProcessEnvironment(inst.entorno(puesto)); }
+    ~Sesion() {
+        if (p_.state() != QProcess::NotRunning) {
+            p_.kill();
+            p_.waitForFinished(5000);
+        }
+    }
+
+    bool arrancar(const QByteArray& entrada) {
+        p_.start(kPrograma, {QStringLiteral("-app:Start")});
+        if (!p_.waitForStarted(kEsperaMs)) return false;
+        if (entrada.isEmpty()) return true;
+        p_.write(entrada);
+        return p_.waitForBytesWritten(kEsperaMs);
+    }
+    // Waits until the output holds `texto`; false when the process ended or the time ran out first.
+    bool esperar(const QString& texto, int ms = kEsperaMs) {
+        const QByteArray buscado = texto.toUtf8();
+        QDeadlineTimer limite(ms);
+        while (true) {
+            salida_ += p_.readAllStandardOutput();
+            if (salida_.contains(buscado)) return true;
+            if (p_.state() == QProcess::NotRunning) {
+                salida_ += p_.readAllStandardOutput();
+                return salida_.contains(buscado);
+            }
+            if (limite.hasExpired()) return false;
+            p_.waitForReadyRead(int(qMax<qint64>(1, limite.remainingTime())));
+        }
+    }
+    bool enMarcha() const { return p_.state() == QProcess::Running; }
+    // SIGTERM, then the wait for the end.
+    Salida terminar() {
+        p_.terminate();
+        Salida s = esperarFin(p_);
+        s.salida = salida_ + s.salida;
+        salida_.clear();
+        return s;
+    }
+    // SIGKILL: the program cannot close anything.
+    Salida matar() {
+        p_.kill();
+        Salida s = esperarFin(p_);
+        s.salida = salida_ + s.salida;
+        salida_.clear();
+        return s;
+    }
+    QString textoHastaAhora() const { return QString::fromUtf8(salida_); }
+
+private:
+    QProcess p_;
+    QByteArray salida_;
+};
+
+} // namespace bb

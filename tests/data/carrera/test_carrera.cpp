@@ -1,0 +1,243 @@
+// Races between workstations, each one a separate operating-system process
+// (pmx_trabajador_carrera) with its own connection to the same database.
+#include "data/bloqueos.h"
+#include "data/contadores.h"
+#include "scripted_dialogs.h"
+#include "test_db.h"
+
+#include <QProcess>
+#include <algorithm>
+#include <memory>
+#include <set>
+
+namespace {
+constexpr int kProcesos = 4;
+constexpr int kRondas = 40;
+constexpr int kNumerosPorProceso = 40;
+
+class Trabajador {
+public:
+    Trabajador(const TestDb& t, const QStringList& argumentos) {
+        p_.setProgram(QStringLiteral(TRABAJADOR_CARRERA));
+        p_.setArguments(QStringList{TestDb::motorDePrueba() == Motor::SQLite ? QStringLiteral("sqlite")
+                                                                             : QStringLiteral("postgresql"),
+                                    t.origen()} +
+                        argumentos);
+        p_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        p_.start();
+    }
+    ~Trabajador() {
+        if (p_.state() != QProcess::NotRunning) {
+            p_.kill();
+            p_.waitForFinished(10000);
+        }
+    }
+    bool arrancado() { return p_.waitForStarted(30000); }
+    // Writes the order through to the process at once (QProcess would otherwise keep it
+    // until this process waits on that worker).
+    void enviar(const QString& orden) {
+        p_.write((orden + QLatin1Char('\n')).toUtf8());
+        p_.waitForBytesWritten(30000);
+    }
+    // The next line of the answer; empty when none came in time or the process ended.
+    QString linea(int ms = 120000) {
+        while (!p_.canReadLine())
+            if (!p_.waitForReadyRead(ms)) return {};
+        return QString::fromUtf8(p_.readLine()).trimmed();
+    }
+    bool terminado(int ms = 120000) { return p_.waitForFinished(ms); }
+    int codigo() const { return p_.exitCode(); }
+    QProcess& proceso() { return p_; }
+
+private:
+    QProcess p_;
+};
+
+using Trabajadores = std::vector<std::unique_ptr<Trabajador>>;
+
+QString nombre(int i) {
+    return QStringLiteral("PUESTO%1").arg(i);
+}
+
+// Every worker answers one order; their answers in order. The orders carry a start time
+// a little ahead, so that all the processes reach the database at the same moment
+// instead of in the order in which they were written to.
+QStringList ronda(Trabajadores& ts, const std::function<QString(int)>& orden) {
+    const QString inicio = QStringLiteral("@%1 ").arg(QDateTime::currentMSecsSinceEpoch() + 40);
+    for (int i = 0; i < static_cast<int>(ts.size()); ++i)
+        ts[i]->enviar(inicio + orden(i));
+    QStringList respuestas;
+    for (auto& t : ts)
+        respuestas << t->linea();
+    return respuestas;
+}
+
+void terminar(Trabajadores& ts) {
+    for (auto& t : ts)
+        t->enviar(QStringLiteral("fin"));
+    for (auto& t : ts) {
+        QVERIFY(t->terminado());
+        QCOMPARE(t->codigo(), 0);
+    }
+}
+} // namespace
+
+class TestCarrera : public QObject {
+    Q_OBJECT
+
+    Trabajadores arrancarBloqueos(const TestDb& t) {
+        Trabajadores ts;
+        for (int i = 0; i < kProcesos; ++i) {
+            ts.push_back(std::make_unique<Trabajador>(t, QStringList{QStringLiteral("bloqueos"), nombre(i)}));
+            if (!ts.back()->arrancado()) return {};
+        }
+        return ts;
+    }
+
+    qint64 filas(TestDb& t) {
+        return t.db().valor(QStringLiteral("SELECT COUNT(*) FROM Bloqueos")).toLongLong();
+    }
+
+private slots:
+    // Every round all the processes try the same key at once: exactly one gets it.
+    void mismaClaveUnSoloGanador() {
+        TestDb t;
+        Trabajadores ts = arrancarBloqueos(t);
+        QCOMPARE(static_cast<int>(ts.size()), kProcesos);
+        QList<int> victorias(kProcesos, 0);
+        for (int r = 0; r < kRondas; ++r) {
+            const QStringList resp = ronda(ts, [](int) { return QStringLiteral("registro 7"); });
+            QVERIFY2(resp.count(QStringLiteral("1")) == 1,
+                     qPrintable(QStringLiteral("ronda %1: %2").arg(r).arg(resp.join(','))));
+            QCOMPARE(resp.count(QStringLiteral("0")), kProcesos - 1);
+            const int ganador = static_cast<int>(resp.indexOf(QStringLiteral("1")));
+            ++victorias[ganador];
+            QCOMPARE(filas(t), 1);
+            QCOMPARE(t.db()
+                         .valor(QStringLiteral("SELECT Puesto FROM Bloqueos WHERE claveBloqueo = ?"),
+                                {QStringLiteral("Clientes 7")})
+                         .toString(),
+                     nombre(ganador));
+            const QStringList liberados = ronda(ts, [](int) { return QStringLiteral("liberar"); });
+            for (int i = 0; i < kProcesos; ++i)
+                QCOMPARE(liberados.at(i), i == ganador ? QStringLiteral("1") : QStringLiteral("0"));
+            QCOMPARE(filas(t), 0);
+        }
+        qInfo() << "victorias por proceso:" << victorias;
+        terminar(ts);
+    }
+
+    // With one lock already standing, one process asks for the administrative lock while
+    // the others lock three different records: either the administrative lock wins and
+    // every record lock is refused, or it is refused and every record lock is taken.
+    void administrativoContraRegistros() {
+        TestDb t;
+        ScriptedDialogs d;
+        FixedClock reloj(QDateTime(QDate(2026, 1, 2), QTime(3, 4)));
+        BloqueoStore semilla(t.db(), d, reloj,
+                             {QStringLiteral("semilla"), QStringLiteral("u"), QStringLiteral("P")});
+        DescriptorTabla mascotas;
+        mascotas.tabla = QStringLiteral("Mascotas");
+        mascotas.descTabla = QStringLiteral("Mascota");
+        QVERIFY(semilla.bloquearRegistro(mascotas, QStringLiteral("1"), QStringLiteral("Toby"), 1));
+
+        Trabajadores ts = arrancarBloqueos(t);
+        QCOMPARE(static_cast<int>(ts.size()), kProcesos);
+        int ganaAdministrativo = 0;
+        for (int r = 0; r < kRondas; ++r) {
+            const int admin = r % kProcesos;
+            const QStringList resp = ronda(ts, [&](int i) {
+                return i == admin ? QStringLiteral("bd") : QStringLiteral("registro %1").arg(i);
+            });
+            const bool bd = resp.at(admin) == QLatin1String("1");
+            QVERIFY2(resp.at(admin) == QLatin1String("1") || resp.at(admin) == QLatin1String("0"),
+                     qPrintable(resp.join(',')));
+            for (int i = 0; i < kProcesos; ++i)
+                if (i != admin)
+                    QVERIFY2(resp.at(i) == (bd ? QLatin1String("0") : QLatin1String("1")),
+                             qPrintable(QStringLiteral("ronda %1: %2").arg(r).arg(resp.join(','))));
+            QCOMPARE(filas(t), bd ? 2 : kProcesos);
+            ganaAdministrativo += bd ? 1 : 0;
+            ronda(ts, [](int) { return QStringLiteral("liberar"); });
+            QCOMPARE(filas(t), 1);
+        }
+        qInfo() << "rondas ganadas por el bloqueo administrativo:" << ganaAdministrativo << "de" << kRondas;
+
+        // All asking for the administrative lock at once: one gets it. The standing lock
+        // is removed first, since with it and a winner the rest would be refused anyway.
+        QVERIFY(semilla.desbloquearRegistro(mascotas, QStringLiteral("1")));
+        for (int r = 0; r < kRondas / 2; ++r) {
+            const QStringList resp = ronda(ts, [](int) { return QStringLiteral("bd"); });
+            QVERIFY2(resp.count(QStringLiteral("1")) == 1, qPrintable(resp.join(',')));
+            ronda(ts, [](int) { return QStringLiteral("liberar"); });
+            QCOMPARE(filas(t), 0);
+        }
+        terminar(ts);
+    }
+
+    // Several processes take numbers of one series at once, undoing some of their
+    // documents: the numbers kept are exactly 1..N×M, none twice, none missing.
+    void contadorSinHuecosNiRepetidos() {
+        TestDb t;
+        Trabajadores ts;
+        for (int i = 0; i < kProcesos; ++i) {
+            ts.push_back(std::make_unique<Trabajador>(
+                t, QStringList{QStringLiteral("contador"), QStringLiteral("Facturas.A"),
+                               QString::number(kNumerosPorProceso), QString::number(5 + i)}));
+            QVERIFY(ts.back()->arrancado());
+        }
+        std::vector<qint64> todos;
+        for (auto& w : ts) {
+            QVERIFY(w->terminado());
+            QCOMPARE(w->codigo(), 0);
+            const QStringList lineas = QString::fromUtf8(w->proceso().readAllStandardOutput())
+                                           .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+            QCOMPARE(lineas.size(), kNumerosPorProceso + 1);
+            QCOMPARE(lineas.last(), QStringLiteral("fin"));
+            qint64 anterior = 0;
+            for (int i = 0; i < kNumerosPorProceso; ++i) {
+                bool ok = false;
+                const qint64 n = lineas.at(i).toLongLong(&ok);
+                QVERIFY(ok);
+                QVERIFY(n > anterior); // each process sees its numbers grow
+                anterior = n;
+                todos.push_back(n);
+            }
+        }
+        std::sort(todos.begin(), todos.end());
+        QCOMPARE(static_cast<int>(std::set<qint64>(todos.begin(), todos.end()).size()),
+                 kProcesos * kNumerosPorProceso);
+        for (int i = 0; i < static_cast<int>(todos.size()); ++i)
+            QCOMPARE(todos.at(i), qint64(i + 1));
+        QCOMPARE(ContadorStore(t.db()).ultimo(QStringLiteral("Facturas.A")),
+                 qint64(kProcesos * kNumerosPorProceso));
+    }
+
+    // A process killed while its transaction holds a number: the number is handed out
+    // again and the database is intact.
+    void procesoMuertoNoDejaHueco() {
+        TestDb t;
+        ContadorStore c(t.db());
+        for (int i = 1; i <= 5; ++i)
+            QCOMPARE(c.tomarSiguiente(QStringLiteral("Facturas.A")), qint64(i));
+        for (int vez = 0; vez < 3; ++vez) {
+            Trabajador w(t, {QStringLiteral("colgado"), QStringLiteral("Facturas.A")});
+            QVERIFY(w.arrancado());
+            bool ok = false;
+            const qint64 tomado = w.linea().toLongLong(&ok);
+            QVERIFY(ok);
+            QCOMPARE(tomado, qint64(6 + vez));
+            w.proceso().kill(); // SIGKILL: no chance to commit or roll back
+            QVERIFY(w.terminado());
+            QCOMPARE(w.proceso().exitStatus(), QProcess::CrashExit);
+            QCOMPARE(c.tomarSiguiente(QStringLiteral("Facturas.A")), tomado);
+        }
+        QCOMPARE(c.ultimo(QStringLiteral("Facturas.A")), qint64(8));
+        if (t.db().esSQLite())
+            QCOMPARE(t.db().valor(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+        QCOMPARE(t.db().valor(QStringLiteral("SELECT COUNT(*) FROM Contadores")).toInt(), 1);
+    }
+};
+
+PMX_STORE_TEST_MAIN(TestCarrera)
+#include "test_carrera.moc"

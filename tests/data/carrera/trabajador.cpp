@@ -1,0 +1,146 @@
+// A workstation for the race tests, as a separate operating-system process.
+//   pmx_trabajador_carrera <sqlite|postgresql> <origen> bloqueos <nombre>
+//       reads orders from standard input, one a line, and answers each with one line
+//       (an order may start with "@<ms since the epoch> ": it then waits for that moment):
+//       "registro <clave>" -> "1"/"0" (lock Clientes <clave>), "bd" -> "1"/"0"
+//       (administrative lock), "liberar" -> the number of locks released, "fin" -> ends.
+//   pmx_trabajador_carrera <motor> <origen> contador <serie> <cuantos> <deshacerCada>
+//       takes <cuantos> numbers, each in a transaction of its own that is committed, and
+//       prints each one; every <deshacerCada>-th transaction takes a number and is undone
+//       instead (that number is not printed). Ends with "fin".
+//   pmx_trabajador_carrera <motor> <origen> colgado <serie>
+//       takes a number inside a transaction, prints it and waits forever before
+//       committing (the parent kills it).
+#include "core/clock.h"
+#include "data/bloqueos.h"
+#include "data/contadores.h"
+
+#include <QCoreApplication>
+#include <QThread>
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+namespace {
+// Never asked anything in the locking orders; for the counters it always goes on trying.
+class DialogosTrabajador final : public Dialogs {
+public:
+    void mostrar(Icono, const QString& titulo, const QString& texto) override {
+        std::fprintf(stderr, "[%s] %s\n", qPrintable(titulo), qPrintable(texto));
+    }
+    bool preguntar(Icono, const QString&, const QString&) override { return true; }
+    QString elegirFichero(const QString&, const QString&, const QString&) override { return {}; }
+    QString elegirFicheroGuardar(const QString&, const QString&, const QString&) override { return {}; }
+    void progreso(const QString&) override {}
+};
+
+// The start line of a round: every process gets its order first and then waits for the
+// same moment of the clock, so that all of them reach the database together.
+void esperarHasta(qint64 msDesdeEpoca) {
+    qint64 falta = msDesdeEpoca - QDateTime::currentMSecsSinceEpoch();
+    if (falta > 3) QThread::msleep(static_cast<unsigned long>(falta - 3));
+    while (QDateTime::currentMSecsSinceEpoch() < msDesdeEpoca) {
+    }
+}
+
+void responder(const QString& linea) {
+    std::fputs(qPrintable(linea + QLatin1Char('\n')), stdout);
+    std::fflush(stdout);
+}
+
+int bloqueos(Database& db, const QString& nombre) {
+    DialogosTrabajador d;
+    SystemClock reloj;
+    DescriptorTabla clientes;
+    clientes.tabla = QStringLiteral("Clientes");
+    clientes.descTabla = QStringLiteral("Cliente");
+    BloqueoStore s(db, d, reloj,
+                   {nombre + QLatin1Char('-') + QString::number(QCoreApplication::applicationPid()),
+                    QStringLiteral("usuario-") + nombre, nombre});
+    s.setIntentos(50);
+    std::string entrada;
+    while (std::getline(std::cin, entrada)) {
+        QString orden = QString::fromStdString(entrada).trimmed();
+        if (orden.startsWith(QLatin1Char('@'))) {
+            const qsizetype blanco = orden.indexOf(QLatin1Char(' '));
+            esperarHasta(orden.mid(1, blanco - 1).toLongLong());
+            orden = orden.mid(blanco + 1);
+        }
+        if (orden == QLatin1String("fin")) break;
+        if (orden == QLatin1String("bd"))
+            responder(s.bloquearBD(false) ? QStringLiteral("1") : QStringLiteral("0"));
+        else if (orden.startsWith(QLatin1String("registro ")))
+            responder(s.bloquearRegistro(clientes, orden.mid(9), QStringLiteral("Cliente ") + orden.mid(9),
+                                         AccionBloqueo::Modificacion, false)
+                          ? QStringLiteral("1")
+                          : QStringLiteral("0"));
+        else if (orden == QLatin1String("liberar"))
+            responder(QString::number(s.desbloquearSesion()));
+        else
+            responder(QStringLiteral("?"));
+    }
+    return 0;
+}
+
+int contador(Database& db, const QString& serie, int cuantos, int deshacerCada) {
+    DialogosTrabajador d;
+    ContadorStore c(db);
+    int hechos = 0;
+    for (int vuelta = 1; hechos < cuantos; ++vuelta) {
+        // Like a document being saved: the number is taken inside the document's own
+        // transaction, whose start may find the database busy and is then tried again.
+        std::optional<qint64> n;
+        try {
+            Transaction tx = db.transaccion();
+            n = c.siguiente(serie, QStringLiteral("Factura"), d, 20, 200);
+            if (!n) return 2;
+            if (deshacerCada > 0 && vuelta % deshacerCada == 0) {
+                tx.rollback();
+                continue;
+            }
+            tx.commit();
+        } catch (const ErrorBD& e) {
+            if (!esErrorDeConcurrencia(e)) throw;
+            --vuelta;
+            continue;
+        }
+        responder(QString::number(*n));
+        ++hechos;
+    }
+    responder(QStringLiteral("fin"));
+    return 0;
+}
+
+int colgado(Database& db, const QString& serie) {
+    DialogosTrabajador d;
+    Transaction tx = db.transaccion();
+    const auto n = ContadorStore(db).siguiente(serie, QStringLiteral("Factura"), d);
+    if (!n) return 2;
+    responder(QString::number(*n));
+    for (;;)
+        QThread::sleep(60);
+}
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    const QStringList a = app.arguments();
+    if (a.size() < 4) {
+        std::fprintf(stderr, "uso: %s <sqlite|postgresql> <origen> <orden> ...\n", argv[0]);
+        return 64;
+    }
+    try {
+        auto db = a.at(1) == QLatin1String("sqlite") ? Database::abrirSQLite(a.at(2))
+                                                     : Database::abrirPostgreSQL(a.at(2));
+        const QString orden = a.at(3);
+        if (orden == QLatin1String("bloqueos") && a.size() >= 5) return bloqueos(*db, a.at(4));
+        if (orden == QLatin1String("contador") && a.size() >= 7)
+            return contador(*db, a.at(4), a.at(5).toInt(), a.at(6).toInt());
+        if (orden == QLatin1String("colgado") && a.size() >= 5) return colgado(*db, a.at(4));
+        std::fprintf(stderr, "orden desconocida: %s\n", qPrintable(orden));
+        return 64;
+    } catch (const ErrorBD& e) {
+        std::fprintf(stderr, "%s\n", qPrintable(e.mensaje()));
+        return 3;
+    }
+}

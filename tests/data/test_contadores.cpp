@@ -1,0 +1,196 @@
+// Numbered series: numbers without gaps inside the caller's transaction, and the
+// retry-and-ask loop while another workstation holds the counter.
+#include "data/bloqueos.h"
+#include "data/contadores.h"
+#include "scripted_dialogs.h"
+#include "test_db.h"
+
+namespace {
+const QString kSerieA = QStringLiteral("Facturas.A");
+const QString kAviso =
+    QStringLiteral("Todavía no se ha podido localizar el siguiente nº de Factura de la serie A. "
+                   "¿Desea seguir intentándolo? Si este aviso persiste contacte con un "
+                   "Administrador.");
+
+// Another workstation in the middle of taking a number of the series: its transaction
+// holds the counter (on SQLite, the whole database) until it ends.
+struct OtroPuestoTomando {
+    std::unique_ptr<Database> db;
+    std::optional<Transaction> tx;
+    qint64 numero = 0;
+    explicit OtroPuestoTomando(const TestDb& t, const QString& serie) : db(t.otraConexion()) {
+        tx.emplace(db->transaccion());
+        numero = ContadorStore(*db).tomarSiguiente(serie);
+    }
+    void terminar(bool confirmar) {
+        if (confirmar)
+            tx->commit();
+        else
+            tx->rollback();
+        tx.reset();
+    }
+};
+} // namespace
+
+class TestContadores : public QObject {
+    Q_OBJECT
+
+private slots:
+    void seriesIndependientes() {
+        TestDb t;
+        ContadorStore c(t.db());
+        QCOMPARE(claveContador(QStringLiteral("Facturas"), QStringLiteral("A")), kSerieA);
+        QCOMPARE(c.ultimo(kSerieA), 0);
+        for (qint64 esperado = 1; esperado <= 3; ++esperado)
+            QCOMPARE(c.tomarSiguiente(kSerieA), esperado);
+        QCOMPARE(c.tomarSiguiente(QStringLiteral("Facturas.B")), 1);
+        QCOMPARE(c.tomarSiguiente(QStringLiteral("Abonos.A")), 1);
+        QCOMPARE(c.ultimo(kSerieA), 3);
+        c.fijarUltimo(QStringLiteral("Facturas.B"), 999);
+        c.fijarUltimo(QStringLiteral("Facturas.C"), 2000);
+        QCOMPARE(c.tomarSiguiente(QStringLiteral("Facturas.B")), 1000);
+        QCOMPARE(c.tomarSiguiente(QStringLiteral("Facturas.C")), 2001);
+        QCOMPARE(c.tomarSiguiente(kSerieA), 4);
+    }
+
+    // The number belongs to the caller's transaction: undone with it, kept with it.
+    void transaccionDelLlamador() {
+        TestDb t;
+        ContadorStore c(t.db());
+        QCOMPARE(c.tomarSiguiente(kSerieA), 1);
+        {
+            Transaction tx = t.db().transaccion();
+            QCOMPARE(c.tomarSiguiente(kSerieA), 2);
+            QCOMPARE(c.tomarSiguiente(kSerieA), 3);
+            tx.rollback();
+        }
+        QCOMPARE(c.ultimo(kSerieA), 1);
+        {
+            // A series first used inside a transaction that is undone leaves no row behind.
+            Transaction tx = t.db().transaccion();
+            QCOMPARE(c.tomarSiguiente(QStringLiteral("Abonos.Z")), 1);
+        }
+        QCOMPARE(t.db()
+                     .valor(QStringLiteral("SELECT COUNT(*) FROM Contadores WHERE Serie = ?"),
+                            {QStringLiteral("Abonos.Z")})
+                     .toInt(),
+                 0);
+        {
+            Transaction tx = t.db().transaccion();
+            ScriptedDialogs d;
+            QCOMPARE(c.siguiente(kSerieA, QStringLiteral("Factura"), d), 2);
+            t.db().ejecutarCambio(QStringLiteral("INSERT INTO Parametros (Clave, Valor) VALUES (?, ?)"),
+                                  {QStringLiteral("ULTIMA FACTURA"), QStringLiteral("A-2")});
+            tx.commit();
+            QCOMPARE(d.progresos(),
+                     QStringList{QStringLiteral("Localizando el siguiente nº de Factura. Espere, por "
+                                                "favor...")});
+            QVERIFY(d.mensajes().isEmpty());
+        }
+        QCOMPARE(c.ultimo(kSerieA), 2);
+        // Seen from another workstation too.
+        auto otra = t.otraConexion();
+        QCOMPARE(ContadorStore(*otra).tomarSiguiente(kSerieA), 3);
+    }
+
+    // A number taken by a workstation that then gives up is handed out again.
+    void otroPuestoQueDeshaceDevuelveElNumero() {
+        TestDb t;
+        ContadorStore c(t.db());
+        QCOMPARE(c.tomarSiguiente(kSerieA), 1);
+        OtroPuestoTomando otro(t, kSerieA);
+        QCOMPARE(otro.numero, 2);
+        otro.terminar(false);
+        QCOMPARE(c.tomarSiguiente(kSerieA), 2);
+        OtroPuestoTomando otro2(t, kSerieA);
+        QCOMPARE(otro2.numero, 3);
+        otro2.terminar(true);
+        QCOMPARE(c.tomarSiguiente(kSerieA), 4);
+    }
+
+    void avisoYRespuesta_data() {
+        QTest::addColumn<QList<bool>>("respuestas");
+        QTest::newRow("No a la primera") << QList<bool>{false};
+        QTest::newRow("Sí y luego No") << QList<bool>{true, false};
+        QTest::newRow("Sí, Sí y No") << QList<bool>{true, true, false};
+    }
+    void avisoYRespuesta() {
+        QFETCH(QList<bool>, respuestas);
+        TestDb t;
+        ContadorStore c(t.db());
+        QCOMPARE(c.tomarSiguiente(kSerieA), 1);
+        OtroPuestoTomando otro(t, kSerieA);
+        ScriptedDialogs d;
+        for (bool r : respuestas)
+            d.responder(r);
+        const QString que = QStringLiteral("Factura de la serie A");
+        const auto n = c.siguiente(kSerieA, que, d, 2, 30);
+        QVERIFY(!n.has_value());
+        QCOMPARE(d.mensajes().size(), respuestas.size());
+        QCOMPARE(d.sinRespuesta(), 0);
+        for (const auto& m : d.mensajes()) {
+            QVERIFY(m.pregunta);
+            QCOMPARE(m.icono, Icono::Exclamacion);
+            QCOMPARE(m.titulo, QStringLiteral("¡Atención!"));
+            QCOMPARE(m.texto, kAviso);
+        }
+        QCOMPARE(d.progresos(),
+                 QStringList{QStringLiteral(
+                     "Localizando el siguiente nº de Factura de la serie A. Espere, por favor...")});
+        // The failed attempts took nothing: once the other workstation ends, numbering goes on.
+        otro.terminar(false);
+        ScriptedDialogs d2;
+        QCOMPARE(c.siguiente(kSerieA, que, d2, 2, 30), 2);
+        QVERIFY(d2.mensajes().isEmpty());
+    }
+
+    // A failed attempt inside the caller's transaction leaves the caller's work intact.
+    // (SQLite cannot show it: a transaction already holds the only write lock, so no
+    // other workstation can be holding the counter.)
+    void intentoFallidoNoEstropeaLaTransaccion() {
+        TestDb t;
+        if (t.db().esSQLite()) QSKIP("Con SQLite la transacción del llamador ya tiene la B.D. para sí.");
+        ContadorStore c(t.db());
+        QCOMPARE(c.tomarSiguiente(kSerieA), 1);
+        OtroPuestoTomando otro(t, kSerieA);
+        {
+            Transaction tx = t.db().transaccion();
+            t.db().ejecutarCambio(QStringLiteral("INSERT INTO Parametros (Clave, Valor) VALUES (?, ?)"),
+                                  {QStringLiteral("PRUEBA"), QStringLiteral("sigue")});
+            ScriptedDialogs d;
+            d.no();
+            QVERIFY(!c.siguiente(kSerieA, QStringLiteral("Factura"), d, 1, 30).has_value());
+            QCOMPARE(c.tomarSiguiente(QStringLiteral("Facturas.B")), 1);
+            tx.commit();
+        }
+        QCOMPARE(t.db()
+                     .valor(QStringLiteral("SELECT Valor FROM Parametros WHERE Clave = ?"),
+                            {QStringLiteral("PRUEBA")})
+                     .toString(),
+                 QStringLiteral("sigue"));
+        QCOMPARE(c.ultimo(QStringLiteral("Facturas.B")), 1);
+        otro.terminar(true);
+        QCOMPARE(c.tomarSiguiente(kSerieA), 3);
+    }
+
+    // Failures other than "held elsewhere" are not retried nor asked about.
+    void otrosErroresNoSeReintentan() {
+        TestDb t;
+        t.db().ejecutarDirecto(QStringLiteral("DROP TABLE Contadores"));
+        ContadorStore c(t.db());
+        ScriptedDialogs d;
+        d.si();
+        try {
+            c.siguiente(kSerieA, QStringLiteral("Factura"), d, 1, 30);
+            QFAIL("se esperaba un error de la base de datos");
+        } catch (const ErrorBD& e) {
+            QVERIFY(!esErrorDeConcurrencia(e));
+            QVERIFY(e.texto().contains(QStringLiteral("contadores"), Qt::CaseInsensitive));
+        }
+        QVERIFY(d.mensajes().isEmpty());
+        QCOMPARE(d.respuestasPendientes(), 1);
+    }
+};
+
+PMX_STORE_TEST_MAIN(TestContadores)
+#include "test_contadores.moc"

@@ -1,0 +1,49 @@
+// The automatic copy of a live SQLite database, taken while another connection writes.
+#include "data/ajustes.h"
+#include "data/copia_automatica.h"
+#include "data/esquema.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+class TestCopiaAutomatica : public QObject {
+    Q_OBJECT
+private slots:
+    void copiaConsistenteDeUnaBaseEnUso() {
+        QTemporaryDir dir;
+        const QString bd = dir.filePath(QStringLiteral("Pramelvix.mdb"));
+        auto db = Database::abrirSQLite(bd, true);
+        migrarEsquema(*db);
+        Ajustes a(*db);
+        for (int i = 0; i < 200; ++i)
+            a.escribir(QStringLiteral("CLAVE %1").arg(i), QString::number(i));
+        // A write transaction of another workstation is open while the copy runs: the copy
+        // holds what was committed, not the pending change.
+        auto otra = Database::abrirSQLite(bd);
+        const QString copia = dir.filePath(QStringLiteral("CopiaAutomBD.MDB"));
+        QVERIFY(copiarBaseDatos(*db, copia).isEmpty());
+        {
+            Transaction tx = otra->transaccion();
+            Ajustes(*otra).escribir(QStringLiteral("PENDIENTE"), QStringLiteral("x"));
+            QVERIFY(copiarBaseDatos(*db, copia).isEmpty());
+            tx.rollback();
+        }
+        auto leida = Database::abrirSQLite(copia);
+        QCOMPARE(leida->valor(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+        QCOMPARE(Ajustes(*leida).leer(QStringLiteral("CLAVE 199")), QStringLiteral("199"));
+        QCOMPARE(Ajustes(*leida).existe(QStringLiteral("PENDIENTE")), false);
+        QVERIFY(!QFile::exists(copia + QStringLiteral(".tmp")));
+    }
+
+    void destinoImposibleNoDejaRastro() {
+        QTemporaryDir dir;
+        auto db = Database::abrirSQLite(dir.filePath(QStringLiteral("Pramelvix.mdb")), true);
+        migrarEsquema(*db);
+        const QString destino = dir.filePath(QStringLiteral("no/existe/CopiaAutomBD.MDB"));
+        QVERIFY(!copiarBaseDatos(*db, destino).isEmpty());
+        QVERIFY(!QFile::exists(destino));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCopiaAutomatica)
+#include "test_copia_automatica.moc"
