@@ -20,4 +20,4 @@ if [[ $(id -u) -ne 0 ]]; then
 fi
 export DEBIAN_FRONTEND=noninteractive
 apt-get update -qq
-apt-get install -y -qq --no-install-recommends "${faltan[@]}"
+apt-get install -y -qq "${faltan[@]}"

@@ -145,19 +145,11 @@ std::optional<FichaForm> EditorArbolForm::fichaSeleccionada() {
                             QStringLiteral("Seleccione el objeto que desea modificar."));
         return std::nullopt;
     }
-    std::optional<Registro> actual;
-    CommandTrace traza(e_.dialogs(), descripcionTraza(QStringLiteral("modificar el objeto seleccionado")));
-    if (!traza.ejecutar([&] { actual = RegistroStore(e_.db()).cargar(*t_, n->registro.clave()); }))
-        return std::nullopt;
-    if (!actual) {
-        e_.dialogs().avisar(
-            kTituloAtencionEditor,
-            QStringLiteral("El objeto seleccionado ya no existe: otro puesto lo ha eliminado."));
-        refrescar();
-        return std::nullopt;
-    }
-    FichaForm ficha(e_, *actual);
-    if (!ficha.bloquear()) return std::nullopt;
+    bool borrado = false;
+    auto ficha =
+        fichaParaModificar(e_, *t_, n->registro.clave(),
+                           descripcionTraza(QStringLiteral("modificar el objeto seleccionado")), borrado);
+    if (borrado) refrescar();
     return ficha;
 }
 

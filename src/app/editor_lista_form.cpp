@@ -61,19 +61,28 @@ std::optional<FichaForm> EditorListaForm::fichaSeleccionada() {
                             QStringLiteral("Seleccione el objeto que desea modificar."));
         return std::nullopt;
     }
+    bool borrado = false;
+    auto ficha =
+        fichaParaModificar(e_, *t_, registros_.at(seleccionado).clave(),
+                           descripcionTraza(QStringLiteral("modificar el objeto seleccionado")), borrado);
+    if (borrado) refrescar();
+    return ficha;
+}
+
+std::optional<FichaForm> fichaParaModificar(Entorno& e, const DescriptorTabla& t, const QVariant& clave,
+                                            const QString& descripcionTraza, bool& borrado) {
+    borrado = false;
     std::optional<Registro> actual;
-    CommandTrace traza(e_.dialogs(), descripcionTraza(QStringLiteral("modificar el objeto seleccionado")));
-    if (!traza.ejecutar(
-            [&] { actual = RegistroStore(e_.db()).cargar(*t_, registros_.at(seleccionado).clave()); }))
-        return std::nullopt;
+    CommandTrace traza(e.dialogs(), descripcionTraza);
+    if (!traza.ejecutar([&] { actual = RegistroStore(e.db()).cargar(t, clave); })) return std::nullopt;
     if (!actual) {
-        e_.dialogs().avisar(
+        borrado = true;
+        e.dialogs().avisar(
             kTituloAtencionEditor,
             QStringLiteral("El objeto seleccionado ya no existe: otro puesto lo ha eliminado."));
-        refrescar();
         return std::nullopt;
     }
-    FichaForm ficha(e_, *actual);
+    FichaForm ficha(e, *actual);
     if (!ficha.bloquear()) return std::nullopt;
     return ficha;
 }

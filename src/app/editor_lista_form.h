@@ -7,6 +7,12 @@
 #include <optional>
 
 inline const QString kTituloAtencionEditor = QStringLiteral("¡Atención!");
+
+// Reads again the record with that key and opens its form for modifying, with its lock
+// taken. Nothing when the record cannot be read, is gone (borrado is then true: another
+// workstation deleted it, and the user was told) or its lock is refused.
+std::optional<FichaForm> fichaParaModificar(Entorno& e, const DescriptorTabla& t, const QVariant& clave,
+                                            const QString& descripcionTraza, bool& borrado);
 inline const QString kPreguntaEliminar = QStringLiteral("¿Desea realmente eliminar el objeto seleccionado?");
 
 // The text that names a record in lists, trees and locks: its columnaTexto, or its key.
