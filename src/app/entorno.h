@@ -2,6 +2,7 @@
 // The session environment: one per running program. It holds the open connection, the
 // logged-in user and type, the workstation, the settings, and the values read from
 // PRAMELVIX.INI. Every screen is handed it.
+#include "app/buscadores.h"
 #include "app/instalacion.h"
 #include "core/clock.h"
 #include "core/dialogs.h"
@@ -52,6 +53,9 @@ public:
     ConfiguracionBD configuracionBD;
     ImpresoraTickets impresoraTickets;
     ModemGsm modemGsm;
+
+    // The search screens other screens open to pick a client, an article, a plan.
+    Buscadores buscadores;
 
     QString usuario;       // login name
     QString nombreUsuario; // name shown

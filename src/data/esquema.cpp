@@ -11,6 +11,7 @@ QList<DescriptorTabla> construirCatalogo() {
     todas += tablasParametros();
     todas += tablasBloqueos();
     todas += tablasPuesto();
+    todas += tablasClientes();
     return todas;
 }
 

@@ -9,3 +9,5 @@ QList<DescriptorTabla> tablasBloqueos();
 QList<DescriptorTabla> tablasPuesto();
 // Parameter tables kept through the generic list and tree editors.
 QList<DescriptorTabla> tablasParametros();
+// Clients, pets, breeds, staff, health plans, special conditions, changes of owner.
+QList<DescriptorTabla> tablasClientes();

@@ -63,6 +63,32 @@ private slots:
         QCOMPARE(versionEsquema(t.db()), versionEsquemaPrograma());
     }
 
+    void bdDeLaVersionAnteriorSeActualiza() {
+        // A database left at version 1 gets what version 2 introduced, tables and columns.
+        TestDb t;
+        QVERIFY(versionEsquemaPrograma() >= 2);
+        for (const auto& tabla : catalogo())
+            if (tabla.desde >= 2) t.db().ejecutarDirecto(QStringLiteral("DROP TABLE ") + tabla.tabla);
+        for (const auto& tabla : catalogo())
+            for (const auto& c : tabla.columnaS)
+                if (tabla.desde < 2 && c.desde >= 2)
+                    t.db().ejecutarDirecto(QStringLiteral("ALTER TABLE ") + tabla.tabla +
+                                           QStringLiteral(" DROP COLUMN ") + c.nombre);
+        t.db().ejecutar(QStringLiteral("DELETE FROM VersionEsquema WHERE Version >= ?"), {2});
+        QCOMPARE(versionEsquema(t.db()), 1);
+        migrarEsquema(t.db());
+        QCOMPARE(versionEsquema(t.db()), versionEsquemaPrograma());
+        for (const auto& tabla : catalogo()) {
+            QVERIFY2(t.db().existeTabla(tabla.tabla), qPrintable(tabla.tabla));
+            // Every column is there: a query naming them all runs.
+            QStringList nombres;
+            for (const auto& c : tabla.columnaS)
+                nombres << c.nombre;
+            t.db().ejecutar(QStringLiteral("SELECT ") + nombres.join(QStringLiteral(", ")) +
+                            QStringLiteral(" FROM ") + tabla.tabla);
+        }
+    }
+
     void tablaAusenteSeCreaAlMigrar() {
         TestDb t;
         t.db().ejecutarDirecto(QStringLiteral("DROP TABLE LogErrores"));
