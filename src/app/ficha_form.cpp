@@ -257,6 +257,13 @@ bool FichaForm::guardar() {
         if (!v) return rechazar(kTituloErronea, error, c.columna->nombre);
         r.setValor(c.columna->nombre, *v);
     }
+    if (t_->validacion) {
+        if (const auto fallo = t_->validacion(r)) {
+            e_->dialogs().mostrar(Icono::Critico, QStringLiteral("¡Atención!"), fallo->texto);
+            foco_ = fallo->columna;
+            return false;
+        }
+    }
 
     bool guardado = false;
     CommandTrace traza(e_->dialogs(),

@@ -4,6 +4,7 @@
 #include "app/claves.h"
 #include "app/instalacion.h"
 #include "app/usuario_store.h"
+#include "clients/generador.h"
 #include "data/ajustes.h"
 #include "data/esquema.h"
 #include "data/registro.h"
@@ -166,6 +167,68 @@ void cargarDemo(Database& db, const QString& puesto) {
     anyadir(db, QStringLiteral("MotivosBaja"), desc,
             textos({QStringLiteral("Fallecimiento"), QStringLiteral("Cambio de clínica"),
                     QStringLiteral("Traslado")}));
+    anyadir(db, QStringLiteral("Personal"), {QStringLiteral("Descripcion"), QStringLiteral("NumColegiado")},
+            {{QStringLiteral("Dra. Lucía Ferrer Soler"), QStringLiteral("28/1234")},
+             {QStringLiteral("Dr. Andrés Molina Ruiz"), QStringLiteral("28/2718")},
+             {QStringLiteral("Marta Gil (auxiliar)"), QString()}});
+    // Breeds of the first two species (1 Perro, 2 Gato).
+    anyadir(db, QStringLiteral("Razas"), {QStringLiteral("IdEspecie"), QStringLiteral("Descripcion")},
+            {{1, QStringLiteral("Mestizo")},
+             {1, QStringLiteral("Labrador Retriever")},
+             {1, QStringLiteral("Pastor Alemán")},
+             {1, QStringLiteral("Yorkshire Terrier")},
+             {1, QStringLiteral("Galgo Español")},
+             {2, QStringLiteral("Común Europeo")},
+             {2, QStringLiteral("Persa")},
+             {2, QStringLiteral("Siamés")}});
+    anyadir(db, QStringLiteral("TiposArticulo"), {QStringLiteral("IdTipoArticulo"), QStringLiteral("Descripcion")},
+            {{QStringLiteral("PRODUCTO"), QStringLiteral("Producto")},
+             {QStringLiteral("SERVICIO"), QStringLiteral("Servicio")},
+             {QStringLiteral("MEDICAMENTO"), QStringLiteral("Medicamento")}});
+    // Families (under the sections 1 Consultas, 2 Vacunas, 3 Farmacia, 4 Alimentación) and subfamilies.
+    anyadir(db, QStringLiteral("Familias"), {QStringLiteral("IdSeccion"), QStringLiteral("Descripcion")},
+            {{1, QStringLiteral("Consultas generales")},
+             {2, QStringLiteral("Vacunas caninas")},
+             {2, QStringLiteral("Vacunas felinas")},
+             {3, QStringLiteral("Antiparasitarios")},
+             {4, QStringLiteral("Pienso")}});
+    anyadir(db, QStringLiteral("Subfamilias"), {QStringLiteral("IdFamilia"), QStringLiteral("Descripcion")},
+            {{1, QStringLiteral("Consulta")},
+             {2, QStringLiteral("Polivalentes")},
+             {2, QStringLiteral("Rabia")},
+             {3, QStringLiteral("Trivalente felina")},
+             {4, QStringLiteral("Pipetas")},
+             {5, QStringLiteral("Seco")}});
+    const QStringList articulo{QStringLiteral("Articulo"),   QStringLiteral("ArtTipoArticulo"),
+                               QStringLiteral("Seccion"),    QStringLiteral("Familia"),
+                               QStringLiteral("SubFamilia"), QStringLiteral("ArtIVA"),
+                               QStringLiteral("PVP1"),       QStringLiteral("PVP2"),
+                               QStringLiteral("PVP3"),       QStringLiteral("ArtUltPrecio"),
+                               QStringLiteral("ArtFactorConversion"), QStringLiteral("Stock"),
+                               QStringLiteral("ArtDias")};
+    const QVariant sinValor;
+    anyadir(db, QStringLiteral("Articulos"), articulo,
+            {{QStringLiteral("Consulta general"), QStringLiteral("SERVICIO"), 1, 1, 1, 1, 35.0, 32.0, 30.0, sinValor,
+              1.0, sinValor, sinValor},
+             {QStringLiteral("Vacuna polivalente canina"), QStringLiteral("SERVICIO"), 2, 2, 2, 1, 42.0, 40.0, 38.0,
+              sinValor, 1.0, sinValor, 365},
+             {QStringLiteral("Vacuna antirrábica"), QStringLiteral("SERVICIO"), 2, 2, 3, 1, 30.0, 28.0, 27.0, sinValor,
+              1.0, sinValor, 365},
+             {QStringLiteral("Vacuna trivalente felina"), QStringLiteral("SERVICIO"), 2, 3, 4, 1, 38.0, 36.0, 34.0,
+              sinValor, 1.0, sinValor, 365},
+             {QStringLiteral("Pipeta antiparasitaria perro 10-20 kg"), QStringLiteral("PRODUCTO"), 3, 4, 5, 1, 18.5,
+              17.5, 16.9, 9.2, 1.0, 40.0, 30},
+             {QStringLiteral("Pienso adulto 3 kg"), QStringLiteral("PRODUCTO"), 4, 5, 6, 2, 24.9, 23.9, 22.9, 14.1,
+              1.0, 25.0, sinValor}});
+    anyadir(db, QStringLiteral("PlanesSalud"), {QStringLiteral("Nombre"), QStringLiteral("FechaAlta")},
+            {{QStringLiteral("Plan Cachorro"), QDate(2026, 1, 1)}, {QStringLiteral("Plan Senior"), QDate(2026, 1, 1)}});
+    anyadir(db, QStringLiteral("CondicionesEspeciales"),
+            {QStringLiteral("IdPlanSalud"), QStringLiteral("IdSeccion"), QStringLiteral("Tarifa"),
+             QStringLiteral("Descuento"), QStringLiteral("IdArticulo"), QStringLiteral("Precio")},
+            {{1, 2, QStringLiteral("TARIFA 2"), 10.0, sinValor, sinValor},
+             {2, sinValor, sinValor, sinValor, 1, 28.0}});
+    // Clients and pets with realistic names, always the same ones.
+    generarClientes(db, 60, 2026);
     // The workstation that made the installation proposes the usual series, tariff and species.
     anyadir(db, QStringLiteral("ConfPuesto"),
             {QStringLiteral("Puesto"), QStringLiteral("SerieVenta"), QStringLiteral("SerieAbono"),

@@ -4,6 +4,10 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <functional>
+#include <optional>
+
+class Registro;
 
 enum class TipoColumna {
     Entero,       // 64-bit whole number
@@ -40,6 +44,14 @@ struct DescriptorIndice {
     int desde = 1;
 };
 
+// A rule of one table that the generic record form checks on saving, after the mandatory
+// columns and the values: the message (a critical box titled "¡Atención!") and the column
+// that takes the focus.
+struct FalloValidacion {
+    QString texto;
+    QString columna;
+};
+
 struct DescriptorTabla {
     QString tabla;     // table name
     QString descTabla; // singular description for messages and titles
@@ -50,6 +62,7 @@ struct DescriptorTabla {
     QList<DescriptorIndice> indices;
     int desde = 1;          // schema version that introduced the table
     bool parametro = false; // maintained through the generic editors
+    std::function<std::optional<FalloValidacion>(const Registro&)> validacion;
 
     const DescriptorColumna* columna(const QString& nombre) const;
     bool tieneColumna(const QString& nombre) const { return columna(nombre) != nullptr; }

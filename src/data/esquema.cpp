@@ -12,6 +12,7 @@ QList<DescriptorTabla> construirCatalogo() {
     todas += tablasBloqueos();
     todas += tablasPuesto();
     todas += tablasClientes();
+    todas += tablasArticulos();
     return todas;
 }
 

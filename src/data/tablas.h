@@ -11,3 +11,5 @@ QList<DescriptorTabla> tablasPuesto();
 QList<DescriptorTabla> tablasParametros();
 // Clients, pets, breeds, staff, health plans, special conditions, changes of owner.
 QList<DescriptorTabla> tablasClientes();
+// Articles, families, subfamilies, article types, suppliers, delivery notes and their lines.
+QList<DescriptorTabla> tablasArticulos();

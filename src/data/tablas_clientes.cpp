@@ -54,6 +54,8 @@ DescriptorTabla clientes() {
         {c(QStringLiteral("IdCliente"), T::Autonumerico, QStringLiteral("Nº Cliente"), 0, false),
          c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 100, false),
          c(QStringLiteral("DNI"), T::Texto, QStringLiteral("D.N.I."), 20),
+         // The name in upper case without accents, filled on every write (normalizarBusqueda).
+         c(QStringLiteral("NombreBusqueda"), T::Texto, QStringLiteral("Nombre para búsquedas"), 100),
          c(QStringLiteral("Direccion"), T::Texto, QStringLiteral("Dirección"), 100),
          c(QStringLiteral("Poblacion"), T::Texto, QStringLiteral("Población"), 60),
          c(QStringLiteral("CodigoPostal"), T::Texto, QStringLiteral("C. Postal"), 10),
@@ -104,7 +106,9 @@ DescriptorTabla clientes() {
         QStringLiteral("Nombre"));
     t.indices = {indice(t.tabla, {QStringLiteral("Nombre")}), indice(t.tabla, {QStringLiteral("DNI")}),
                  indice(t.tabla, {QStringLiteral("Telefono1")}), indice(t.tabla, {QStringLiteral("Movil")}),
-                 indice(t.tabla, {QStringLiteral("CodigoPostal")})};
+                 indice(t.tabla, {QStringLiteral("CodigoPostal")}),
+                 indice(t.tabla, {QStringLiteral("NombreBusqueda")}),
+                 indice(t.tabla, {QStringLiteral("Telefono2")}), indice(t.tabla, {QStringLiteral("Telefono3")})};
     return t;
 }
 
@@ -120,6 +124,8 @@ DescriptorTabla mascotas() {
         {c(QStringLiteral("IdMascota"), T::Autonumerico, QStringLiteral("Nº Mascota"), 0, false),
          c(QStringLiteral("IdCliente"), T::Entero, QStringLiteral("Propietario"), 0, false),
          c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 60, false),
+         // The name in upper case without accents, filled on every write (normalizarBusqueda).
+         c(QStringLiteral("NombreBusqueda"), T::Texto, QStringLiteral("Nombre para búsquedas"), 60),
          c(QStringLiteral("IdEspecie"), T::Entero, QStringLiteral("Especie")),
          c(QStringLiteral("IdRaza"), T::Entero, QStringLiteral("Raza")),
          sexo,
@@ -147,7 +153,8 @@ DescriptorTabla mascotas() {
          c(QStringLiteral("Avisos"), T::Memo, QStringLiteral("Avisos"))},
         QStringLiteral("Nombre"));
     t.indices = {indice(t.tabla, {QStringLiteral("IdCliente")}), indice(t.tabla, {QStringLiteral("Nombre")}),
-                 indice(t.tabla, {QStringLiteral("Chip")})};
+                 indice(t.tabla, {QStringLiteral("Chip")}),
+                 indice(t.tabla, {QStringLiteral("NombreBusqueda")})};
     return t;
 }
 

@@ -138,8 +138,11 @@ QList<DescriptorTabla> construir() {
                {id(QStringLiteral("IdMotivo")), descripcion(60, QStringLiteral("Motivo")), activo()});
     l << simple(QStringLiteral("MotivosBaja"), QStringLiteral("Motivo de Baja"),
                 QStringLiteral("IdMotivoBaja"), 60, QStringLiteral("Motivo"));
-    l << simple(QStringLiteral("Secciones"), QStringLiteral("Sección"), QStringLiteral("IdSeccion"), 40,
-                QStringLiteral("Sección"));
+    DescriptorColumna serieSeccion =
+        col(QStringLiteral("Serie"), T::Texto, QStringLiteral("Serie de facturación"), 10);
+    serieSeccion.desde = 2;
+    l << tabla(QStringLiteral("Secciones"), QStringLiteral("Sección"),
+               {id(QStringLiteral("IdSeccion")), descripcion(40, QStringLiteral("Sección")), serieSeccion});
     l << simple(QStringLiteral("SeccionesVentasServicios"), QStringLiteral("Sección de Ventas y Servicios"),
                 QStringLiteral("IdSeccionVentasServicios"), 40, QStringLiteral("Sección"));
     l << simple(QStringLiteral("SeccionesMedicamentosConsumibles"),

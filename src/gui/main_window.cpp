@@ -149,6 +149,13 @@ void MainWindow::crearTemporizadores() {
         for (const auto& w : std::as_const(pendientes_))
             if (w) {
                 w->show();
+                // A screen larger than the frame is fitted inside it, never left partly outside.
+                const QSize disponible = mdi_->viewport()->size();
+                QRect r = w->geometry();
+                r.setSize(r.size().boundedTo(disponible));
+                r.moveLeft(qBound(0, r.x(), qMax(0, disponible.width() - r.width())));
+                r.moveTop(qBound(0, r.y(), qMax(0, disponible.height() - r.height())));
+                w->setGeometry(r);
                 w->update();
             }
         pendientes_.clear();

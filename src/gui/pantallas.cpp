@@ -2,14 +2,22 @@
 
 #include "app/conf_puesto_store.h"
 #include "app/parametros_menu.h"
-#include "data/esquema.h"
 #include "gui/bloqueos_window.h"
 #include "gui/conf_bd_window.h"
 #include "gui/conf_puesto_window.h"
-#include "gui/editor_arbol_window.h"
 #include "gui/editor_lista_window.h"
 #include "gui/main_window.h"
 #include "gui/usuarios_window.h"
+#include "clients/ui/cambio_propietario_window.h"
+#include "clients/ui/cliente_busqueda_window.h"
+#include "clients/ui/cliente_window.h"
+#include "clients/ui/listado_mascotas_window.h"
+#include "clients/ui/mascota_window.h"
+#include "clients/ui/registro_cambios_window.h"
+#include "clinical/ui/plan_salud_busqueda_window.h"
+#include "clinical/ui/plan_salud_window.h"
+#include "stock/ui/articulo_busqueda_window.h"
+#include "stock/ui/articulo_window.h"
 
 void aplicarConfiguracionPuesto(MainWindow& w) {
     Entorno& e = w.entorno();
@@ -27,18 +35,10 @@ void registrarPantallas(MainWindow& w) {
     Entorno& e = w.entorno();
     for (const auto& p : entradasMenuParametros()) {
         const QString tabla = p.tabla;
-        w.alActivar(p.accion, [&w, &e, tabla] {
-            const DescriptorTabla* d = descriptorTabla(tabla);
-            if (!d) return;
-            if (d->esArbol()) {
-                EditorArbolWindow editor(e, *d, &w);
-                editor.exec();
-            } else {
-                EditorListaWindow editor(e, *d, &w);
-                editor.exec();
-            }
-        });
+        w.alActivar(p.accion, [&w, &e, tabla] { abrirEditorTabla(e, tabla, &w); });
     }
+    // Staff members are kept as a list of their own (name, registration number, active).
+    w.alActivar(QStringLiteral("mnuMttoPersonal"), [&w, &e] { abrirEditorTabla(e, QStringLiteral("Personal"), &w); });
     w.alActivar(QStringLiteral("mnuConfBD"), [&w, &e] {
         ConfBdWindow ventana(e, &w);
         ventana.exec();
@@ -50,4 +50,58 @@ void registrarPantallas(MainWindow& w) {
     });
     w.alActivar(QStringLiteral("mnuAdministrar"), [&w, &e] { w.abrirVentana(new UsuariosWindow(e)); });
     w.alActivar(QStringLiteral("mnuBloqueos"), [&w, &e] { w.abrirVentana(new BloqueosWindow(e)); });
+
+    // The search screens other screens open to pick a record.
+    e.buscadores.cliente = [&e](const PeticionCliente& p) { return ClienteBusquedaWindow::elegir(e, p); };
+    e.buscadores.planSalud = [&e, &w](const QString& t) { return PlanSaludBusquedaWindow::elegir(e, t, &w); };
+    e.buscadores.articulo = ArticuloBusquedaWindow::buscador(e, &w);
+
+    // Clients and pets.
+    auto abrirMascotas = [&w, &e](qint64 idCliente) {
+        auto* ventana = new MascotaWindow(e);
+        if (!ventana->abrir(idCliente)) {
+            delete ventana;
+            return;
+        }
+        w.abrirVentana(ventana, false);
+    };
+    w.alActivar(QStringLiteral("mnuMttoCliente"), [&w, &e, abrirMascotas] {
+        auto* ventana = new ClienteWindow(e);
+        ventana->form().abrirMascotas = abrirMascotas;
+        w.abrirVentana(ventana, false);
+    });
+    w.alActivar(QStringLiteral("mnuMttoMascota"), [&w, &e] {
+        auto* ventana = new MascotaWindow(e);
+        if (!ventana->abrirDesdeMenu()) {
+            delete ventana;
+            return;
+        }
+        w.abrirVentana(ventana, false);
+    });
+    w.alActivar(QStringLiteral("mnuCambioPropietario"), [&w, &e] { w.abrirVentana(new CambioPropietarioWindow(e)); });
+    // The pet list and the register open the pet picked in them.
+    auto abrirMascota = [&w, &e](qint64 idCliente, qint64 idMascota) {
+        auto* ventana = new MascotaWindow(e);
+        if (!ventana->abrir(idCliente, idMascota)) {
+            delete ventana;
+            return;
+        }
+        w.abrirVentana(ventana, false);
+    };
+    w.alActivar(QStringLiteral("mnuRegistroCambioPropietario"), [&w, &e, abrirMascota] {
+        auto* ventana = new RegistroCambiosWindow(e);
+        QObject::connect(ventana, &RegistroCambiosWindow::mascotaElegida, &w, abrirMascota);
+        w.abrirVentana(ventana);
+    });
+    w.alActivar(QStringLiteral("mnuDocMasListados"), [&w, &e, abrirMascota] {
+        auto* ventana = new ListadoMascotasWindow(e);
+        QObject::connect(ventana, &ListadoMascotasWindow::mascotaElegida, &w, abrirMascota);
+        w.abrirVentana(ventana);
+    });
+    w.alActivar(QStringLiteral("mnuMttoPlanSalud"), [&w, &e] { w.abrirVentana(new PlanSaludWindow(e), false); });
+
+    // Articles, suppliers and invoicing series.
+    w.alActivar(QStringLiteral("mnuMttoArticulo"), [&w, &e] { w.abrirVentana(new ArticuloWindow(e), false); });
+    w.alActivar(QStringLiteral("mnuMttoProveedor"), [&w, &e] { abrirEditorTabla(e, QStringLiteral("Proveedores"), &w); });
+    w.alActivar(QStringLiteral("mnuSeriesFacturacion"), [&w, &e] { abrirEditorTabla(e, QStringLiteral("Series"), &w); });
 }

@@ -2,8 +2,10 @@
 //   pramelvix-admin init DIR --admin USUARIO:CLAVE [--demo] [--postgresql CONEXION] [--servidor PUESTO]
 //   pramelvix-admin [--dir DIR] setting get CLAVE
 //   pramelvix-admin [--dir DIR] setting set CLAVE VALOR
+//   pramelvix-admin [--dir DIR] generate --clientes N [--semilla S]
 #include "app/instalacion.h"
 #include "app/instalador.h"
+#include "clients/generador.h"
 #include "core/ini.h"
 #include "data/ajustes.h"
 
@@ -26,7 +28,8 @@ int uso(const QString& motivo) {
                  "  pramelvix-admin init CARPETA --admin USUARIO:CLAVE [--demo] [--postgresql CONEXION] "
                  "[--servidor PUESTO]\n"
                  "  pramelvix-admin [--dir CARPETA] setting get CLAVE\n"
-                 "  pramelvix-admin [--dir CARPETA] setting set CLAVE VALOR"));
+                 "  pramelvix-admin [--dir CARPETA] setting set CLAVE VALOR\n"
+                 "  pramelvix-admin [--dir CARPETA] generate --clientes N [--semilla S]"));
     return 2;
 }
 
@@ -104,6 +107,45 @@ int setting(const QString& carpeta, QStringList args) {
     }
     return 0;
 }
+// Fills the installation's database with synthetic clients and pets.
+int generate(const QString& carpeta, QStringList args) {
+    qint64 clientes = -1;
+    quint32 semilla = 1;
+    while (!args.isEmpty()) {
+        const QString a = args.takeFirst();
+        if (a != QLatin1String("--clientes") && a != QLatin1String("--semilla"))
+            return uso(QStringLiteral("opción desconocida '%1'.").arg(a));
+        if (args.isEmpty()) return uso(QStringLiteral("falta el valor de %1.").arg(a));
+        bool ok = false;
+        const qint64 v = args.takeFirst().toLongLong(&ok);
+        if (!ok || v < 0 || v > 10000000)
+            return uso(QStringLiteral("%1 espera un número entre 0 y 10000000.").arg(a));
+        if (a == QLatin1String("--clientes"))
+            clientes = v;
+        else
+            semilla = static_cast<quint32>(v);
+    }
+    if (clientes < 0) return uso(QStringLiteral("falta --clientes N."));
+    const auto ini = IniFile::abrir(QDir(carpeta).filePath(kFicheroConfiguracion.toString()));
+    if (!ini) {
+        escribir(stderr,
+                 QStringLiteral("No se ha encontrado el fichero de configuración 'PRAMELVIX.INI' en '%1'.")
+                     .arg(carpeta));
+        return 1;
+    }
+    const ConfiguracionBD config = ConfiguracionBD::desdeIni(*ini);
+    try {
+        auto db = config.motor == Motor::SQLite ? Database::abrirSQLite(config.ficheroSQLite())
+                                                : Database::abrirPostgreSQL(config.conexion);
+        const ResultadoGenerador r = generarClientes(*db, static_cast<int>(clientes), semilla);
+        escribir(stdout,
+                 QStringLiteral("Generados %1 clientes y %2 mascotas.").arg(r.clientes).arg(r.mascotas));
+    } catch (const ErrorBD& e) {
+        escribir(stderr, e.mensaje());
+        return 1;
+    }
+    return 0;
+}
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -118,6 +160,7 @@ int main(int argc, char* argv[]) {
     const QString orden = args.takeFirst();
     if (orden == QLatin1String("init")) return init(args);
     if (orden == QLatin1String("setting")) return setting(carpeta, args);
+    if (orden == QLatin1String("generate")) return generate(carpeta, args);
     if (orden == QLatin1String("help") || orden == QLatin1String("--help")) {
         uso(QString());
         return 0;

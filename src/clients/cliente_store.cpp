@@ -1,0 +1,65 @@
+#include "clients/cliente_store.h"
+
+#include "clients/cliente_busqueda_store.h"
+
+#include "data/esquema.h"
+
+namespace {
+const DescriptorTabla& requerida(const QString& nombre) {
+    const DescriptorTabla* t = descriptorTabla(nombre);
+    if (!t) throw ErrorPrograma(QStringLiteral("Falta la tabla ") + nombre + QLatin1Char('.'));
+    return *t;
+}
+} // namespace
+
+const DescriptorTabla& ClienteStore::tabla() {
+    return requerida(QStringLiteral("Clientes"));
+}
+
+std::optional<Registro> ClienteStore::cargar(qint64 idCliente) {
+    return RegistroStore(db_).cargar(tabla(), static_cast<qlonglong>(idCliente));
+}
+
+namespace {
+// The search finds clients by this normalised copy of the name (no case, no accents).
+Registro conNombreBusqueda(const Registro& r) {
+    Registro copia = r.getCopia();
+    copia.setValor(QStringLiteral("NombreBusqueda"), normalizarBusqueda(r.texto(QStringLiteral("Nombre"))));
+    return copia;
+}
+} // namespace
+
+qint64 ClienteStore::crear(Registro& r) {
+    r = conNombreBusqueda(r);
+    const qint64 id = RegistroStore(db_).crear(r).toLongLong();
+    r.setValor(QStringLiteral("IdCliente"), static_cast<qlonglong>(id));
+    return id;
+}
+
+void ClienteStore::actualizar(const Registro& r) {
+    RegistroStore(db_).actualizar(conNombreBusqueda(r));
+}
+
+bool ClienteStore::eliminar(qint64 idCliente) {
+    const DescriptorTabla& condiciones = requerida(QStringLiteral("CondicionesEspeciales"));
+    RegistroStore store(db_);
+    store.ejecutar(QStringLiteral("DELETE FROM ") + condiciones.tabla +
+                       QStringLiteral(" WHERE IdCliente = ?"),
+                   {static_cast<qlonglong>(idCliente)});
+    Registro r(tabla());
+    r.setValor(QStringLiteral("IdCliente"), static_cast<qlonglong>(idCliente));
+    return store.eliminar(r);
+}
+
+qint64 ClienteStore::contarMascotas(qint64 idCliente) {
+    return RegistroStore(db_).contar(requerida(QStringLiteral("Mascotas")),
+                                     {QStringLiteral("IdCliente = ?"), {static_cast<qlonglong>(idCliente)}});
+}
+
+std::optional<qint64> ClienteStore::tipoIvaCero() {
+    const DescriptorTabla& iva = requerida(QStringLiteral("TiposIVA"));
+    const auto tipos = RegistroStore(db_).buscar(iva, {QStringLiteral("Porcentaje = ?"), {0.0}},
+                                                 {QStringLiteral("IdTipoIVA")});
+    if (tipos.isEmpty()) return std::nullopt;
+    return tipos.first().clave().toLongLong();
+}

@@ -1,0 +1,98 @@
+#pragma once
+// The pet maintenance screen's logic ("Mantenimiento de Mascotas"): the pets of one client,
+// the fields of the selected pet, and the commands new, save, delete and the health-plan
+// pick. Every field is held as the text the user sees and types: look-ups hold the key of
+// the chosen entry ("" for none), "Sexo" its shown text, dates "dd/mm/yyyy", the weight
+// "#,##0.00" typed back with a decimal comma, "Baja" "Sí"/"No".
+#include "app/bloqueo_edicion.h"
+#include "app/entorno.h"
+#include "clients/mascota_store.h"
+
+#include <QHash>
+#include <optional>
+
+inline const QString kTituloMascotas = QStringLiteral("Mantenimiento de Mascotas");
+
+class MascotaForm {
+public:
+    explicit MascotaForm(Entorno& entorno);
+
+    // Asks the client search for a client (and maybe one of its pets) and opens it; false
+    // when nothing was chosen.
+    bool abrirDesdeMenu();
+    // Opens the pets of a client and selects idMascota (a new pet when not given or not the
+    // client's). A client that cannot be read is reported and the screen stays empty.
+    bool abrir(qint64 idCliente, std::optional<qint64> idMascota = std::nullopt);
+
+    bool hayCliente() const { return propietario_.IdCliente != 0; }
+    const DatosPropietario& propietario() const { return propietario_; }
+    // "Sin informar", "Sí consiente", "No consiente".
+    QString textoLOPD() const;
+
+    const QList<FilaMascota>& lista() const { return lista_; }
+    // Row of the list being edited; -1 for a new pet.
+    int filaActual() const { return fila_; }
+    bool esNueva() const { return !id_.has_value(); }
+    std::optional<qint64> idMascota() const { return id_; }
+    // "Mascota nº: 12 del Cliente nº 3", or "(Nueva Mascota)".
+    QString leyenda() const;
+
+    // The pet's columns the screen shows (every column but the key and the owner).
+    static QStringList columnas();
+    // Read-only columns: last visit and current hospitalisation.
+    static bool soloLectura(const QString& columna);
+    QString texto(const QString& columna) const { return textos_.value(columna); }
+    // Changes a field. The first change of an existing pet takes its record lock; when the
+    // lock is refused nothing changes and the answer is false. Choosing another species
+    // clears a breed of the old one.
+    bool setTexto(const QString& columna, const QString& texto);
+    bool modificado() const { return modificado_; }
+
+    // Entries of a look-up drop-down; the breeds are those of the chosen species.
+    QList<OpcionLookup> opciones(const QString& columna);
+    // Texts of the sex drop-down, "" first.
+    static QStringList sexos();
+    QStringList tiposMascota();
+
+    // Moves to another pet of the list. With unsaved changes asks "¿Desea guardar las
+    // modificaciones realizadas a '" + name + "'?": Yes saves first (staying when the save
+    // is refused), No discards. False when the pet shown did not change.
+    bool seleccionar(int fila);
+    // Clears the fields for a new pet (asking like seleccionar).
+    bool nueva();
+    // Checks in order (chip, owner, name, plan expiry, typed values) and stores the pet.
+    bool guardar();
+    // Asks and deletes the selected pet; true when deleted.
+    bool eliminar();
+    // Whether the screen may close (asks like seleccionar).
+    bool puedeCerrar();
+
+    // The chip check when the user leaves the field; false (message shown) when the field
+    // must take the focus again.
+    bool comprobarChip();
+    // Picks the health plan through the plan search; true when one was chosen.
+    bool elegirPlan();
+    // A plan is chosen and its expiry date lies before today.
+    bool planCaducado() const;
+
+    // The column whose field should take the focus after a refusal.
+    const QString& foco() const { return foco_; }
+
+private:
+    void leerLista();
+    void mostrar(const std::optional<Registro>& r);
+    bool preguntarGuardar();
+    bool rechazar(const QString& titulo, const QString& texto, const QString& columna);
+    bool chipValido() const;
+
+    Entorno& e_;
+    DatosPropietario propietario_;
+    QList<FilaMascota> lista_;
+    int fila_ = -1;
+    std::optional<qint64> id_;
+    std::optional<Registro> registro_;
+    QHash<QString, QString> textos_;
+    bool modificado_ = false;
+    QString foco_;
+    BloqueoEdicion bloqueo_;
+};

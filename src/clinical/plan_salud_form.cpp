@@ -1,0 +1,197 @@
+#include "clinical/plan_salud_form.h"
+
+#include "app/ficha_form.h"
+#include "app/login_form.h"
+#include "clinical/plan_salud_store.h"
+#include "core/command_trace.h"
+#include "core/formatos.h"
+
+namespace {
+const QString kEnPantalla = QStringLiteral(" en el 'Mantenimiento de Planes de Salud'");
+}
+
+PlanSaludForm::PlanSaludForm(Entorno& entorno)
+    : e_(entorno), registro_(PlanSaludStore::tabla()), condiciones_(entorno, DuenoCondiciones::PlanSalud),
+      bloqueo_(entorno) {
+    condiciones_.antesDeCambiar = [this] {
+        if (!bloquear()) return false;
+        modificado_ = true;
+        return true;
+    };
+    nuevo();
+}
+
+QStringList PlanSaludForm::campos() {
+    return {QStringLiteral("Nombre"), QStringLiteral("FechaAlta"), QStringLiteral("FechaBaja"),
+            QStringLiteral("Notas"), QStringLiteral("Aviso")};
+}
+
+void PlanSaludForm::mostrarRegistro() {
+    textos_.clear();
+    for (const QString& c : campos())
+        textos_.insert(c, FichaForm::textoValor(*registro_.descriptor().columna(c), registro_.valor(c)));
+    nombreGuardado_ = registro_.texto(QStringLiteral("Nombre")).trimmed();
+    modificado_ = false;
+    foco.clear();
+}
+
+void PlanSaludForm::nuevo() {
+    bloqueo_.liberar();
+    registro_ = Registro(PlanSaludStore::tabla());
+    registro_.setValor(QStringLiteral("FechaAlta"), e_.reloj().hoy());
+    id_.reset();
+    condiciones_.cargar(std::nullopt);
+    mostrarRegistro();
+}
+
+bool PlanSaludForm::cargar(qint64 idPlan) {
+    std::optional<Registro> leido;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("cargar un Plan de Salud") + kEnPantalla);
+    const bool ok = traza.ejecutar([&] {
+        traza.paso(QStringLiteral("Leer el Plan de Salud"));
+        leido = PlanSaludStore(e_.db()).cargar(idPlan);
+        if (!leido) return;
+        traza.paso(QStringLiteral("Leer las condiciones"));
+        condiciones_.cargar(idPlan);
+    });
+    if (!ok) return false;
+    if (!leido) {
+        e_.dialogs().error(QStringLiteral("Error al intentar acceder al PlanSalud numero ") +
+                               QString::number(idPlan) + QLatin1Char('.'),
+                           QStringLiteral("Ha sido imposible recuperar la información solicitada. Puede ") +
+                               QStringLiteral("que este PlanSalud haya sido eliminado."));
+        return false;
+    }
+    bloqueo_.liberar();
+    registro_ = *leido;
+    id_ = idPlan;
+    mostrarRegistro();
+    return true;
+}
+
+QString PlanSaludForm::titulo() const {
+    if (!id_) return kPantallaPlanes + QStringLiteral(" - (Nuevo Plan de Salud)");
+    return kPantallaPlanes + QStringLiteral(" - ") + QString::number(*id_) + QStringLiteral(" - ") +
+           nombreGuardado_;
+}
+
+bool PlanSaludForm::bloquear() {
+    if (!id_) return true;
+    return bloqueo_.tomar(registro_.descriptor(), QString::number(*id_), nombreGuardado_,
+                          AccionBloqueo::Modificacion);
+}
+
+bool PlanSaludForm::setTexto(const QString& campo, const QString& texto) {
+    if (!textos_.contains(campo)) return false;
+    if (textos_.value(campo) == texto) return true;
+    if (!bloquear()) return false;
+    textos_.insert(campo, texto);
+    modificado_ = true;
+    return true;
+}
+
+bool PlanSaludForm::fallo(const QString& titulo, const QString& texto, const QString& campo) {
+    foco = campo;
+    e_.dialogs().avisar(titulo, texto);
+    return false;
+}
+
+bool PlanSaludForm::guardar() {
+    foco.clear();
+    const QString tituloFecha = QStringLiteral("Error en fecha");
+    if (!texto(QStringLiteral("FechaAlta")).trimmed().isEmpty() &&
+        !leerFecha(texto(QStringLiteral("FechaAlta"))))
+        return fallo(tituloFecha, QStringLiteral("La fecha de Alta introducida no es válida."),
+                     QStringLiteral("FechaAlta"));
+    if (!texto(QStringLiteral("FechaBaja")).trimmed().isEmpty() &&
+        !leerFecha(texto(QStringLiteral("FechaBaja"))))
+        return fallo(tituloFecha, QStringLiteral("La fecha de Baja introducida no es válida."),
+                     QStringLiteral("FechaBaja"));
+    const QString nombre = texto(QStringLiteral("Nombre")).trimmed();
+    if (id_ && nombre != nombreGuardado_ &&
+        !e_.dialogs().preguntar(
+            Icono::Pregunta, QStringLiteral("Atención"),
+            QStringLiteral("Ha cambiado el nombre de este Plan de Salud. ¿Confirma que desea "
+                           "guardar esta modificación?")))
+        return false;
+    if (nombre.isEmpty())
+        return fallo(kTituloObligatorios, QStringLiteral("Debe informar el nombre del Plan de Salud"),
+                     QStringLiteral("Nombre"));
+    if (condiciones_.filas().isEmpty())
+        return fallo(kTituloObligatorios,
+                     QStringLiteral("Debe informar al menos una condición en el listado"), QString());
+    Registro r = registro_.getCopia();
+    for (const QString& c : campos()) {
+        QString error;
+        const auto v = FichaForm::leerValor(*r.descriptor().columna(c), texto(c), &error);
+        if (!v) return fallo(kTituloErronea, error, c);
+        r.setValor(c, *v);
+    }
+    r.setValor(QStringLiteral("Nombre"), nombre);
+
+    if (id_ && !bloquear()) return false;
+    const bool eraNuevo = !id_;
+    bool guardado = false;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Plan de Salud") + kEnPantalla);
+    traza.ejecutar([&] {
+        Transaction tr = e_.db().transaccion();
+        PlanSaludStore store(e_.db());
+        if (eraNuevo) {
+            traza.paso(QStringLiteral("Crear el Plan de Salud"));
+            store.crear(r);
+        } else {
+            traza.paso(QStringLiteral("Actualizar el Plan de Salud"));
+            store.actualizar(r);
+        }
+        traza.paso(QStringLiteral("Guardar las condiciones"));
+        condiciones_.guardar(r.valor(QStringLiteral("IdPlanSalud")).toLongLong());
+        tr.commit();
+        guardado = true;
+    });
+    if (!guardado) return false;
+    registro_ = r;
+    id_ = r.valor(QStringLiteral("IdPlanSalud")).toLongLong();
+    mostrarRegistro();
+    bloqueo_.liberar();
+    return true;
+}
+
+bool PlanSaludForm::eliminar() {
+    if (!id_) return false;
+    const qint64 id = *id_;
+    qint64 mascotas = 0;
+    bool eliminado = false;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("eliminar un Plan de Salud") + kEnPantalla);
+    auto contar = [&] {
+        traza.paso(QStringLiteral("Contar las Mascotas inscritas"));
+        mascotas = PlanSaludStore(e_.db()).contarMascotas(id);
+    };
+    if (!traza.ejecutar(contar)) return false;
+    const QString refusal =
+        QStringLiteral("No se puede eliminar este Plan de Salud porque tiene Mascotas inscritas.");
+    if (mascotas > 0) return fallo(kTituloAtencion, refusal, QString());
+    if (!bloqueo_.tomar(registro_.descriptor(), QString::number(id), nombreGuardado_, AccionBloqueo::Baja))
+        return false;
+    if (!e_.dialogs().preguntar(Icono::Pregunta, kTituloAtencion,
+                                QStringLiteral("¿Desea realmente eliminar este Plan de Salud?"))) {
+        if (!modificado_) bloqueo_.liberar();
+        return false;
+    }
+    traza.ejecutar([&] {
+        Transaction tr = e_.db().transaccion();
+        contar();
+        if (mascotas > 0) return;
+        traza.paso(QStringLiteral("Eliminar el Plan de Salud y sus condiciones"));
+        PlanSaludStore(e_.db()).eliminar(id);
+        tr.commit();
+        eliminado = true;
+    });
+    if (mascotas > 0) return fallo(kTituloAtencion, refusal, QString());
+    if (!eliminado) return false;
+    nuevo();
+    return true;
+}
+
+void PlanSaludForm::cerrar() {
+    bloqueo_.liberar();
+}

@@ -1,0 +1,49 @@
+#include "clinical/plan_salud_store.h"
+
+#include "data/esquema.h"
+
+namespace {
+const DescriptorTabla& requerida(const QString& nombre) {
+    const DescriptorTabla* t = descriptorTabla(nombre);
+    if (!t) throw ErrorPrograma(QStringLiteral("Falta la tabla ") + nombre + QLatin1Char('.'));
+    return *t;
+}
+} // namespace
+
+const DescriptorTabla& PlanSaludStore::tabla() {
+    return requerida(QStringLiteral("PlanesSalud"));
+}
+
+std::optional<Registro> PlanSaludStore::cargar(qint64 idPlan) {
+    return RegistroStore(db_).cargar(tabla(), static_cast<qlonglong>(idPlan));
+}
+
+QList<Registro> PlanSaludStore::todos() {
+    return RegistroStore(db_).buscar(tabla(), {}, {QStringLiteral("Nombre"), QStringLiteral("IdPlanSalud")});
+}
+
+qint64 PlanSaludStore::crear(Registro& r) {
+    const qint64 id = RegistroStore(db_).crear(r).toLongLong();
+    r.setValor(QStringLiteral("IdPlanSalud"), static_cast<qlonglong>(id));
+    return id;
+}
+
+void PlanSaludStore::actualizar(const Registro& r) {
+    RegistroStore(db_).actualizar(r);
+}
+
+bool PlanSaludStore::eliminar(qint64 idPlan) {
+    const DescriptorTabla& condiciones = requerida(QStringLiteral("CondicionesEspeciales"));
+    RegistroStore store(db_);
+    store.ejecutar(QStringLiteral("DELETE FROM ") + condiciones.tabla +
+                       QStringLiteral(" WHERE IdPlanSalud = ?"),
+                   {static_cast<qlonglong>(idPlan)});
+    Registro r(tabla());
+    r.setValor(QStringLiteral("IdPlanSalud"), static_cast<qlonglong>(idPlan));
+    return store.eliminar(r);
+}
+
+qint64 PlanSaludStore::contarMascotas(qint64 idPlan) {
+    return RegistroStore(db_).contar(requerida(QStringLiteral("Mascotas")),
+                                     {QStringLiteral("IdPlanSalud = ?"), {static_cast<qlonglong>(idPlan)}});
+}

@@ -1,0 +1,26 @@
+#pragma once
+// Reading and writing health plans (table PlanesSalud); the plan's conditions are kept by
+// CondicionesForm in CondicionesEspeciales (IdPlanSalud).
+#include "data/registro.h"
+
+#include <optional>
+
+class PlanSaludStore {
+public:
+    explicit PlanSaludStore(Database& db) : db_(db) {}
+
+    static const DescriptorTabla& tabla();
+
+    std::optional<Registro> cargar(qint64 idPlan);
+    // Every plan, by name.
+    QList<Registro> todos();
+    qint64 crear(Registro& r);
+    void actualizar(const Registro& r);
+    // Deletes the plan and its conditions; false when it was gone.
+    bool eliminar(qint64 idPlan);
+    // Pets enrolled in the plan.
+    qint64 contarMascotas(qint64 idPlan);
+
+private:
+    Database& db_;
+};

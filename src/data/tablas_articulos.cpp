@@ -1,0 +1,205 @@
+// Articles and services, their classification (families and subfamilies under the sections),
+// article types, suppliers, and the sale delivery notes with their lines. Introduced with
+// schema version 2. The article's columns are named by the field keys the document templates
+// use (ArtCodArticulo, Articulo, PVP1...).
+#include "data/registro.h"
+#include "data/tablas.h"
+#include "stock/proveedor_subcuenta.h"
+
+namespace {
+using T = TipoColumna;
+constexpr int V = 2;
+
+const QStringList kSiNoInterno = {QStringLiteral("S"), QStringLiteral("N")};
+const QStringList kSiNoExterno = {QStringLiteral("Sí"), QStringLiteral("No")};
+
+DescriptorColumna c(const QString& nombre, T tipo, const QString& etiqueta, int longitud = 0,
+                    bool opcional = true) {
+    DescriptorColumna d = col(nombre, tipo, etiqueta, longitud, opcional);
+    d.desde = V;
+    return d;
+}
+
+DescriptorTabla tabla(const QString& nombre, const QString& desc, const QList<DescriptorColumna>& columnas,
+                      const QString& texto, bool parametro) {
+    DescriptorTabla t;
+    t.tabla = nombre;
+    t.descTabla = desc;
+    t.columnaS = columnas;
+    t.clave = {columnas.first().nombre};
+    t.columnaTexto = texto;
+    t.desde = V;
+    t.parametro = parametro;
+    return t;
+}
+
+DescriptorIndice indice(const QString& tabla, const QStringList& columnas, bool unico = false) {
+    return {QStringLiteral("IX_") + tabla + QLatin1Char('_') + columnas.join(QLatin1Char('_')), columnas,
+            unico, V};
+}
+
+DescriptorColumna serie(const QString& nombre = QStringLiteral("Serie")) {
+    return c(nombre, T::Texto, QStringLiteral("Serie de facturación"), 10);
+}
+
+DescriptorTabla articulos() {
+    DescriptorColumna factor =
+        c(QStringLiteral("ArtFactorConversion"), T::Decimal, QStringLiteral("Factor de conversión"));
+    factor.porDefecto = QStringLiteral("1");
+    DescriptorColumna obligatoria =
+        c(QStringLiteral("ArtFacturacionObligatoria"), T::Logico, QStringLiteral("Facturación obligatoria"));
+    DescriptorTabla t = tabla(
+        QStringLiteral("Articulos"), QStringLiteral("Artículo"),
+        {c(QStringLiteral("ArtCodArticulo"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+         c(QStringLiteral("Articulo"), T::Texto, QStringLiteral("Descripción"), 100, false),
+         c(QStringLiteral("ArtDescCorta"), T::Texto, QStringLiteral("Descripción corta"), 40),
+         c(QStringLiteral("ArtDescAlternativa"), T::Texto, QStringLiteral("Descripción alternativa"), 100),
+         c(QStringLiteral("ArtCodBarras"), T::Texto, QStringLiteral("Código de barras"), 30),
+         c(QStringLiteral("ArtTipoArticulo"), T::Texto, QStringLiteral("Tipo de artículo"), 20),
+         c(QStringLiteral("Seccion"), T::Entero, QStringLiteral("Sección")),
+         c(QStringLiteral("Familia"), T::Entero, QStringLiteral("Familia")),
+         c(QStringLiteral("SubFamilia"), T::Entero, QStringLiteral("Subfamilia")),
+         c(QStringLiteral("ArtIVA"), T::Entero, QStringLiteral("Tipo de I.V.A.")),
+         c(QStringLiteral("ArtRE"), T::Entero, QStringLiteral("Recargo de equivalencia")),
+         c(QStringLiteral("PVP1"), T::Decimal, QStringLiteral("P.V.P. 1")),
+         c(QStringLiteral("PVP2"), T::Decimal, QStringLiteral("P.V.P. 2")),
+         c(QStringLiteral("PVP3"), T::Decimal, QStringLiteral("P.V.P. 3")),
+         c(QStringLiteral("ArtPVPKg"), T::Decimal, QStringLiteral("P.V.P. por kilo")),
+         c(QStringLiteral("ArtPeso"), T::Decimal, QStringLiteral("Peso")),
+         c(QStringLiteral("ArtPrecioCoste"), T::Decimal, QStringLiteral("Precio de coste")),
+         c(QStringLiteral("ArtUltPrecio"), T::Decimal, QStringLiteral("Último precio de compra")),
+         c(QStringLiteral("ArtCodUltProv"), T::Entero, QStringLiteral("Último proveedor")),
+         c(QStringLiteral("ArtCodProv"), T::Entero, QStringLiteral("Proveedor habitual")),
+         c(QStringLiteral("ArtRefProvHab"), T::Texto, QStringLiteral("Referencia del proveedor"), 30),
+         factor,
+         c(QStringLiteral("Stock"), T::Decimal, QStringLiteral("Stock")),
+         c(QStringLiteral("ArtStockMin"), T::Decimal, QStringLiteral("Stock mínimo")),
+         c(QStringLiteral("ArtLaboratorio"), T::Entero, QStringLiteral("Laboratorio")),
+         c(QStringLiteral("ArtDias"), T::Entero, QStringLiteral("Días de recordatorio")),
+         c(QStringLiteral("ArtFechaAlta"), T::Fecha, QStringLiteral("Fecha de alta")),
+         c(QStringLiteral("ArtFechaBaja"), T::Fecha, QStringLiteral("Fecha de baja")),
+         c(QStringLiteral("ArtFecUltUso"), T::Fecha, QStringLiteral("Fecha de último uso")),
+         serie(QStringLiteral("ArtSerie")),
+         obligatoria,
+         c(QStringLiteral("ArtNotas"), T::Memo, QStringLiteral("Notas")),
+         c(QStringLiteral("ArtAviso"), T::Memo, QStringLiteral("Aviso"))},
+        QStringLiteral("Articulo"), false);
+    t.indices = {indice(t.tabla, {QStringLiteral("Articulo")}),
+                 indice(t.tabla, {QStringLiteral("ArtCodBarras")}),
+                 indice(t.tabla, {QStringLiteral("SubFamilia")})};
+    return t;
+}
+
+DescriptorTabla familias() {
+    DescriptorTabla t =
+        tabla(QStringLiteral("Familias"), QStringLiteral("Familia"),
+              {c(QStringLiteral("IdFamilia"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+               c(QStringLiteral("IdSeccion"), T::Entero, QStringLiteral("Sección"), 0, false),
+               c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Familia"), 40, false), serie()},
+              QStringLiteral("Descripcion"), true);
+    t.indices = {indice(t.tabla, {QStringLiteral("IdSeccion")})};
+    return t;
+}
+
+DescriptorTabla subfamilias() {
+    DescriptorTabla t =
+        tabla(QStringLiteral("Subfamilias"), QStringLiteral("Subfamilia"),
+              {c(QStringLiteral("IdSubfamilia"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+               c(QStringLiteral("IdFamilia"), T::Entero, QStringLiteral("Familia"), 0, false),
+               c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Subfamilia"), 40, false), serie()},
+              QStringLiteral("Descripcion"), true);
+    t.indices = {indice(t.tabla, {QStringLiteral("IdFamilia")})};
+    return t;
+}
+
+// The type is a code the clinic types; "SERVICIO" marks a service (no stock, no suppliers).
+DescriptorTabla tiposArticulo() {
+    return tabla(QStringLiteral("TiposArticulo"), QStringLiteral("Tipo de Artículo"),
+                 {c(QStringLiteral("IdTipoArticulo"), T::Texto, QStringLiteral("Tipo"), 20, false),
+                  c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Descripción"), 40, false)},
+                 QStringLiteral("Descripcion"), true);
+}
+
+DescriptorTabla proveedores() {
+    DescriptorColumna activo =
+        colLista(QStringLiteral("Activo"), QStringLiteral("Activo"), kSiNoInterno, kSiNoExterno, false);
+    activo.desde = V;
+    activo.porDefecto = QStringLiteral("'S'");
+    DescriptorTabla t = tabla(QStringLiteral("Proveedores"), QStringLiteral("Proveedor"),
+                 {c(QStringLiteral("IdProveedor"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+                  c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 100, false),
+                  c(QStringLiteral("NIF"), T::Texto, QStringLiteral("N.I.F."), 20),
+                  c(QStringLiteral("Contacto"), T::Texto, QStringLiteral("Persona de contacto"), 60),
+                  c(QStringLiteral("Telefono"), T::Texto, QStringLiteral("Teléfono"), 20),
+                  c(QStringLiteral("EMail"), T::Texto, QStringLiteral("E-Mail"), 100),
+                  c(QStringLiteral("Subcuenta"), T::Texto, QStringLiteral("Subcuenta contable"), 12), activo},
+                 QStringLiteral("Nombre"), true);
+    // A supplier's subaccount begins with the suppliers' prefix.
+    t.validacion = [](const Registro& r) -> std::optional<FalloValidacion> {
+        if (const auto error = comprobarSubcuentaProveedor(r.texto(QStringLiteral("Subcuenta"))))
+            return FalloValidacion{*error, QStringLiteral("Subcuenta")};
+        return std::nullopt;
+    };
+    return t;
+}
+
+// Sale delivery notes: the header. A note is pending invoicing while NumFactura is empty.
+DescriptorTabla albaranes() {
+    auto cero = [](DescriptorColumna d) {
+        d.porDefecto = QStringLiteral("0");
+        return d;
+    };
+    DescriptorTabla t =
+        tabla(QStringLiteral("Albaranes"), QStringLiteral("Albarán"),
+              {c(QStringLiteral("IdAlbaran"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+               c(QStringLiteral("Serie"), T::Texto, QStringLiteral("Serie"), 10, false),
+               c(QStringLiteral("NumAlbaran"), T::Entero, QStringLiteral("Nº Albarán"), 0, false),
+               c(QStringLiteral("Fecha"), T::Fecha, QStringLiteral("Fecha"), 0, false),
+               c(QStringLiteral("Hora"), T::Hora, QStringLiteral("Hora")),
+               c(QStringLiteral("IdCliente"), T::Entero, QStringLiteral("Cliente"), 0, false),
+               c(QStringLiteral("IdMascota"), T::Entero, QStringLiteral("Mascota")),
+               c(QStringLiteral("IdVendedor"), T::Entero, QStringLiteral("Vendedor")),
+               c(QStringLiteral("IdVisita"), T::Entero, QStringLiteral("Visita")),
+               c(QStringLiteral("Retencion"), T::Decimal, QStringLiteral("% Retención")),
+               c(QStringLiteral("Exento"), T::Logico, QStringLiteral("Exento de I.V.A.")),
+               c(QStringLiteral("NumFactura"), T::Entero, QStringLiteral("Nº Factura")),
+               c(QStringLiteral("SerieFactura"), T::Texto, QStringLiteral("Serie de la factura"), 10),
+               c(QStringLiteral("Cobrado"), T::Logico, QStringLiteral("Cobrado")),
+               cero(c(QStringLiteral("TotalBruto"), T::Decimal, QStringLiteral("Total bruto"))),
+               cero(c(QStringLiteral("TotalBI"), T::Decimal, QStringLiteral("Total B.I."))),
+               cero(c(QStringLiteral("TotalIVA"), T::Decimal, QStringLiteral("Total I.V.A."))),
+               cero(c(QStringLiteral("TotalRetencion"), T::Decimal, QStringLiteral("Total retención"))),
+               cero(c(QStringLiteral("Total"), T::Decimal, QStringLiteral("Total"))),
+               cero(c(QStringLiteral("Pendiente"), T::Decimal, QStringLiteral("Pendiente")))},
+              QStringLiteral("NumAlbaran"), false);
+    t.indices = {indice(t.tabla, {QStringLiteral("Serie"), QStringLiteral("NumAlbaran")}, true),
+                 indice(t.tabla, {QStringLiteral("IdCliente")}),
+                 indice(t.tabla, {QStringLiteral("NumFactura")})};
+    return t;
+}
+
+DescriptorTabla lineasAlbaran() {
+    DescriptorTabla t =
+        tabla(QStringLiteral("LineasAlbaran"), QStringLiteral("Línea de Albarán"),
+              {c(QStringLiteral("IdLinea"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+               c(QStringLiteral("IdAlbaran"), T::Entero, QStringLiteral("Albarán"), 0, false),
+               c(QStringLiteral("Orden"), T::Entero, QStringLiteral("Orden")),
+               c(QStringLiteral("IdArticulo"), T::Entero, QStringLiteral("Artículo")),
+               c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Concepto"), 100),
+               c(QStringLiteral("Cantidad"), T::Decimal, QStringLiteral("Cantidad")),
+               c(QStringLiteral("Precio"), T::Decimal, QStringLiteral("P.V.P.")),
+               c(QStringLiteral("Descuento"), T::Decimal, QStringLiteral("% Dto.")),
+               c(QStringLiteral("IdTipoIVA"), T::Entero, QStringLiteral("Tipo de I.V.A.")),
+               c(QStringLiteral("PorcentajeIVA"), T::Decimal, QStringLiteral("% I.V.A.")),
+               c(QStringLiteral("Importe"), T::Decimal, QStringLiteral("Total línea")), serie()},
+              QStringLiteral("Descripcion"), false);
+    t.indices = {indice(t.tabla, {QStringLiteral("IdAlbaran")}),
+                 indice(t.tabla, {QStringLiteral("IdArticulo")})};
+    return t;
+}
+} // namespace
+
+QList<DescriptorTabla> tablasArticulos() {
+    return {tiposArticulo(), familias(),  subfamilias(),  proveedores(),
+            articulos(),     albaranes(), lineasAlbaran()};
+}

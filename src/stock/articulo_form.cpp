@@ -1,0 +1,363 @@
+#include "stock/articulo_form.h"
+
+#include "core/command_trace.h"
+#include "core/dinero.h"
+#include "core/formatos.h"
+#include "data/esquema.h"
+#include "stock/series_articulo.h"
+
+namespace {
+const QString kColCodigo = QStringLiteral("ArtCodArticulo");
+const QString kAtencion = QStringLiteral("Atención");
+
+QString traza(const QString& accion) {
+    return accion + QStringLiteral(" un Artículo en el '") + kTituloArticulos + QLatin1Char('\'');
+}
+
+std::optional<qint64> entero(const QVariant& v) {
+    if (v.isNull() || !v.isValid()) return std::nullopt;
+    return v.toLongLong();
+}
+
+std::optional<qint64> enteroTexto(const QString& t) {
+    bool ok = false;
+    const qint64 n = t.trimmed().toLongLong(&ok);
+    return ok ? std::optional<qint64>(n) : std::nullopt;
+}
+
+QString mensajeLectura(const QString& cabecera, const QString& final) {
+    return cabecera + QLatin1Char('\n') +
+           QStringLiteral("Ha sido imposible recuperar la información solicitada. Puede ") + final;
+}
+} // namespace
+
+ArticuloForm::ArticuloForm(Entorno& entorno) : e_(entorno), registro_(tablaArticulos()), bloqueo_(entorno) {
+    nuevo();
+}
+
+const QStringList& ArticuloForm::columnasProducto() {
+    static const QStringList l = {QStringLiteral("ArtCodBarras"),  QStringLiteral("ArtCodProv"),
+                                  QStringLiteral("ArtRefProvHab"), QStringLiteral("ArtCodUltProv"),
+                                  QStringLiteral("ArtUltPrecio"),  QStringLiteral("Stock"),
+                                  QStringLiteral("ArtStockMin")};
+    return l;
+}
+
+QString ArticuloForm::tablaParametro(const QString& columna) {
+    static const QHash<QString, QString> tablas = {
+        {QStringLiteral("Seccion"), QStringLiteral("Secciones")},
+        {QStringLiteral("Familia"), QStringLiteral("Familias")},
+        {QStringLiteral("SubFamilia"), QStringLiteral("Subfamilias")},
+        {QStringLiteral("ArtIVA"), QStringLiteral("TiposIVA")},
+        {QStringLiteral("ArtRE"), QStringLiteral("TiposRE")},
+        {QStringLiteral("ArtSerie"), QStringLiteral("Series")},
+        {QStringLiteral("ArtLaboratorio"), QStringLiteral("Laboratorios")},
+        {QStringLiteral("ArtTipoArticulo"), QStringLiteral("TiposArticulo")},
+        {QStringLiteral("ArtCodProv"), QStringLiteral("Proveedores")},
+        {QStringLiteral("ArtCodUltProv"), QStringLiteral("Proveedores")}};
+    return tablas.value(columna);
+}
+
+void ArticuloForm::cargarTextos(const Registro& r) {
+    textos_.clear();
+    for (const auto& c : r.descriptor().columnaS)
+        textos_.insert(c.nombre, FichaForm::textoValor(c, r.valor(c.nombre)));
+}
+
+void ArticuloForm::nuevo() {
+    bloqueo_.liberar();
+    registro_ = Registro(tablaArticulos());
+    registro_.setValor(QStringLiteral("ArtFactorConversion"), 1.0);
+    registro_.setValor(QStringLiteral("ArtFacturacionObligatoria"), false);
+    registro_.setValor(QStringLiteral("ArtFechaAlta"), e_.reloj().hoy());
+    nuevo_ = true;
+    foco_.clear();
+    cargarTextos(registro_);
+}
+
+void ArticuloForm::avisoProveedor(qint64 codigo) {
+    e_.dialogs().error(kTituloArticulos,
+                       mensajeLectura(QStringLiteral("Error al intentar acceder al proveedor numero ") +
+                                          QString::number(codigo),
+                                      QStringLiteral("que este proveedor haya sido eliminado.")));
+}
+
+bool ArticuloForm::abrir(qint64 codigo) {
+    std::optional<Registro> r;
+    QList<qint64> proveedoresPerdidos;
+    CommandTrace t(e_.dialogs(), traza(QStringLiteral("leer")));
+    if (!t.ejecutar([&] {
+            ArticuloStore store(e_.db());
+            t.paso(QStringLiteral("Leer el Artículo"));
+            r = store.cargar(codigo);
+            if (!r) return;
+            t.paso(QStringLiteral("Leer sus proveedores"));
+            for (const QString& col : {QStringLiteral("ArtCodProv"), QStringLiteral("ArtCodUltProv")}) {
+                const auto p = entero(r->valor(col));
+                if (p && !store.existeProveedor(*p)) proveedoresPerdidos << *p;
+            }
+        }))
+        return false;
+    if (!r) {
+        e_.dialogs().error(kTituloArticulos,
+                           mensajeLectura(QStringLiteral("Error al intentar acceder al Artículo nº ") +
+                                              QString::number(codigo),
+                                          QStringLiteral("que el Artículo haya sido eliminado.")));
+        return false;
+    }
+    bloqueo_.liberar();
+    registro_ = *r;
+    nuevo_ = false;
+    foco_.clear();
+    cargarTextos(registro_);
+    for (qint64 p : proveedoresPerdidos)
+        avisoProveedor(p);
+    return true;
+}
+
+std::optional<qint64> ArticuloForm::codigo() const {
+    return nuevo_ ? std::nullopt : entero(registro_.valor(kColCodigo));
+}
+
+QString ArticuloForm::titulo() const {
+    const QString cod = nuevo_ ? QStringLiteral(" (Nuevo Artículo)") : registro_.texto(kColCodigo);
+    return kTituloArticulos + QStringLiteral(" - ") + cod + QStringLiteral(" : ") +
+           textos_.value(QStringLiteral("Articulo"));
+}
+
+bool ArticuloForm::esServicio() const {
+    return textos_.value(QStringLiteral("ArtTipoArticulo"))
+               .trimmed()
+               .compare(kTipoServicio, Qt::CaseInsensitive) == 0;
+}
+
+bool ArticuloForm::habilitado(const QString& columna) const {
+    if (columna == kColCodigo) return false;
+    return !(esServicio() && columnasProducto().contains(columna));
+}
+
+bool ArticuloForm::tomarBloqueo(AccionBloqueo accion) {
+    if (nuevo_) return true;
+    return bloqueo_.tomar(tablaArticulos(), registro_.texto(kColCodigo),
+                          registro_.texto(QStringLiteral("Articulo")), accion);
+}
+
+bool ArticuloForm::setTexto(const QString& columna, const QString& texto) {
+    if (!textos_.contains(columna) || !habilitado(columna)) return false;
+    if (textos_.value(columna) == texto) return true;
+    if (!tomarBloqueo(AccionBloqueo::Modificacion)) return false;
+    if (columna == QStringLiteral("ArtCodProv") || columna == QStringLiteral("ArtCodUltProv")) {
+        if (const auto p = enteroTexto(texto)) {
+            bool existe = false;
+            CommandTrace t(e_.dialogs(), traza(QStringLiteral("elegir el proveedor de")));
+            if (!t.ejecutar([&] { existe = ArticuloStore(e_.db()).existeProveedor(*p); })) return false;
+            if (!existe) {
+                avisoProveedor(*p);
+                return false;
+            }
+        }
+    }
+    textos_.insert(columna, texto);
+    if (columna == QStringLiteral("ArtTipoArticulo") && esServicio())
+        for (const QString& c : columnasProducto())
+            textos_.insert(c, QString());
+    if (columna == QStringLiteral("Seccion")) textos_.insert(QStringLiteral("Familia"), QString());
+    if (columna == QStringLiteral("Seccion") || columna == QStringLiteral("Familia"))
+        textos_.insert(QStringLiteral("SubFamilia"), QString());
+    return true;
+}
+
+QString ArticuloForm::margen() const {
+    const QString ult = textos_.value(QStringLiteral("ArtUltPrecio")).trimmed();
+    const auto precio = leerImporte(ult);
+    if (!precio) return {};
+    if (*precio == 0) return QStringLiteral("100.00");
+    const double pvp1 = leerImporte(textos_.value(QStringLiteral("PVP1")).trimmed()).value_or(0);
+    return formatoImporte(redondear2(pvp1 * 100 / *precio));
+}
+
+QList<OpcionArticulo> ArticuloForm::opciones(const QString& columna) {
+    const QString tabla = tablaParametro(columna);
+    if (tabla.isEmpty()) return {};
+    std::optional<qint64> padre;
+    if (columna == QStringLiteral("Familia") || columna == QStringLiteral("SubFamilia")) {
+        padre = enteroTexto(textos_.value(columna == QStringLiteral("Familia") ? QStringLiteral("Seccion")
+                                                                               : QStringLiteral("Familia")));
+        if (!padre) return {};
+    }
+    QList<OpcionArticulo> l;
+    CommandTrace t(e_.dialogs(), traza(QStringLiteral("cargar las listas de")));
+    t.ejecutar([&] { l = ArticuloStore(e_.db()).opciones(tabla, padre); });
+    return l;
+}
+
+std::optional<FichaForm> ArticuloForm::fichaParametro(const QString& columna) {
+    const QString tabla = tablaParametro(columna);
+    const DescriptorTabla* d = tabla.isEmpty() ? nullptr : descriptorTabla(tabla);
+    if (!d || columna == QStringLiteral("ArtTipoArticulo") || columna.startsWith(QStringLiteral("ArtCod")))
+        return std::nullopt;
+    QVariantMap fijos;
+    if (columna == QStringLiteral("Familia") || columna == QStringLiteral("SubFamilia")) {
+        const bool familia = columna == QStringLiteral("Familia");
+        const auto padre =
+            enteroTexto(textos_.value(familia ? QStringLiteral("Seccion") : QStringLiteral("Familia")));
+        if (!padre) {
+            e_.dialogs().avisar(kAtencion,
+                                familia ? QStringLiteral("Elija antes la sección de la nueva familia.")
+                                        : QStringLiteral("Elija antes la familia de la nueva subfamilia."));
+            return std::nullopt;
+        }
+        fijos.insert(familia ? QStringLiteral("IdSeccion") : QStringLiteral("IdFamilia"), *padre);
+    }
+    return FichaForm(e_, *d, fijos);
+}
+
+bool ArticuloForm::parametroAnadido(const QString& columna, const Registro& nuevo) {
+    return setTexto(columna, nuevo.clave().toString());
+}
+
+bool ArticuloForm::rechazar(const QString& texto, const QString& columna) {
+    foco_ = columna;
+    e_.dialogs().avisar(kTituloObligatorios, texto);
+    return false;
+}
+
+QString ArticuloForm::clasificacionCambiada(const Registro& antes, const Registro& despues) const {
+    const QList<QPair<QString, QString>> niveles = {
+        {QStringLiteral("Seccion"), QStringLiteral("sección")},
+        {QStringLiteral("Familia"), QStringLiteral("familia")},
+        {QStringLiteral("SubFamilia"), QStringLiteral("subfamilia")},
+        {QStringLiteral("ArtSerie"), QStringLiteral("serie propia")}};
+    for (const auto& n : niveles)
+        if (antes.texto(n.first).trimmed() != despues.texto(n.first).trimmed()) return n.second;
+    return QStringLiteral("clasificación");
+}
+
+bool ArticuloForm::guardar() {
+    foco_.clear();
+    const QList<QPair<QString, QString>> obligatorios = {
+        {QStringLiteral("Articulo"), QStringLiteral("Debe informar el nombre del Artículo")},
+        {QStringLiteral("ArtTipoArticulo"), QStringLiteral("Debe informar el tipo de Artículo")},
+        {QStringLiteral("Seccion"),
+         QStringLiteral("Debe informar la sección a la que pertenece el Artículo")},
+        {QStringLiteral("Familia"),
+         QStringLiteral("Debe informar la familia a la que pertenece el Artículo")},
+        {QStringLiteral("SubFamilia"),
+         QStringLiteral("Debe informar la subfamilia a la que pertenece el Artículo")},
+        {QStringLiteral("ArtIVA"), QStringLiteral("Debe informar el tipo de IVA a aplicar al Artículo")}};
+    for (const auto& o : obligatorios)
+        if (textos_.value(o.first).trimmed().isEmpty()) return rechazar(o.second, o.first);
+    const QString colFactor = QStringLiteral("ArtFactorConversion");
+    const QString factor = textos_.value(colFactor).trimmed();
+    if (factor.isEmpty())
+        return rechazar(QStringLiteral("Debe informar el factor de conversión para las unidades de compra"),
+                        colFactor);
+    const auto valorFactor = leerImporte(factor);
+    if (valorFactor && *valorFactor <= 0)
+        return rechazar(
+            QStringLiteral("El factor de conversión para las unidades de compra ha de ser mayor de 0"),
+            colFactor);
+
+    Registro r = registro_.getCopia();
+    for (const auto& c : r.descriptor().columnaS) {
+        if (c.nombre == kColCodigo) continue;
+        QString error;
+        const auto v = FichaForm::leerValor(c, textos_.value(c.nombre), &error);
+        if (!v) {
+            foco_ = c.nombre;
+            e_.dialogs().avisar(kTituloErronea, error);
+            return false;
+        }
+        r.setValor(c.nombre, *v);
+    }
+
+    if (!nuevo_ && r.texto(QStringLiteral("Articulo")) != registro_.texto(QStringLiteral("Articulo")) &&
+        !e_.dialogs().preguntar(Icono::Pregunta, kAtencion, kPreguntaDescripcionArticulo))
+        return false;
+    if (!tomarBloqueo(AccionBloqueo::Modificacion)) return false;
+
+    bool guardado = false;
+    bool conBloqueoBD = false;
+    CommandTrace t(e_.dialogs(), traza(QStringLiteral("guardar")));
+    t.ejecutar([&] {
+        ArticuloStore articulos(e_.db());
+        SeriesArticuloStore series(e_.db());
+        RegistroStore store(e_.db());
+        if (nuevo_) {
+            t.paso(QStringLiteral("Crear el Artículo"));
+            store.crear(r);
+            guardado = true;
+            return;
+        }
+        t.paso(QStringLiteral("Comparar la serie de facturación que le corresponde"));
+        const auto antes = articulos.cargar(r.clave().toLongLong());
+        const Registro& previo = antes ? *antes : registro_;
+        auto serieDe = [&](const Registro& a) {
+            return serieAplicable(series.series(
+                a.texto(QStringLiteral("ArtSerie")), entero(a.valor(QStringLiteral("Seccion"))),
+                entero(a.valor(QStringLiteral("Familia"))), entero(a.valor(QStringLiteral("SubFamilia")))));
+        };
+        const QString serieAntes = serieDe(previo);
+        const QString serieAhora = serieDe(r);
+        if (serieAntes == serieAhora) {
+            t.paso(QStringLiteral("Actualizar el Artículo"));
+            store.actualizar(r);
+            guardado = true;
+            return;
+        }
+        if (!e_.dialogs().preguntar(
+                Icono::Pregunta, kTituloCambioSerie,
+                preguntaCambioSerieArticulo(clasificacionCambiada(previo, r), serieAhora)))
+            return;
+        t.paso(QStringLiteral("Bloquear la B.D. para Administración"));
+        if (!almacenBloqueos(e_).bloquearBD()) return;
+        conBloqueoBD = true;
+        t.paso(QStringLiteral("Cambiar la serie en los Albaranes sin facturar"));
+        Transaction tx = e_.db().transaccion();
+        series.reescribirLineasPendientes(r.clave().toLongLong(), serieAhora);
+        t.paso(QStringLiteral("Actualizar el Artículo"));
+        store.actualizar(r);
+        tx.commit();
+        guardado = true;
+    });
+    if (conBloqueoBD) {
+        try {
+            almacenBloqueos(e_).desbloquearBD();
+        } catch (const std::exception&) {
+            // desbloquearBD reports its own database errors.
+        }
+    }
+    if (!guardado) return false;
+    bloqueo_.liberar();
+    registro_ = r;
+    nuevo_ = false;
+    cargarTextos(registro_);
+    return true;
+}
+
+bool ArticuloForm::eliminar() {
+    if (nuevo_) return false;
+    if (!tomarBloqueo(AccionBloqueo::Baja)) return false;
+    if (!e_.dialogs().preguntar(Icono::Pregunta, QStringLiteral("¡Atención!"), kPreguntaEliminarArticulo)) {
+        bloqueo_.liberar();
+        return false;
+    }
+    CommandTrace t(e_.dialogs(), traza(QStringLiteral("eliminar")));
+    const bool ok = t.ejecutar([&] {
+        t.paso(QStringLiteral("Eliminar el Artículo"));
+        RegistroStore(e_.db()).eliminar(registro_);
+    });
+    if (!ok) return false;
+    nuevo();
+    return true;
+}
+
+void ArticuloForm::cancelar() {
+    if (nuevo_) {
+        nuevo();
+        return;
+    }
+    const qint64 cod = registro_.clave().toLongLong();
+    bloqueo_.liberar();
+    if (!abrir(cod)) nuevo();
+}

@@ -1,0 +1,7 @@
+#include "stock/proveedor_subcuenta.h"
+
+#include "clients/subcuenta.h"
+
+std::optional<QString> comprobarSubcuentaProveedor(const QString& subcuenta) {
+    return comprobarSubcuenta(subcuenta, kPrefijoSubcuentaProveedor, kSujetoSubcuentaProveedor, false);
+}
