@@ -3,9 +3,14 @@
 #include "core/command_trace.h"
 #include "core/formatos.h"
 
+#include <QHash>
 #include <cmath>
 
 namespace {
+QHash<QString, GuardadoPropio>& guardadosPropios() {
+    static QHash<QString, GuardadoPropio> mapa;
+    return mapa;
+}
 const QString kSi = QStringLiteral("Sí");
 const QString kNo = QStringLiteral("No");
 
@@ -265,6 +270,18 @@ bool FichaForm::guardar() {
         }
     }
 
+    if (!nuevo_) {
+        const GuardadoPropio propio = guardadosPropios().value(t_->tabla);
+        if (propio) {
+            if (const auto resultado = propio(*e_, registro_, r)) {
+                if (!*resultado) return false;
+                cancelar();
+                registro_ = r;
+                return true;
+            }
+        }
+    }
+
     bool guardado = false;
     CommandTrace traza(e_->dialogs(),
                        QStringLiteral("guardar el objeto en '") + titulo() + QLatin1Char('\''));
@@ -298,4 +315,8 @@ bool FichaForm::guardar() {
     nuevo_ = false;
     if (eraNuevo) prepararCampos();
     return true;
+}
+
+void registrarGuardadoPropio(const QString& tabla, GuardadoPropio guardado) {
+    guardadosPropios().insert(tabla, std::move(guardado));
 }

@@ -85,3 +85,11 @@ private:
 // The text of a value in a list: amounts "#,##0.00", whole numbers "#,##0", dates
 // "dd/mm/yyyy", times "hh:mm", yes/no "Sí"/"No", list columns their shown text.
 QString textoCelda(const DescriptorColumna& c, const QVariant& valor);
+
+// A table whose saving through the generic record form needs more than writing the row
+// registers its own save here. It is called after the generic checks with the record as it
+// was and as it will be; it returns the result of the save when it handled it, or nothing to
+// let the form save as usual.
+using GuardadoPropio =
+    std::function<std::optional<bool>(Entorno&, const Registro& anterior, const Registro& nuevo)>;
+void registrarGuardadoPropio(const QString& tabla, GuardadoPropio guardado);

@@ -36,6 +36,12 @@ const QList<EntradaMenuParametro>& entradasMenuParametros() {
         {QStringLiteral("mnuMotivos"), QStringLiteral("Motivos"), QStringLiteral("Motivos")},
         {QStringLiteral("mnuMotivosBaja"), QStringLiteral("MotivosBaja"), QStringLiteral("Motivos de Baja")},
         {QStringLiteral("mnuSecciones"), QStringLiteral("Secciones"), QStringLiteral("Secciones")},
+        // The rest of the articles' classification, kept in the same way.
+        {QStringLiteral("mnuFamilias"), QStringLiteral("Familias"), QStringLiteral("Familias de artículos")},
+        {QStringLiteral("mnuSubfamilias"), QStringLiteral("Subfamilias"),
+         QStringLiteral("Subfamilias de artículos")},
+        {QStringLiteral("mnuTiposArticulo"), QStringLiteral("TiposArticulo"),
+         QStringLiteral("Tipos de Artículo")},
         {QStringLiteral("mnuSeccVtasServ"), QStringLiteral("SeccionesVentasServicios"),
          QStringLiteral("Secciones de Ventas y Servicios")},
         {QStringLiteral("mnuSeccMedCons"), QStringLiteral("SeccionesMedicamentosConsumibles"),

@@ -363,7 +363,7 @@ bool ClienteForm::mascotas() {
 }
 
 bool ClienteForm::buscar() {
-    if (!e_.buscadores.cliente) return false;
+    if (!e_.buscadores.cliente || !puedeAbandonar()) return false;
     const auto elegido = e_.buscadores.cliente(PeticionCliente{});
     if (!elegido) return false;
     if (elegido->NuevoCliente) {
@@ -371,4 +371,12 @@ bool ClienteForm::buscar() {
         return true;
     }
     return cargar(elegido->claveCliente);
+}
+
+bool ClienteForm::puedeAbandonar() {
+    if (!modificado_) return true;
+    return e_.dialogs().preguntar(
+        Icono::Pregunta, QStringLiteral("ATENCIÓN"),
+        QStringLiteral("Las modificaciones realizadas a este Cliente no han sido guardadas. "
+                       "¿Desea perder los cambios efectuados?"));
 }

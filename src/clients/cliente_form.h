@@ -68,6 +68,9 @@ public:
     bool eliminar();
     // Releases the lock (the screen closes or the user discards the changes).
     void cerrar();
+    // Before leaving a record with unsaved changes (new record, another one, closing): asks
+    // whether to lose them; true when the screen may go on.
+    bool puedeAbandonar();
 
     // Opens the pets of the client (set by the main window's registry).
     std::function<void(qint64 idCliente)> abrirMascotas;

@@ -195,3 +195,11 @@ bool PlanSaludForm::eliminar() {
 void PlanSaludForm::cerrar() {
     bloqueo_.liberar();
 }
+
+bool PlanSaludForm::puedeAbandonar() {
+    if (!modificado_) return true;
+    return e_.dialogs().preguntar(
+        Icono::Pregunta, QStringLiteral("ATENCIÓN"),
+        QStringLiteral("Las modificaciones realizadas a este Plan de Salud no han sido guardadas. "
+                       "¿Desea perder los cambios efectuados?"));
+}

@@ -39,6 +39,9 @@ public:
     bool guardar();
     bool eliminar();
     void cerrar();
+    // Before leaving a record with unsaved changes (new record, another one, closing): asks
+    // whether to lose them; true when the screen may go on.
+    bool puedeAbandonar();
 
     // The field that should take the focus after a refusal.
     QString foco;

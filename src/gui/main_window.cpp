@@ -204,7 +204,9 @@ bool MainWindow::identificar() {
 }
 
 void MainWindow::desidentificar() {
+    // A screen with unsaved changes may keep itself open: then the user stays logged in.
     mdi_->closeAllSubWindows();
+    if (!mdi_->subWindowList().isEmpty()) return;
     e_.desidentificar();
     aplicarPermisos();
 }
@@ -229,12 +231,13 @@ void MainWindow::salirSinConfirmar() {
 
 void MainWindow::closeEvent(QCloseEvent* evento) {
     if (!cerrado_) {
-        if (!CierreForm(e_).cerrar(true)) {
+        // The screens go first: one with unsaved changes may keep the program open.
+        mdi_->closeAllSubWindows();
+        if (!mdi_->subWindowList().isEmpty() || !CierreForm(e_).cerrar(true)) {
             evento->ignore();
             return;
         }
         cerrado_ = true;
-        mdi_->closeAllSubWindows();
     }
     evento->accept();
     emit terminado();

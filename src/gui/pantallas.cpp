@@ -2,12 +2,6 @@
 
 #include "app/conf_puesto_store.h"
 #include "app/parametros_menu.h"
-#include "gui/bloqueos_window.h"
-#include "gui/conf_bd_window.h"
-#include "gui/conf_puesto_window.h"
-#include "gui/editor_lista_window.h"
-#include "gui/main_window.h"
-#include "gui/usuarios_window.h"
 #include "clients/ui/cambio_propietario_window.h"
 #include "clients/ui/cliente_busqueda_window.h"
 #include "clients/ui/cliente_window.h"
@@ -16,6 +10,13 @@
 #include "clients/ui/registro_cambios_window.h"
 #include "clinical/ui/plan_salud_busqueda_window.h"
 #include "clinical/ui/plan_salud_window.h"
+#include "gui/bloqueos_window.h"
+#include "gui/conf_bd_window.h"
+#include "gui/conf_puesto_window.h"
+#include "gui/editor_lista_window.h"
+#include "gui/main_window.h"
+#include "gui/usuarios_window.h"
+#include "stock/serie_subfamilia.h"
 #include "stock/ui/articulo_busqueda_window.h"
 #include "stock/ui/articulo_window.h"
 
@@ -38,7 +39,8 @@ void registrarPantallas(MainWindow& w) {
         w.alActivar(p.accion, [&w, &e, tabla] { abrirEditorTabla(e, tabla, &w); });
     }
     // Staff members are kept as a list of their own (name, registration number, active).
-    w.alActivar(QStringLiteral("mnuMttoPersonal"), [&w, &e] { abrirEditorTabla(e, QStringLiteral("Personal"), &w); });
+    w.alActivar(QStringLiteral("mnuMttoPersonal"),
+                [&w, &e] { abrirEditorTabla(e, QStringLiteral("Personal"), &w); });
     w.alActivar(QStringLiteral("mnuConfBD"), [&w, &e] {
         ConfBdWindow ventana(e, &w);
         ventana.exec();
@@ -78,7 +80,8 @@ void registrarPantallas(MainWindow& w) {
         }
         w.abrirVentana(ventana, false);
     });
-    w.alActivar(QStringLiteral("mnuCambioPropietario"), [&w, &e] { w.abrirVentana(new CambioPropietarioWindow(e)); });
+    w.alActivar(QStringLiteral("mnuCambioPropietario"),
+                [&w, &e] { w.abrirVentana(new CambioPropietarioWindow(e)); });
     // The pet list and the register open the pet picked in them.
     auto abrirMascota = [&w, &e](qint64 idCliente, qint64 idMascota) {
         auto* ventana = new MascotaWindow(e);
@@ -98,10 +101,15 @@ void registrarPantallas(MainWindow& w) {
         QObject::connect(ventana, &ListadoMascotasWindow::mascotaElegida, &w, abrirMascota);
         w.abrirVentana(ventana);
     });
-    w.alActivar(QStringLiteral("mnuMttoPlanSalud"), [&w, &e] { w.abrirVentana(new PlanSaludWindow(e), false); });
+    w.alActivar(QStringLiteral("mnuMttoPlanSalud"),
+                [&w, &e] { w.abrirVentana(new PlanSaludWindow(e), false); });
 
     // Articles, suppliers and invoicing series.
-    w.alActivar(QStringLiteral("mnuMttoArticulo"), [&w, &e] { w.abrirVentana(new ArticuloWindow(e), false); });
-    w.alActivar(QStringLiteral("mnuMttoProveedor"), [&w, &e] { abrirEditorTabla(e, QStringLiteral("Proveedores"), &w); });
-    w.alActivar(QStringLiteral("mnuSeriesFacturacion"), [&w, &e] { abrirEditorTabla(e, QStringLiteral("Series"), &w); });
+    registrarReglasArticulos();
+    w.alActivar(QStringLiteral("mnuMttoArticulo"),
+                [&w, &e] { w.abrirVentana(new ArticuloWindow(e), false); });
+    w.alActivar(QStringLiteral("mnuMttoProveedor"),
+                [&w, &e] { abrirEditorTabla(e, QStringLiteral("Proveedores"), &w); });
+    w.alActivar(QStringLiteral("mnuSeriesFacturacion"),
+                [&w, &e] { abrirEditorTabla(e, QStringLiteral("Series"), &w); });
 }

@@ -3,11 +3,11 @@
 // deleting (refused while the client has pets), the record lock and the read error.
 #include "app/bloqueo_edicion.h"
 #include "app/conf_puesto_store.h"
+#include "clients/cliente_busqueda_store.h"
 #include "clients/cliente_form.h"
 #include "data/esquema.h"
 #include "scripted_dialogs.h"
 #include "test_db.h"
-#include "clients/cliente_busqueda_store.h"
 
 class TestClienteForm : public QObject {
     Q_OBJECT
@@ -434,6 +434,32 @@ private slots:
         QVERIFY(g.buscar());
         QVERIFY(!g.idCliente());
         QCOMPARE(g.titulo(), QStringLiteral("Mantenimiento de Clientes - (Nuevo cliente)"));
+    }
+
+    void cambiosSinGuardarNoSePierdenSinPreguntar() {
+        auto c = caso();
+        ClienteForm f(*c->e);
+        QVERIFY(f.puedeAbandonar()); // nothing typed: nothing to ask
+        QVERIFY(c->d.mensajes().isEmpty());
+        QVERIFY(f.setTexto(QStringLiteral("Nombre"), QStringLiteral("Ana")));
+        c->d.no();
+        QVERIFY(!f.puedeAbandonar());
+        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("ATENCIÓN"));
+        QCOMPARE(c->d.ultimoTexto(),
+                 QStringLiteral("Las modificaciones realizadas a este Cliente no han sido guardadas. "
+                                "¿Desea perder los cambios efectuados?"));
+        // The search is not opened while the user keeps the changes.
+        int busquedas = 0;
+        c->e->buscadores.cliente = [&busquedas](const PeticionCliente&) {
+            ++busquedas;
+            return std::optional<ClienteElegido>();
+        };
+        c->d.no();
+        QVERIFY(!f.buscar());
+        QCOMPARE(busquedas, 0);
+        QCOMPARE(f.texto(QStringLiteral("Nombre")), QStringLiteral("Ana"));
+        c->d.si();
+        QVERIFY(f.puedeAbandonar());
     }
 
     void listasYMascotas() {

@@ -14,6 +14,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDialog>
 #include <QFileInfo>
 #include <QLabel>
@@ -25,6 +26,20 @@
 #include <QUdpSocket>
 
 namespace {
+// A screen with unsaved changes that the user decides to keep.
+class PantallaQueNoSeCierra : public QWidget {
+public:
+    bool dejar = false;
+
+protected:
+    void closeEvent(QCloseEvent* e) override {
+        if (dejar)
+            e->accept();
+        else
+            e->ignore();
+    }
+};
+
 // Every command of the main window, by object name.
 const QStringList kComandos = {"mnuAgendas",
                                "mnuMttoAgenda",
@@ -378,6 +393,28 @@ private slots:
         // Logging off closes them.
         c->w->desidentificar();
         QTRY_COMPARE(c->w->mdi()->subWindowList().size(), 0);
+    }
+
+    void unaPantallaConCambiosRetieneLaSesion() {
+        auto c = abrir();
+        c->usuario = QStringLiteral("jefa");
+        c->clave = QStringLiteral("clave");
+        QVERIFY(c->w->identificar());
+        c->w->show();
+        auto* pantalla = new PantallaQueNoSeCierra;
+        pantalla->setObjectName(QStringLiteral("frmConCambios"));
+        c->w->abrirVentana(pantalla);
+        QTRY_VERIFY(pantalla->isVisible());
+        // Logging off and closing the program both stop at the screen that keeps its changes.
+        c->w->desidentificar();
+        QVERIFY(c->e->identificado());
+        QVERIFY(!c->w->close());
+        QVERIFY(c->d.mensajes().isEmpty()); // not even the closing question was asked
+        QCOMPARE(PuestosActivosStore(c->t.db()).contar(), 1);
+        pantalla->dejar = true;
+        c->d.si();
+        QVERIFY(c->w->close());
+        QCOMPARE(PuestosActivosStore(c->t.db()).contar(), 0);
     }
 
     void cerrarLaVentana() {

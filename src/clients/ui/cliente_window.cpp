@@ -310,6 +310,7 @@ bool ClienteWindow::mostrarCliente(qint64 idCliente) {
 }
 
 void ClienteWindow::nuevo() {
+    if (!form_.puedeAbandonar()) return;
     form_.nuevo();
     refrescar();
 }
@@ -331,6 +332,10 @@ void ClienteWindow::eliminar() {
 }
 
 void ClienteWindow::closeEvent(QCloseEvent* evento) {
+    if (!form_.puedeAbandonar()) {
+        evento->ignore();
+        return;
+    }
     form_.cerrar();
     evento->accept();
 }

@@ -99,6 +99,7 @@ bool PlanSaludWindow::mostrarPlan(qint64 idPlan) {
 }
 
 void PlanSaludWindow::nuevo() {
+    if (!form_.puedeAbandonar()) return;
     form_.nuevo();
     refrescar();
 }
@@ -116,11 +117,16 @@ void PlanSaludWindow::eliminar() {
 }
 
 void PlanSaludWindow::buscar() {
+    if (!form_.puedeAbandonar()) return;
     const auto plan = PlanSaludBusquedaWindow::elegir(e_, QString(), this);
     if (plan) mostrarPlan(*plan);
 }
 
 void PlanSaludWindow::closeEvent(QCloseEvent* evento) {
+    if (!form_.puedeAbandonar()) {
+        evento->ignore();
+        return;
+    }
     form_.cerrar();
     evento->accept();
 }
