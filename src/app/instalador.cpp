@@ -42,6 +42,39 @@ QString textoIni(const QString& datos, const QString& conexion) {
 }
 } // namespace
 
+namespace {
+// Adds rows to a table of the catalogue: each row gives values for the named columns.
+void anyadir(Database& db, const QString& tabla, const QStringList& columnas,
+             const QList<QVariantList>& filas) {
+    const DescriptorTabla* t = descriptorTabla(tabla);
+    if (!t) return;
+    RegistroStore store(db);
+    for (const QVariantList& fila : filas) {
+        Registro r(*t);
+        for (qsizetype i = 0; i < columnas.size() && i < fila.size(); ++i)
+            r.setValor(columnas.at(i), fila.at(i));
+        if (t->tieneColumna(QStringLiteral("Activo")))
+            r.setValor(QStringLiteral("Activo"), QStringLiteral("S"));
+        store.crear(r);
+    }
+}
+
+QList<QVariantList> textos(const QStringList& lista) {
+    QList<QVariantList> filas;
+    for (const QString& t : lista)
+        filas.append({t});
+    return filas;
+}
+
+void anyadirTiposArticulo(Database& db) {
+    anyadir(db, QStringLiteral("TiposArticulo"),
+            {QStringLiteral("IdTipoArticulo"), QStringLiteral("Descripcion")},
+            {{QStringLiteral("PRODUCTO"), QStringLiteral("Producto")},
+             {QStringLiteral("SERVICIO"), QStringLiteral("Servicio")},
+             {QStringLiteral("MEDICAMENTO"), QStringLiteral("Medicamento")}});
+}
+} // namespace
+
 void prepararBaseDatos(Database& db, const OpcionesInstalacion& op) {
     migrarEsquema(db);
     Transaction tx = db.transaccion();
@@ -53,6 +86,8 @@ void prepararBaseDatos(Database& db, const OpcionesInstalacion& op) {
     const QString sal = nuevaSal();
     UsuarioStore(db).guardar({op.administrador, QStringLiteral("Administrador"), sal,
                               hashClave(sal, op.clave), kTipoAdministrador});
+    // Every clinic sells products and services: "SERVICIO" marks an article without stock.
+    anyadirTiposArticulo(db);
     if (op.demo) cargarDemo(db, op.puestoServidor);
     tx.commit();
 }
@@ -84,31 +119,6 @@ QString crearInstalacion(const OpcionesInstalacion& op) {
         return QStringLiteral("No se ha podido escribir '%1'.").arg(ini);
     return {};
 }
-
-namespace {
-// Adds rows to a table of the catalogue: each row gives values for the named columns.
-void anyadir(Database& db, const QString& tabla, const QStringList& columnas,
-             const QList<QVariantList>& filas) {
-    const DescriptorTabla* t = descriptorTabla(tabla);
-    if (!t) return;
-    RegistroStore store(db);
-    for (const QVariantList& fila : filas) {
-        Registro r(*t);
-        for (qsizetype i = 0; i < columnas.size() && i < fila.size(); ++i)
-            r.setValor(columnas.at(i), fila.at(i));
-        if (t->tieneColumna(QStringLiteral("Activo")))
-            r.setValor(QStringLiteral("Activo"), QStringLiteral("S"));
-        store.crear(r);
-    }
-}
-
-QList<QVariantList> textos(const QStringList& lista) {
-    QList<QVariantList> filas;
-    for (const QString& t : lista)
-        filas.append({t});
-    return filas;
-}
-} // namespace
 
 void cargarDemo(Database& db, const QString& puesto) {
     const QString sal = nuevaSal();
@@ -181,11 +191,6 @@ void cargarDemo(Database& db, const QString& puesto) {
              {2, QStringLiteral("Común Europeo")},
              {2, QStringLiteral("Persa")},
              {2, QStringLiteral("Siamés")}});
-    anyadir(db, QStringLiteral("TiposArticulo"),
-            {QStringLiteral("IdTipoArticulo"), QStringLiteral("Descripcion")},
-            {{QStringLiteral("PRODUCTO"), QStringLiteral("Producto")},
-             {QStringLiteral("SERVICIO"), QStringLiteral("Servicio")},
-             {QStringLiteral("MEDICAMENTO"), QStringLiteral("Medicamento")}});
     // Families (under the sections 1 Consultas, 2 Vacunas, 3 Farmacia, 4 Alimentación) and subfamilies.
     anyadir(db, QStringLiteral("Familias"), {QStringLiteral("IdSeccion"), QStringLiteral("Descripcion")},
             {{1, QStringLiteral("Consultas generales")},

@@ -297,6 +297,25 @@ private slots:
         QVERIFY(u && claveCorrecta(u->Hash, u->Salt, QStringLiteral("recepcion")));
         QCOMPARE(u->TipoUsuario, kTipoUsuario);
         QCOMPARE(UsuarioStore(*db).cargar(QStringLiteral("admin"))->TipoUsuario, kTipoAdministrador);
+        QCOMPARE(db->valor(QStringLiteral("SELECT COUNT(*) FROM Clientes")).toInt(), 60);
+        QVERIFY(db->valor(QStringLiteral("SELECT COUNT(*) FROM Mascotas")).toInt() > 60);
+        QVERIFY(db->valor(QStringLiteral("SELECT COUNT(*) FROM Articulos")).toInt() > 0);
+    }
+
+    void todaInstalacionTieneLosTiposDeArticulo() {
+        // Without the demo too: a clinic needs "SERVICIO" to keep its services.
+        QTemporaryDir dir;
+        OpcionesInstalacion op;
+        op.carpeta = dir.path();
+        op.administrador = QStringLiteral("admin");
+        op.clave = QStringLiteral("admin");
+        QCOMPARE(crearInstalacion(op), QString());
+        auto db = Database::abrirSQLite(dir.filePath(QStringLiteral("datos/Pramelvix.mdb")));
+        QCOMPARE(db->valor(QStringLiteral("SELECT COUNT(*) FROM TiposArticulo WHERE IdTipoArticulo = ?"),
+                           {QStringLiteral("SERVICIO")})
+                     .toInt(),
+                 1);
+        QCOMPARE(db->valor(QStringLiteral("SELECT COUNT(*) FROM Clientes")).toInt(), 0);
     }
 
     void nombreDelTemporal() {

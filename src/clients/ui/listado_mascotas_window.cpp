@@ -1,6 +1,7 @@
 #include "clients/ui/listado_mascotas_window.h"
 
 #include "clients/mascota_form.h"
+#include "clients/ui/aviso_lopd_window.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -32,40 +33,6 @@ QComboBox* combo(const QString& nombre) {
     return c;
 }
 
-// The data-protection list notice: one tickable row per client (and pet) who does not consent.
-bool mostrarAvisoLista(AvisoLopdLista& aviso, QWidget* padre) {
-    QDialog d(padre);
-    d.setObjectName(QStringLiteral("frmAvisoLopdLista"));
-    d.setWindowTitle(aviso.titulo());
-    auto* texto = new QLabel(aviso.texto());
-    texto->setWordWrap(true);
-    auto* lista = new QListWidget;
-    lista->setObjectName(QStringLiteral("lstAvisados"));
-    for (const auto& a : aviso.avisados()) {
-        auto* item = new QListWidgetItem(a.Cliente + QStringLiteral(" - ") + a.Mascota, lista);
-        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
-        item->setCheckState(a.incluir ? Qt::Checked : Qt::Unchecked);
-    }
-    auto* botones = new QDialogButtonBox;
-    botones->addButton(QStringLiteral("Continuar"), QDialogButtonBox::AcceptRole)
-        ->setObjectName(QStringLiteral("cmdContinuar"));
-    botones->addButton(QStringLiteral("Cancelar"), QDialogButtonBox::RejectRole)
-        ->setObjectName(QStringLiteral("cmdCancelar"));
-    QObject::connect(botones, &QDialogButtonBox::accepted, &d, &QDialog::accept);
-    QObject::connect(botones, &QDialogButtonBox::rejected, &d, &QDialog::reject);
-    auto* capa = new QVBoxLayout(&d);
-    capa->addWidget(texto);
-    capa->addWidget(lista);
-    capa->addWidget(botones);
-    d.resize(520, 360);
-    if (d.exec() != QDialog::Accepted) {
-        aviso.salir = true;
-        return false;
-    }
-    for (int i = 0; i < lista->count(); ++i)
-        aviso.setIncluir(i, lista->item(i)->checkState() == Qt::Checked);
-    return true;
-}
 } // namespace
 
 ListadoMascotasWindow::ListadoMascotasWindow(Entorno& entorno, QWidget* padre)
@@ -234,7 +201,7 @@ void ListadoMascotasWindow::carta() {
     form_.seleccion.clear();
     for (auto* item : lista_->selectedItems())
         form_.seleccion << lista_->indexOfTopLevelItem(item);
-    const auto destinatarios =
-        form_.destinatariosCarta([this](AvisoLopdLista& aviso) { return mostrarAvisoLista(aviso, this); });
+    const auto destinatarios = form_.destinatariosCarta(
+        [this](AvisoLopdLista& aviso) { return mostrarAvisoLopdLista(aviso, this); });
     if (destinatarios && !destinatarios->isEmpty()) emit cartaPreparada(*destinatarios);
 }
