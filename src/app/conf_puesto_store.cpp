@@ -4,14 +4,8 @@
 #include "data/registro.h"
 
 namespace {
-const DescriptorTabla& tabla(const QString& nombre) {
-    const DescriptorTabla* t = descriptorTabla(nombre);
-    if (!t) throw ErrorPrograma(QStringLiteral("La tabla '%1' no está en el catálogo.").arg(nombre));
-    return *t;
-}
-
 const DescriptorTabla& tablaConfPuesto() {
-    return tabla(QStringLiteral("ConfPuesto"));
+    return descriptorRequerido(QStringLiteral("ConfPuesto"));
 }
 
 std::optional<qint64> numero(const Registro& r, const QString& columna) {
@@ -74,8 +68,9 @@ void ConfPuestoStore::guardar(const ConfiguracionPuesto& c) {
 
 QList<OpcionLista> ConfPuestoStore::series(const QString& tipo) {
     QList<OpcionLista> lista;
-    const auto filas = RegistroStore(db_).buscar(
-        tabla(QStringLiteral("Series")), {QStringLiteral("Tipo = ?"), {tipo}}, {QStringLiteral("Serie")});
+    const auto filas =
+        RegistroStore(db_).buscar(descriptorRequerido(QStringLiteral("Series")),
+                                  {QStringLiteral("Tipo = ?"), {tipo}}, {QStringLiteral("Serie")});
     for (const Registro& r : filas)
         lista.append({r.valor(QStringLiteral("Serie")), r.texto(QStringLiteral("Serie")) +
                                                             QStringLiteral(" - ") +

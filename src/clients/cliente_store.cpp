@@ -4,16 +4,8 @@
 
 #include "data/esquema.h"
 
-namespace {
-const DescriptorTabla& requerida(const QString& nombre) {
-    const DescriptorTabla* t = descriptorTabla(nombre);
-    if (!t) throw ErrorPrograma(QStringLiteral("Falta la tabla ") + nombre + QLatin1Char('.'));
-    return *t;
-}
-} // namespace
-
 const DescriptorTabla& ClienteStore::tabla() {
-    return requerida(QStringLiteral("Clientes"));
+    return descriptorRequerido(QStringLiteral("Clientes"));
 }
 
 std::optional<Registro> ClienteStore::cargar(qint64 idCliente) {
@@ -41,7 +33,7 @@ void ClienteStore::actualizar(const Registro& r) {
 }
 
 bool ClienteStore::eliminar(qint64 idCliente) {
-    const DescriptorTabla& condiciones = requerida(QStringLiteral("CondicionesEspeciales"));
+    const DescriptorTabla& condiciones = descriptorRequerido(QStringLiteral("CondicionesEspeciales"));
     RegistroStore store(db_);
     store.ejecutar(QStringLiteral("DELETE FROM ") + condiciones.tabla +
                        QStringLiteral(" WHERE IdCliente = ?"),
@@ -52,12 +44,12 @@ bool ClienteStore::eliminar(qint64 idCliente) {
 }
 
 qint64 ClienteStore::contarMascotas(qint64 idCliente) {
-    return RegistroStore(db_).contar(requerida(QStringLiteral("Mascotas")),
+    return RegistroStore(db_).contar(descriptorRequerido(QStringLiteral("Mascotas")),
                                      {QStringLiteral("IdCliente = ?"), {static_cast<qlonglong>(idCliente)}});
 }
 
 std::optional<qint64> ClienteStore::tipoIvaCero() {
-    const DescriptorTabla& iva = requerida(QStringLiteral("TiposIVA"));
+    const DescriptorTabla& iva = descriptorRequerido(QStringLiteral("TiposIVA"));
     const auto tipos = RegistroStore(db_).buscar(iva, {QStringLiteral("Porcentaje = ?"), {0.0}},
                                                  {QStringLiteral("IdTipoIVA")});
     if (tipos.isEmpty()) return std::nullopt;

@@ -5,12 +5,6 @@
 #include "data/esquema.h"
 
 namespace {
-const DescriptorTabla& tablaDe(const QString& nombre) {
-    const DescriptorTabla* t = descriptorTabla(nombre);
-    if (!t) throw ErrorPrograma(QStringLiteral("La tabla '") + nombre + QStringLiteral("' no existe."));
-    return *t;
-}
-
 QString sexoExterno(const QString& interno) {
     const DescriptorColumna* c = tablaMascotas().columna(QStringLiteral("Sexo"));
     return c ? c->valorExterno(interno) : interno;
@@ -43,7 +37,7 @@ void igual(QStringList& condiciones, QVariantList& valores, const QString& colum
 } // namespace
 
 const DescriptorTabla& tablaMascotas() {
-    return tablaDe(QStringLiteral("Mascotas"));
+    return descriptorRequerido(QStringLiteral("Mascotas"));
 }
 
 std::optional<Registro> MascotaStore::cargar(qint64 idMascota) {
@@ -65,7 +59,7 @@ bool MascotaStore::eliminar(qint64 idMascota) {
 }
 
 std::optional<DatosPropietario> MascotaStore::propietario(qint64 idCliente) {
-    const auto c = registros_.cargar(tablaDe(QStringLiteral("Clientes")), idCliente);
+    const auto c = registros_.cargar(descriptorRequerido(QStringLiteral("Clientes")), idCliente);
     if (!c) return std::nullopt;
     DatosPropietario p;
     p.IdCliente = idCliente;
@@ -76,7 +70,7 @@ std::optional<DatosPropietario> MascotaStore::propietario(qint64 idCliente) {
     if (p.LOPD.isEmpty()) p.LOPD = QStringLiteral("0");
     const QVariant iva = c->valor(QStringLiteral("IdTipoIVA"));
     if (!iva.isNull()) {
-        if (const auto t = registros_.cargar(tablaDe(QStringLiteral("TiposIVA")), iva))
+        if (const auto t = registros_.cargar(descriptorRequerido(QStringLiteral("TiposIVA")), iva))
             p.IVAaAplicar = t->texto(QStringLiteral("Descripcion"));
     }
     return p;
@@ -124,7 +118,7 @@ QString MascotaStore::tablaLookup(const QString& columna) {
 QList<OpcionLookup> MascotaStore::opciones(const QString& columna, std::optional<qint64> idEspecie) {
     const QString nombre = tablaLookup(columna);
     if (nombre.isEmpty()) return {};
-    const DescriptorTabla& t = tablaDe(nombre);
+    const DescriptorTabla& t = descriptorRequerido(nombre);
     QStringList condiciones;
     QVariantList valores;
     if (t.tieneColumna(QStringLiteral("Activo"))) {
@@ -221,7 +215,7 @@ void MascotaStore::cambiarPropietario(qint64 idMascota, qint64 origen, qint64 de
         {destino, idMascota, origen});
     if (movidas != 1)
         throw ErrorPrograma(QStringLiteral("La mascota ya no pertenece al propietario actual indicado."));
-    Registro cambio(tablaDe(QStringLiteral("CambiosPropietario")));
+    Registro cambio(descriptorRequerido(QStringLiteral("CambiosPropietario")));
     cambio.setValor(QStringLiteral("Fecha"), fecha);
     cambio.setValor(QStringLiteral("IdMascota"), idMascota);
     cambio.setValor(QStringLiteral("IdClienteOrigen"), origen);

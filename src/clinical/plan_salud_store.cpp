@@ -2,16 +2,8 @@
 
 #include "data/esquema.h"
 
-namespace {
-const DescriptorTabla& requerida(const QString& nombre) {
-    const DescriptorTabla* t = descriptorTabla(nombre);
-    if (!t) throw ErrorPrograma(QStringLiteral("Falta la tabla ") + nombre + QLatin1Char('.'));
-    return *t;
-}
-} // namespace
-
 const DescriptorTabla& PlanSaludStore::tabla() {
-    return requerida(QStringLiteral("PlanesSalud"));
+    return descriptorRequerido(QStringLiteral("PlanesSalud"));
 }
 
 std::optional<Registro> PlanSaludStore::cargar(qint64 idPlan) {
@@ -33,7 +25,7 @@ void PlanSaludStore::actualizar(const Registro& r) {
 }
 
 bool PlanSaludStore::eliminar(qint64 idPlan) {
-    const DescriptorTabla& condiciones = requerida(QStringLiteral("CondicionesEspeciales"));
+    const DescriptorTabla& condiciones = descriptorRequerido(QStringLiteral("CondicionesEspeciales"));
     RegistroStore store(db_);
     store.ejecutar(QStringLiteral("DELETE FROM ") + condiciones.tabla +
                        QStringLiteral(" WHERE IdPlanSalud = ?"),
@@ -44,6 +36,6 @@ bool PlanSaludStore::eliminar(qint64 idPlan) {
 }
 
 qint64 PlanSaludStore::contarMascotas(qint64 idPlan) {
-    return RegistroStore(db_).contar(requerida(QStringLiteral("Mascotas")),
+    return RegistroStore(db_).contar(descriptorRequerido(QStringLiteral("Mascotas")),
                                      {QStringLiteral("IdPlanSalud = ?"), {static_cast<qlonglong>(idPlan)}});
 }

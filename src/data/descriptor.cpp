@@ -42,3 +42,17 @@ DescriptorColumna colLista(const QString& nombre, const QString& descripcion, co
     c.ValorExternoS = externos;
     return c;
 }
+
+DescriptorColumna colActivo(int desde) {
+    DescriptorColumna c = colLista(QStringLiteral("Activo"), QStringLiteral("Activo"),
+                                   {QStringLiteral("S"), QStringLiteral("N")},
+                                   {QStringLiteral("Sí"), QStringLiteral("No")}, false);
+    c.porDefecto = QStringLiteral("'S'");
+    c.desde = desde;
+    return c;
+}
+
+DescriptorIndice indiceDe(const QString& tabla, const QStringList& columnas, int desde, bool unico) {
+    return {QStringLiteral("IX_") + tabla + QLatin1Char('_') + columnas.join(QLatin1Char('_')), columnas,
+            unico, desde};
+}

@@ -75,3 +75,9 @@ DescriptorColumna col(const QString& nombre, TipoColumna tipo, const QString& de
                       bool opcional = true);
 DescriptorColumna colLista(const QString& nombre, const QString& descripcion, const QStringList& internos,
                            const QStringList& externos, bool opcional = true);
+// "Activo" Sí/No ("S"/"N", "S" by default): a value no longer in use is kept for the records
+// that name it but marked "No" rather than deleted.
+DescriptorColumna colActivo(int desde = 1);
+// An index named "IX_" + table + "_" + columns.
+DescriptorIndice indiceDe(const QString& tabla, const QStringList& columnas, int desde = 1,
+                          bool unico = false);

@@ -30,6 +30,12 @@ const DescriptorTabla* descriptorTabla(const QString& tabla) {
     return nullptr;
 }
 
+const DescriptorTabla& descriptorRequerido(const QString& tabla) {
+    const DescriptorTabla* t = descriptorTabla(tabla);
+    if (!t) throw ErrorPrograma(QStringLiteral("La tabla '%1' no está en el catálogo.").arg(tabla));
+    return *t;
+}
+
 int versionEsquemaPrograma() {
     int v = 1;
     for (const auto& t : catalogo()) {

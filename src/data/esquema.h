@@ -10,6 +10,8 @@
 const QList<DescriptorTabla>& catalogo();
 // The descriptor of a table (by name, case-insensitive); nullptr when unknown.
 const DescriptorTabla* descriptorTabla(const QString& tabla);
+// The same for a table the caller cannot do without; throws ErrorPrograma when unknown.
+const DescriptorTabla& descriptorRequerido(const QString& tabla);
 
 // Highest version named by the catalogue: the schema this program needs.
 int versionEsquemaPrograma();

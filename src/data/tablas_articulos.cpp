@@ -10,9 +10,6 @@ namespace {
 using T = TipoColumna;
 constexpr int V = 2;
 
-const QStringList kSiNoInterno = {QStringLiteral("S"), QStringLiteral("N")};
-const QStringList kSiNoExterno = {QStringLiteral("Sí"), QStringLiteral("No")};
-
 DescriptorColumna c(const QString& nombre, T tipo, const QString& etiqueta, int longitud = 0,
                     bool opcional = true) {
     DescriptorColumna d = col(nombre, tipo, etiqueta, longitud, opcional);
@@ -31,11 +28,6 @@ DescriptorTabla tabla(const QString& nombre, const QString& desc, const QList<De
     t.desde = V;
     t.parametro = parametro;
     return t;
-}
-
-DescriptorIndice indice(const QString& tabla, const QStringList& columnas, bool unico = false) {
-    return {QStringLiteral("IX_") + tabla + QLatin1Char('_') + columnas.join(QLatin1Char('_')), columnas,
-            unico, V};
 }
 
 DescriptorColumna serie(const QString& nombre = QStringLiteral("Serie")) {
@@ -84,9 +76,9 @@ DescriptorTabla articulos() {
          c(QStringLiteral("ArtNotas"), T::Memo, QStringLiteral("Notas")),
          c(QStringLiteral("ArtAviso"), T::Memo, QStringLiteral("Aviso"))},
         QStringLiteral("Articulo"), false);
-    t.indices = {indice(t.tabla, {QStringLiteral("Articulo")}),
-                 indice(t.tabla, {QStringLiteral("ArtCodBarras")}),
-                 indice(t.tabla, {QStringLiteral("SubFamilia")})};
+    t.indices = {indiceDe(t.tabla, {QStringLiteral("Articulo")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("ArtCodBarras")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("SubFamilia")}, V)};
     return t;
 }
 
@@ -97,7 +89,7 @@ DescriptorTabla familias() {
                c(QStringLiteral("IdSeccion"), T::Entero, QStringLiteral("Sección"), 0, false),
                c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Familia"), 40, false), serie()},
               QStringLiteral("Descripcion"), true);
-    t.indices = {indice(t.tabla, {QStringLiteral("IdSeccion")})};
+    t.indices = {indiceDe(t.tabla, {QStringLiteral("IdSeccion")}, V)};
     return t;
 }
 
@@ -108,7 +100,7 @@ DescriptorTabla subfamilias() {
                c(QStringLiteral("IdFamilia"), T::Entero, QStringLiteral("Familia"), 0, false),
                c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Subfamilia"), 40, false), serie()},
               QStringLiteral("Descripcion"), true);
-    t.indices = {indice(t.tabla, {QStringLiteral("IdFamilia")})};
+    t.indices = {indiceDe(t.tabla, {QStringLiteral("IdFamilia")}, V)};
     return t;
 }
 
@@ -121,19 +113,17 @@ DescriptorTabla tiposArticulo() {
 }
 
 DescriptorTabla proveedores() {
-    DescriptorColumna activo =
-        colLista(QStringLiteral("Activo"), QStringLiteral("Activo"), kSiNoInterno, kSiNoExterno, false);
-    activo.desde = V;
-    activo.porDefecto = QStringLiteral("'S'");
-    DescriptorTabla t = tabla(QStringLiteral("Proveedores"), QStringLiteral("Proveedor"),
-                 {c(QStringLiteral("IdProveedor"), T::Autonumerico, QStringLiteral("Código"), 0, false),
-                  c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 100, false),
-                  c(QStringLiteral("NIF"), T::Texto, QStringLiteral("N.I.F."), 20),
-                  c(QStringLiteral("Contacto"), T::Texto, QStringLiteral("Persona de contacto"), 60),
-                  c(QStringLiteral("Telefono"), T::Texto, QStringLiteral("Teléfono"), 20),
-                  c(QStringLiteral("EMail"), T::Texto, QStringLiteral("E-Mail"), 100),
-                  c(QStringLiteral("Subcuenta"), T::Texto, QStringLiteral("Subcuenta contable"), 12), activo},
-                 QStringLiteral("Nombre"), true);
+    const DescriptorColumna activo = colActivo(V);
+    DescriptorTabla t =
+        tabla(QStringLiteral("Proveedores"), QStringLiteral("Proveedor"),
+              {c(QStringLiteral("IdProveedor"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+               c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 100, false),
+               c(QStringLiteral("NIF"), T::Texto, QStringLiteral("N.I.F."), 20),
+               c(QStringLiteral("Contacto"), T::Texto, QStringLiteral("Persona de contacto"), 60),
+               c(QStringLiteral("Telefono"), T::Texto, QStringLiteral("Teléfono"), 20),
+               c(QStringLiteral("EMail"), T::Texto, QStringLiteral("E-Mail"), 100),
+               c(QStringLiteral("Subcuenta"), T::Texto, QStringLiteral("Subcuenta contable"), 12), activo},
+              QStringLiteral("Nombre"), true);
     // A supplier's subaccount begins with the suppliers' prefix.
     t.validacion = [](const Registro& r) -> std::optional<FalloValidacion> {
         if (const auto error = comprobarSubcuentaProveedor(r.texto(QStringLiteral("Subcuenta"))))
@@ -172,9 +162,9 @@ DescriptorTabla albaranes() {
                cero(c(QStringLiteral("Total"), T::Decimal, QStringLiteral("Total"))),
                cero(c(QStringLiteral("Pendiente"), T::Decimal, QStringLiteral("Pendiente")))},
               QStringLiteral("NumAlbaran"), false);
-    t.indices = {indice(t.tabla, {QStringLiteral("Serie"), QStringLiteral("NumAlbaran")}, true),
-                 indice(t.tabla, {QStringLiteral("IdCliente")}),
-                 indice(t.tabla, {QStringLiteral("NumFactura")})};
+    t.indices = {indiceDe(t.tabla, {QStringLiteral("Serie"), QStringLiteral("NumAlbaran")}, V, true),
+                 indiceDe(t.tabla, {QStringLiteral("IdCliente")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("NumFactura")}, V)};
     return t;
 }
 
@@ -193,8 +183,8 @@ DescriptorTabla lineasAlbaran() {
                c(QStringLiteral("PorcentajeIVA"), T::Decimal, QStringLiteral("% I.V.A.")),
                c(QStringLiteral("Importe"), T::Decimal, QStringLiteral("Total línea")), serie()},
               QStringLiteral("Descripcion"), false);
-    t.indices = {indice(t.tabla, {QStringLiteral("IdAlbaran")}),
-                 indice(t.tabla, {QStringLiteral("IdArticulo")})};
+    t.indices = {indiceDe(t.tabla, {QStringLiteral("IdAlbaran")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("IdArticulo")}, V)};
     return t;
 }
 } // namespace

@@ -25,11 +25,6 @@ DescriptorTabla tabla(const QString& nombre, const QString& desc, const QList<De
     return t;
 }
 
-DescriptorIndice indice(const QString& tabla, const QStringList& columnas) {
-    return {QStringLiteral("IX_") + tabla + QLatin1Char('_') + columnas.join(QLatin1Char('_')), columnas,
-            false, V};
-}
-
 const QStringList kTarifas = {QStringLiteral("TARIFA 1"), QStringLiteral("TARIFA 2"),
                               QStringLiteral("TARIFA 3")};
 
@@ -71,15 +66,13 @@ DescriptorTabla clientes() {
          c(QStringLiteral("FechaBaja"), T::Fecha, QStringLiteral("Fecha de baja")),
          c(QStringLiteral("IdTipoCliente"), T::Entero, QStringLiteral("Tipo de cliente")),
          c(QStringLiteral("CodigoIdioma"), T::Texto, QStringLiteral("Idioma"), 2),
-         c(QStringLiteral("IdFormaContacto"), T::Entero, QStringLiteral("Forma de contacto")),
-         via,
+         c(QStringLiteral("IdFormaContacto"), T::Entero, QStringLiteral("Forma de contacto")), via,
          c(QStringLiteral("Clinica"), T::Texto, QStringLiteral("Clínica"), 60),
          c(QStringLiteral("ImpedirDeuda"), T::Logico, QStringLiteral("Impedir deuda")),
          c(QStringLiteral("ExentoIVA"), T::Logico, QStringLiteral("Exento de I.V.A.")),
          c(QStringLiteral("EmpresaExtranjero"), T::Logico,
            QStringLiteral("Empresa con residencia en el extranjero")),
-         lopd,
-         c(QStringLiteral("Subcuenta"), T::Texto, QStringLiteral("Subcuenta contable"), 12),
+         lopd, c(QStringLiteral("Subcuenta"), T::Texto, QStringLiteral("Subcuenta contable"), 12),
          c(QStringLiteral("IBAN"), T::Texto, QStringLiteral("IBAN"), 34),
          c(QStringLiteral("BIC"), T::Texto, QStringLiteral("BIC"), 11),
          c(QStringLiteral("FechaMandato"), T::Fecha, QStringLiteral("Fecha del mandato")),
@@ -99,16 +92,18 @@ DescriptorTabla clientes() {
          c(QStringLiteral("FraTelefono2"), T::Texto, QStringLiteral("Teléfono 2 (facturación)"), 20),
          c(QStringLiteral("FraMovil"), T::Texto, QStringLiteral("Móvil (facturación)"), 20),
          c(QStringLiteral("FraFax"), T::Texto, QStringLiteral("Fax (facturación)"), 20),
-         c(QStringLiteral("FraEMail"), T::Texto, QStringLiteral("E-Mail (facturación)"), 100),
-         tarifa,
+         c(QStringLiteral("FraEMail"), T::Texto, QStringLiteral("E-Mail (facturación)"), 100), tarifa,
          c(QStringLiteral("DtoGeneral"), T::Decimal, QStringLiteral("Descuento general")),
          c(QStringLiteral("IdTipoIVA"), T::Entero, QStringLiteral("I.V.A. a aplicar"))},
         QStringLiteral("Nombre"));
-    t.indices = {indice(t.tabla, {QStringLiteral("Nombre")}), indice(t.tabla, {QStringLiteral("DNI")}),
-                 indice(t.tabla, {QStringLiteral("Telefono1")}), indice(t.tabla, {QStringLiteral("Movil")}),
-                 indice(t.tabla, {QStringLiteral("CodigoPostal")}),
-                 indice(t.tabla, {QStringLiteral("NombreBusqueda")}),
-                 indice(t.tabla, {QStringLiteral("Telefono2")}), indice(t.tabla, {QStringLiteral("Telefono3")})};
+    t.indices = {indiceDe(t.tabla, {QStringLiteral("Nombre")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("DNI")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("Telefono1")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("Movil")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("CodigoPostal")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("NombreBusqueda")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("Telefono2")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("Telefono3")}, V)};
     return t;
 }
 
@@ -127,8 +122,7 @@ DescriptorTabla mascotas() {
          // The name in upper case without accents, filled on every write (normalizarBusqueda).
          c(QStringLiteral("NombreBusqueda"), T::Texto, QStringLiteral("Nombre para búsquedas"), 60),
          c(QStringLiteral("IdEspecie"), T::Entero, QStringLiteral("Especie")),
-         c(QStringLiteral("IdRaza"), T::Entero, QStringLiteral("Raza")),
-         sexo,
+         c(QStringLiteral("IdRaza"), T::Entero, QStringLiteral("Raza")), sexo,
          c(QStringLiteral("IdCapa"), T::Entero, QStringLiteral("Capa")),
          c(QStringLiteral("IdPelo"), T::Entero, QStringLiteral("Pelo")),
          c(QStringLiteral("IdCaracter"), T::Entero, QStringLiteral("Carácter")),
@@ -152,18 +146,15 @@ DescriptorTabla mascotas() {
          c(QStringLiteral("Notas"), T::Memo, QStringLiteral("Notas")),
          c(QStringLiteral("Avisos"), T::Memo, QStringLiteral("Avisos"))},
         QStringLiteral("Nombre"));
-    t.indices = {indice(t.tabla, {QStringLiteral("IdCliente")}), indice(t.tabla, {QStringLiteral("Nombre")}),
-                 indice(t.tabla, {QStringLiteral("Chip")}),
-                 indice(t.tabla, {QStringLiteral("NombreBusqueda")})};
+    t.indices = {indiceDe(t.tabla, {QStringLiteral("IdCliente")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("Nombre")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("Chip")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("NombreBusqueda")}, V)};
     return t;
 }
 
 DescriptorTabla razas() {
-    DescriptorColumna activo = colLista(QStringLiteral("Activo"), QStringLiteral("Activo"),
-                                        {QStringLiteral("S"), QStringLiteral("N")},
-                                        {QStringLiteral("Sí"), QStringLiteral("No")}, false);
-    activo.desde = V;
-    activo.porDefecto = QStringLiteral("'S'");
+    const DescriptorColumna activo = colActivo(V);
     DescriptorTabla t =
         tabla(QStringLiteral("Razas"), QStringLiteral("Raza"),
               {c(QStringLiteral("IdRaza"), T::Autonumerico, QStringLiteral("Código"), 0, false),
@@ -171,16 +162,12 @@ DescriptorTabla razas() {
                c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Raza"), 60, false), activo},
               QStringLiteral("Descripcion"));
     t.parametro = true;
-    t.indices = {indice(t.tabla, {QStringLiteral("IdEspecie")})};
+    t.indices = {indiceDe(t.tabla, {QStringLiteral("IdEspecie")}, V)};
     return t;
 }
 
 DescriptorTabla personal() {
-    DescriptorColumna activo = colLista(QStringLiteral("Activo"), QStringLiteral("Activo"),
-                                        {QStringLiteral("S"), QStringLiteral("N")},
-                                        {QStringLiteral("Sí"), QStringLiteral("No")}, false);
-    activo.desde = V;
-    activo.porDefecto = QStringLiteral("'S'");
+    const DescriptorColumna activo = colActivo(V);
     DescriptorTabla t =
         tabla(QStringLiteral("Personal"), QStringLiteral("Miembro del Personal"),
               {c(QStringLiteral("IdPersonal"), T::Autonumerico, QStringLiteral("Código"), 0, false),
@@ -219,8 +206,8 @@ DescriptorTabla condiciones() {
                c(QStringLiteral("Precio"), T::Decimal, QStringLiteral("Precio")), tarifa,
                c(QStringLiteral("Descuento"), T::Decimal, QStringLiteral("Dto."))},
               QStringLiteral("IdCondicion"));
-    t.indices = {indice(t.tabla, {QStringLiteral("IdCliente")}),
-                 indice(t.tabla, {QStringLiteral("IdPlanSalud")})};
+    t.indices = {indiceDe(t.tabla, {QStringLiteral("IdCliente")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("IdPlanSalud")}, V)};
     return t;
 }
 
@@ -234,7 +221,8 @@ DescriptorTabla cambiosPropietario() {
          c(QStringLiteral("IdClienteDestino"), T::Entero, QStringLiteral("Nuevo Propietario"), 0, false),
          c(QStringLiteral("Usuario"), T::Texto, QStringLiteral("Usuario"), 20)},
         QStringLiteral("Fecha"));
-    t.indices = {indice(t.tabla, {QStringLiteral("IdMascota")}), indice(t.tabla, {QStringLiteral("Fecha")})};
+    t.indices = {indiceDe(t.tabla, {QStringLiteral("IdMascota")}, V),
+                 indiceDe(t.tabla, {QStringLiteral("Fecha")}, V)};
     return t;
 }
 } // namespace

@@ -18,13 +18,8 @@ DescriptorColumna descripcion(int longitud, const QString& etiqueta = QStringLit
     return col(QStringLiteral("Descripcion"), T::Texto, etiqueta, longitud, false);
 }
 
-// "Activo" Sí/No: a value no longer in use is kept for the records that name it but is
-// marked "No" rather than deleted.
 DescriptorColumna activo() {
-    DescriptorColumna c =
-        colLista(QStringLiteral("Activo"), QStringLiteral("Activo"), kSiNoInterno, kSiNoExterno, false);
-    c.porDefecto = QStringLiteral("'S'");
-    return c;
+    return colActivo();
 }
 
 DescriptorColumna porcentaje() {
