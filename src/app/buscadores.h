@@ -38,4 +38,6 @@ struct Buscadores {
     std::function<std::optional<qint64>(const QString& textoInicial)> articulo;
     // Health plan search: returns the plan number.
     std::function<std::optional<qint64>(const QString& textoInicial)> planSalud;
+    // Delivery-note search: returns the note's IdAlbaran.
+    std::function<std::optional<qint64>()> albaran;
 };
