@@ -29,6 +29,7 @@ public:
         if (mensajes++ == 0) std::fprintf(stderr, "%s\n", qPrintable(texto));
     }
     bool preguntar(Icono, const QString&, const QString&) override { return true; }
+    int elegir(const QString&, const QString&, const QStringList&) override { return -1; }
     QString elegirFichero(const QString&, const QString&, const QString&) override { return {}; }
     QString elegirFicheroGuardar(const QString&, const QString&, const QString&) override { return {}; }
     void progreso(const QString&) override {}

@@ -11,6 +11,8 @@
 
 #include <memory>
 
+class SalidaDocumentos;
+
 // Section IMPRESORA TICKETS of PRAMELVIX.INI.
 struct ImpresoraTickets {
     QString TIPO, IMPRESORA, PUERTO, BITSDATOS, BITSPARADA, PARIDAD, VELOCIDAD, NUMPASADAS, CORTEPAPEL;
@@ -56,6 +58,9 @@ public:
 
     // The search screens other screens open to pick a client, an article, a plan.
     Buscadores buscadores;
+    // Where previews and printed documents go on a display (set by the main window); null
+    // without one.
+    SalidaDocumentos* salidaDocumentos = nullptr;
 
     QString usuario;       // login name
     QString nombreUsuario; // name shown

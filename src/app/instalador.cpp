@@ -1,4 +1,5 @@
 #include "app/instalador.h"
+#include "sales/demo_albaranes.h"
 
 #include "app/arranque.h"
 #include "app/claves.h"
@@ -9,6 +10,7 @@
 #include "data/esquema.h"
 #include "data/registro.h"
 #include "data/reparacion.h"
+#include "documents/plantillas_defecto.h"
 
 #include <QDir>
 #include <QFile>
@@ -101,6 +103,7 @@ QString crearInstalacion(const OpcionesInstalacion& op) {
     for (const QString& sub : subcarpetasDatos())
         if (!QDir().mkpath(QDir(datos).filePath(sub)))
             return QStringLiteral("No se ha podido crear la carpeta '%1'.").arg(QDir(datos).filePath(sub));
+    if (const QString error = instalarPlantillasPorDefecto(datos); !error.isEmpty()) return error;
     try {
         std::unique_ptr<Database> db =
             op.conexionPostgreSQL.isEmpty()
@@ -124,6 +127,14 @@ void cargarDemo(Database& db, const QString& puesto) {
     const QString sal = nuevaSal();
     UsuarioStore(db).guardar({QStringLiteral("recepcion"), QStringLiteral("Recepción"), sal,
                               hashClave(sal, QStringLiteral("recepcion")), kTipoUsuario});
+    // The clinic's own data, printed on its documents.
+    Ajustes ajustes(db);
+    ajustes.escribir(claves::NOMBRE_CLINICA, QStringLiteral("Clínica Veterinaria Los Álamos"));
+    ajustes.escribir(claves::NIF_CLINICA, QStringLiteral("B86543210"));
+    ajustes.escribir(claves::DIRECCION_CLINICA, QStringLiteral("Avenida de los Álamos, 14"));
+    ajustes.escribir(claves::POBLACION_CLINICA, QStringLiteral("28043 Madrid"));
+    ajustes.escribir(claves::TELEFONO_CLINICA, QStringLiteral("910 123 456"));
+    ajustes.escribir(claves::EMAIL_CLINICA, QStringLiteral("info@vetlosalamos.es"));
     const QStringList desc{QStringLiteral("Descripcion")};
     anyadir(db, QStringLiteral("Series"),
             {QStringLiteral("Serie"), QStringLiteral("Descripcion"), QStringLiteral("Tipo")},
@@ -247,4 +258,6 @@ void cargarDemo(Database& db, const QString& puesto) {
             {QStringLiteral("Puesto"), QStringLiteral("SerieVenta"), QStringLiteral("SerieAbono"),
              QStringLiteral("Tarifa"), QStringLiteral("IdEspecie"), QStringLiteral("AutoGuardado")},
             {{puesto, QStringLiteral("A"), QStringLiteral("R"), QStringLiteral("TARIFA 1"), 1, 0}});
+    // Some delivery notes of the last weeks, priced as the screen prices them.
+    cargarAlbaranesDemo(db, QStringLiteral("A"), QDate::currentDate());
 }

@@ -1,6 +1,7 @@
 #include "clients/cliente_busqueda_store.h"
 
 #include "data/esquema.h"
+#include "data/filtro_sql.h"
 #include "data/registro.h"
 
 #include <QRegularExpression>
@@ -26,34 +27,12 @@ bool CriteriosBusquedaCliente::hayCriteriosMascota() const {
 }
 
 namespace {
-// Builds the WHERE clause and its bound values together, so that they cannot drift apart.
-struct Filtro {
-    QStringList partes;
-    QVariantList valores;
-    void y(const QString& sql, const QVariantList& v = {}) {
-        partes << sql;
-        valores << v;
-    }
-    QString sql() const {
-        return partes.isEmpty() ? QString()
-                                : QStringLiteral(" WHERE ") + partes.join(QStringLiteral(" AND "));
-    }
-};
-
-QString escaparLike(const QString& texto) {
-    QString r = texto;
-    r.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
-    r.replace(QLatin1Char('%'), QStringLiteral("\\%"));
-    r.replace(QLatin1Char('_'), QStringLiteral("\\_"));
-    return r;
-}
-
 const QString kEscape = QStringLiteral(" ESCAPE '\\'");
 
 // The normalised name column begins with the normalised text. On SQLite a range on the
 // column (binary order) walks its index; on PostgreSQL, whose collation need not be
 // binary, LIKE is always right.
-void nombreEmpieza(Filtro& f, Motor motor, const QString& columna, const QString& normalizado) {
+void nombreEmpieza(FiltroSql& f, Motor motor, const QString& columna, const QString& normalizado) {
     if (motor == Motor::SQLite) {
         f.y(columna + QStringLiteral(" >= ? AND ") + columna + QStringLiteral(" < ?"),
             {normalizado, normalizado + QString::fromUcs4(U"\U0010FFFF")});
@@ -62,7 +41,7 @@ void nombreEmpieza(Filtro& f, Motor motor, const QString& columna, const QString
     }
 }
 
-void nombre(Filtro& f, Motor motor, const QString& columna, const QString& texto, ModoNombre modo) {
+void nombre(FiltroSql& f, Motor motor, const QString& columna, const QString& texto, ModoNombre modo) {
     const QString n = normalizarBusqueda(texto);
     if (n.isEmpty()) return;
     switch (modo) {
@@ -80,28 +59,28 @@ void nombre(Filtro& f, Motor motor, const QString& columna, const QString& texto
 }
 
 // Anywhere in the text, upper/lower case ignored.
-void contiene(Filtro& f, Motor motor, const QString& columna, const QString& texto) {
+void contiene(FiltroSql& f, Motor motor, const QString& columna, const QString& texto) {
     const QString t = texto.trimmed();
     if (t.isEmpty()) return;
     f.y(columna + (motor == Motor::SQLite ? QStringLiteral(" LIKE ?") : QStringLiteral(" ILIKE ?")) + kEscape,
         {QLatin1Char('%') + escaparLike(t) + QLatin1Char('%')});
 }
 
-void igual(Filtro& f, const QString& columna, const QString& texto) {
+void igual(FiltroSql& f, const QString& columna, const QString& texto) {
     const QString t = texto.trimmed();
     if (!t.isEmpty()) f.y(columna + QStringLiteral(" = ?"), {t});
 }
 
-void igual(Filtro& f, const QString& columna, const std::optional<qint64>& v) {
+void igual(FiltroSql& f, const QString& columna, const std::optional<qint64>& v) {
     if (v) f.y(columna + QStringLiteral(" = ?"), {*v});
 }
 
-void dni(Filtro& f, const QString& texto) {
+void dni(FiltroSql& f, const QString& texto) {
     const QString t = texto.trimmed();
     if (!t.isEmpty()) f.y(QStringLiteral("c.DNI IN (?, ?)"), {t, t.toUpper()});
 }
 
-void telefono(Filtro& f, const QString& texto) {
+void telefono(FiltroSql& f, const QString& texto) {
     QString t = texto;
     t.remove(QRegularExpression(QStringLiteral("\\s")));
     if (t.isEmpty()) return;
@@ -117,7 +96,7 @@ const QString kColumnasCliente = QStringLiteral(
     "SELECT c.IdCliente, c.Nombre, c.DNI, c.Direccion, c.CodigoPostal, c.Poblacion, c.Provincia, c.EMail, "
     "c.Clinica, c.FechaBaja FROM Clientes c");
 
-QList<FilaClienteBusqueda> leerClientes(Database& db, const Filtro& f, int limite) {
+QList<FilaClienteBusqueda> leerClientes(Database& db, const FiltroSql& f, int limite) {
     QVariantList valores = f.valores;
     valores << limite;
     QSqlQuery q = db.ejecutar(kColumnasCliente + f.sql() +
@@ -158,7 +137,7 @@ bool hayAviso(const QString& texto) {
 
 QList<FilaClienteBusqueda> ClienteBusquedaStore::buscar(const CriteriosBusquedaCliente& c, int limite) {
     const Motor m = db_.motor();
-    Filtro f;
+    FiltroSql f;
     nombre(f, m, QStringLiteral("c.NombreBusqueda"), c.nombre, c.modoNombre);
     dni(f, c.dni);
     contiene(f, m, QStringLiteral("c.Direccion"), c.direccion);
@@ -176,7 +155,7 @@ QList<FilaClienteBusqueda> ClienteBusquedaStore::buscar(const CriteriosBusquedaC
         igual(f, QStringLiteral("c.LOPD"), c.lopd);
     if (!c.incluirClientesBaja) f.y(QStringLiteral("c.FechaBaja IS NULL"));
     if (c.hayCriteriosMascota()) {
-        Filtro p;
+        FiltroSql p;
         nombre(p, m, QStringLiteral("m.NombreBusqueda"), c.nombreMascota, ModoNombre::Comienzo);
         igual(p, QStringLiteral("m.IdMascota"), c.idMascota);
         igual(p, QStringLiteral("m.Chip"), c.chip);
@@ -208,7 +187,7 @@ QList<FilaClienteBusqueda> ClienteBusquedaStore::buscar(const CriteriosBusquedaC
 QList<FilaClienteBusqueda> ClienteBusquedaStore::buscarReducida(const CriteriosBusquedaReducida& c,
                                                                 int limite) {
     const Motor m = db_.motor();
-    Filtro f;
+    FiltroSql f;
     igual(f, QStringLiteral("c.IdCliente"), c.idCliente);
     nombre(f, m, QStringLiteral("c.NombreBusqueda"), c.nombre, ModoNombre::Comienzo);
     contiene(f, m, QStringLiteral("c.Clinica"), c.clinica);

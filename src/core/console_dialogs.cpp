@@ -66,6 +66,28 @@ bool ConsoleDialogs::preguntar(Icono icono, const QString& titulo, const QString
            r == QLatin1String("y") || r == QLatin1String("yes");
 }
 
+int ConsoleDialogs::elegir(const QString& titulo, const QString& texto, const QStringList& opciones) {
+    QString lista;
+    for (qsizetype i = 0; i < opciones.size(); ++i)
+        lista += QStringLiteral("\n  %1) ").arg(i + 1) + opciones.at(i);
+    bloque(QStringLiteral("ELEGIR"), titulo, texto + lista);
+    if (opciones.isEmpty()) return -1;
+    while (true) {
+        escribir(QStringLiteral("Número (vacío para cancelar): "));
+        QString respuesta;
+        if (!leerLinea(respuesta)) {
+            escribir(QStringLiteral("\n"));
+            return -1;
+        }
+        respuesta = respuesta.trimmed();
+        if (respuesta.isEmpty()) return -1;
+        bool ok = false;
+        const int n = respuesta.toInt(&ok);
+        if (ok && n >= 1 && n <= opciones.size()) return n - 1;
+        escribir(QStringLiteral("Escriba un número del 1 al %1.\n").arg(opciones.size()));
+    }
+}
+
 QString ConsoleDialogs::elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) {
     bloque(QStringLiteral("FICHERO"), titulo, filtro + QStringLiteral(" (") + carpeta + QLatin1Char(')'));
     QString ruta;

@@ -4,7 +4,8 @@
 //   [ERROR] Pramelvix
 //   Error en la ejecución
 // A question reads its answer from standard input ("s", "si", "sí", "y", "yes" mean Yes;
-// anything else, or the end of input, means No). A file picker reads a path.
+// anything else, or the end of input, means No). A file picker reads a path. A list picker
+// numbers the options from 1 and reads the number (an empty line or the end of input cancels).
 #include "core/dialogs.h"
 
 #include <cstdio>
@@ -16,6 +17,7 @@ public:
     void mostrar(Icono icono, const QString& titulo, const QString& texto) override;
     bool preguntar(Icono icono, const QString& titulo, const QString& texto) override;
     using Dialogs::preguntar;
+    int elegir(const QString& titulo, const QString& texto, const QStringList& opciones) override;
     QString elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) override;
     QString elegirFicheroGuardar(const QString& titulo, const QString& filtro,
                                  const QString& propuesto) override;

@@ -3,6 +3,7 @@
 // and a progress text. Qt draws them on a display; the console implementation writes them
 // to the terminal; tests script them.
 #include <QString>
+#include <QStringList>
 
 enum class Icono {
     Ninguno,     // plain box
@@ -21,6 +22,9 @@ public:
     virtual void mostrar(Icono icono, const QString& titulo, const QString& texto) = 0;
     // Yes/No question; true means Yes.
     virtual bool preguntar(Icono icono, const QString& titulo, const QString& texto) = 0;
+    // Picks one of the options (shown in the given order); the index chosen, or -1 when the
+    // user cancelled.
+    virtual int elegir(const QString& titulo, const QString& texto, const QStringList& opciones) = 0;
     // File pickers; an empty text means the user cancelled.
     virtual QString elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) = 0;
     virtual QString elegirFicheroGuardar(const QString& titulo, const QString& filtro,

@@ -32,6 +32,12 @@ const QList<AjusteConocido>& ajustesConocidos() {
         {SUF_ORDENANTE, QString(), QStringLiteral("Sufijo del ordenante de remesas")},
         {CCC_ORDENANTE, QString(), QStringLiteral("Cuenta del ordenante de remesas")},
         {BIC_ORDENANTE, QString(), QStringLiteral("BIC del ordenante de remesas")},
+        {NOMBRE_CLINICA, QString(), QStringLiteral("Nombre de la clínica en los documentos")},
+        {NIF_CLINICA, QString(), QStringLiteral("N.I.F. de la clínica")},
+        {DIRECCION_CLINICA, QString(), QStringLiteral("Dirección de la clínica")},
+        {POBLACION_CLINICA, QString(), QStringLiteral("Código postal y población de la clínica")},
+        {TELEFONO_CLINICA, QString(), QStringLiteral("Teléfono de la clínica")},
+        {EMAIL_CLINICA, QString(), QStringLiteral("E-Mail de la clínica")},
     };
     return lista;
 }

@@ -33,6 +33,13 @@ inline const QString NOM_ORDENANTE = QStringLiteral("NOM. ORDENANTE");
 inline const QString SUF_ORDENANTE = QStringLiteral("SUF. ORDENANTE");
 inline const QString CCC_ORDENANTE = QStringLiteral("CCC ORDENANTE");
 inline const QString BIC_ORDENANTE = QStringLiteral("BIC ORDENANTE");
+// The clinic's own data, printed on its documents (empty until the clinic fills it).
+inline const QString NOMBRE_CLINICA = QStringLiteral("NOMBRE CLINICA");
+inline const QString NIF_CLINICA = QStringLiteral("NIF CLINICA");
+inline const QString DIRECCION_CLINICA = QStringLiteral("DIRECCION CLINICA");
+inline const QString POBLACION_CLINICA = QStringLiteral("POBLACION CLINICA");
+inline const QString TELEFONO_CLINICA = QStringLiteral("TELEFONO CLINICA");
+inline const QString EMAIL_CLINICA = QStringLiteral("EMAIL CLINICA");
 } // namespace claves
 
 struct AjusteConocido {

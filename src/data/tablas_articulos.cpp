@@ -30,6 +30,12 @@ DescriptorTabla tabla(const QString& nombre, const QString& desc, const QList<De
     return t;
 }
 
+// A column added by schema version 3.
+DescriptorColumna v3(DescriptorColumna d) {
+    d.desde = 3;
+    return d;
+}
+
 DescriptorColumna serie(const QString& nombre = QStringLiteral("Serie")) {
     return c(nombre, T::Texto, QStringLiteral("Serie de facturación"), 10);
 }
@@ -164,7 +170,9 @@ DescriptorTabla albaranes() {
               QStringLiteral("NumAlbaran"), false);
     t.indices = {indiceDe(t.tabla, {QStringLiteral("Serie"), QStringLiteral("NumAlbaran")}, V, true),
                  indiceDe(t.tabla, {QStringLiteral("IdCliente")}, V),
-                 indiceDe(t.tabla, {QStringLiteral("NumFactura")}, V)};
+                 indiceDe(t.tabla, {QStringLiteral("NumFactura")}, V),
+                 // Version 3: the delivery-note search lists the newest notes first.
+                 indiceDe(t.tabla, {QStringLiteral("Fecha")}, 3)};
     return t;
 }
 
@@ -181,7 +189,17 @@ DescriptorTabla lineasAlbaran() {
                c(QStringLiteral("Descuento"), T::Decimal, QStringLiteral("% Dto.")),
                c(QStringLiteral("IdTipoIVA"), T::Entero, QStringLiteral("Tipo de I.V.A.")),
                c(QStringLiteral("PorcentajeIVA"), T::Decimal, QStringLiteral("% I.V.A.")),
-               c(QStringLiteral("Importe"), T::Decimal, QStringLiteral("Total línea")), serie()},
+               c(QStringLiteral("Importe"), T::Decimal, QStringLiteral("Total línea")), serie(),
+               // Version 3: every derived amount of the line, as the document arithmetic gave it,
+               // so that invoicing and the reports add the same cents the screen showed.
+               v3(c(QStringLiteral("PrecioSinIVA"), T::Decimal, QStringLiteral("Precio sin I.V.A."))),
+               v3(c(QStringLiteral("BrutoSinIVA"), T::Decimal, QStringLiteral("Bruto sin I.V.A."))),
+               v3(c(QStringLiteral("BrutoConIVA"), T::Decimal, QStringLiteral("Bruto con I.V.A."))),
+               v3(c(QStringLiteral("ImporteDto"), T::Decimal, QStringLiteral("Importe del descuento"))),
+               v3(c(QStringLiteral("TotalConIVA"), T::Decimal, QStringLiteral("Total con I.V.A."))),
+               v3(c(QStringLiteral("BaseImponible"), T::Decimal, QStringLiteral("Base imponible"))),
+               v3(c(QStringLiteral("CuotaIVA"), T::Decimal, QStringLiteral("Cuota de I.V.A."))),
+               v3(c(QStringLiteral("ImporteRetencion"), T::Decimal, QStringLiteral("Retención")))},
               QStringLiteral("Descripcion"), false);
     t.indices = {indiceDe(t.tabla, {QStringLiteral("IdAlbaran")}, V),
                  indiceDe(t.tabla, {QStringLiteral("IdArticulo")}, V)};

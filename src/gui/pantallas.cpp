@@ -10,15 +10,21 @@
 #include "clients/ui/registro_cambios_window.h"
 #include "clinical/ui/plan_salud_busqueda_window.h"
 #include "clinical/ui/plan_salud_window.h"
+#include "core/console_dialogs.h"
+#include "documents/ui/salida_documentos_qt.h"
 #include "gui/bloqueos_window.h"
 #include "gui/conf_bd_window.h"
 #include "gui/conf_puesto_window.h"
 #include "gui/editor_lista_window.h"
 #include "gui/main_window.h"
 #include "gui/usuarios_window.h"
+#include "sales/ui/albaran_busqueda_window.h"
+#include "sales/ui/albaran_window.h"
 #include "stock/serie_subfamilia.h"
 #include "stock/ui/articulo_busqueda_window.h"
 #include "stock/ui/articulo_window.h"
+
+#include <QApplication>
 
 void aplicarConfiguracionPuesto(MainWindow& w) {
     Entorno& e = w.entorno();
@@ -53,10 +59,14 @@ void registrarPantallas(MainWindow& w) {
     w.alActivar(QStringLiteral("mnuAdministrar"), [&w, &e] { w.abrirVentana(new UsuariosWindow(e)); });
     w.alActivar(QStringLiteral("mnuBloqueos"), [&w, &e] { w.abrirVentana(new BloqueosWindow(e)); });
 
+    // Previews and the printer dialog (not on the terminal, where nobody could close them).
+    if (!dialogosEnConsola()) e.salidaDocumentos = new SalidaDocumentosQt(e, &w);
+
     // The search screens other screens open to pick a record.
     e.buscadores.cliente = [&e](const PeticionCliente& p) { return ClienteBusquedaWindow::elegir(e, p); };
     e.buscadores.planSalud = [&e, &w](const QString& t) { return PlanSaludBusquedaWindow::elegir(e, t, &w); };
     e.buscadores.articulo = ArticuloBusquedaWindow::buscador(e, &w);
+    e.buscadores.albaran = [&e] { return AlbaranBusquedaWindow::buscador(e, QApplication::activeWindow()); };
 
     // Clients and pets.
     auto abrirMascotas = [&w, &e](qint64 idCliente) {
@@ -112,4 +122,7 @@ void registrarPantallas(MainWindow& w) {
                 [&w, &e] { abrirEditorTabla(e, QStringLiteral("Proveedores"), &w); });
     w.alActivar(QStringLiteral("mnuSeriesFacturacion"),
                 [&w, &e] { abrirEditorTabla(e, QStringLiteral("Series"), &w); });
+
+    // Delivery notes.
+    w.alActivar(QStringLiteral("mnuAlbaranes"), [&w, &e] { w.abrirVentana(new AlbaranWindow(e), false); });
 }

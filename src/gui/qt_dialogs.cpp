@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
@@ -40,6 +41,20 @@ bool QtDialogs::preguntar(Icono i, const QString& titulo, const QString& texto) 
     caja.button(QMessageBox::No)->setText(QStringLiteral("&No"));
     caja.setDefaultButton(QMessageBox::Yes);
     return caja.exec() == QMessageBox::Yes;
+}
+
+int QtDialogs::elegir(const QString& titulo, const QString& texto, const QStringList& opciones) {
+    if (opciones.isEmpty()) return -1;
+    QInputDialog caja(padre_);
+    caja.setWindowTitle(titulo);
+    caja.setLabelText(texto);
+    caja.setComboBoxItems(opciones);
+    caja.setComboBoxEditable(false);
+    caja.setTextValue(opciones.first());
+    caja.setOkButtonText(QStringLiteral("Aceptar"));
+    caja.setCancelButtonText(QStringLiteral("Cancelar"));
+    if (caja.exec() != QDialog::Accepted) return -1;
+    return static_cast<int>(opciones.indexOf(caja.textValue()));
 }
 
 QString QtDialogs::elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) {

@@ -17,6 +17,7 @@ public:
     void mostrar(Icono icono, const QString& titulo, const QString& texto) override;
     bool preguntar(Icono icono, const QString& titulo, const QString& texto) override;
     using Dialogs::preguntar;
+    int elegir(const QString& titulo, const QString& texto, const QStringList& opciones) override;
     QString elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) override;
     QString elegirFicheroGuardar(const QString& titulo, const QString& filtro,
                                  const QString& propuesto) override;

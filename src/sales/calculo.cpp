@@ -35,7 +35,7 @@ void TotalesDocumento::restar(const ImportesLinea& importes, double porcentajeIV
 void TotalesDocumento::acumular(const ImportesLinea& l, double porcentajeIVA, double signo) {
     bruto_ = redondear2(bruto_ + signo * l.brutoSinIVA);
     base_ = redondear2(base_ + signo * l.base);
-    iva_ = redondear2(iva_ + signo * l.ivaDesglose);
+    iva_ = redondear2(iva_ + signo * l.cuotaIVA);
     retencion_ = redondear2(retencion_ + signo * l.retencion);
     total_ = redondear2(total_ + signo * l.total);
 
@@ -47,6 +47,13 @@ void TotalesDocumento::acumular(const ImportesLinea& l, double porcentajeIVA, do
     it->cuota = redondear2(it->cuota + signo * l.ivaDesglose);
     it->lineas += signo > 0 ? 1 : -1;
     if (it->lineas <= 0) desglose_.erase(it);
+}
+
+double TotalesDocumento::ivaDesglose() const {
+    double suma = 0;
+    for (const DesgloseIVA& d : desglose_)
+        suma = redondear2(suma + d.cuota);
+    return suma;
 }
 
 DocumentoCalculado calcularDocumento(const QList<EntradaLinea>& lineas, double retencion, bool exento) {

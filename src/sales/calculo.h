@@ -21,7 +21,7 @@ struct ImportesLinea {
     double base = 0;        // taxable base of the line      [totalConIVA × 100 / (100 + V)]
     double cuotaIVA = 0;    // VAT of the line               [totalConIVA − base]
     double retencion = 0;   // withholding of the line       [R × base / 100]
-    double total = 0;       // line total                    [totalConIVA − retencion], less the VAT when exempt
+    double total = 0; // line total                    [totalConIVA − retencion], less the VAT when exempt
     double ivaDesglose = 0; // VAT the line puts in the per-rate breakdown: 0 when exempt
 };
 
@@ -45,8 +45,10 @@ public:
 
     double bruto() const { return bruto_; }
     double baseImponible() const { return base_; }
-    // VAT of the document: the breakdown's VAT, 0 for an exempt document.
+    // VAT of the document: every line's VAT, exempt or not (the breakdown of an exempt
+    // document holds 0; ivaDesglose() is the VAT it adds up to).
     double iva() const { return iva_; }
+    double ivaDesglose() const;
     double retencion() const { return retencion_; }
     double total() const { return total_; }
     // One row per VAT percentage in use, by increasing percentage.

@@ -14,6 +14,21 @@ bool ScriptedDialogs::preguntar(Icono icono, const QString& titulo, const QStrin
     return respuesta;
 }
 
+int ScriptedDialogs::elegir(const QString& titulo, const QString& texto, const QStringList& opciones) {
+    int opcion = -1;
+    if (opciones_.isEmpty()) {
+        ++sinRespuesta_;
+    } else {
+        opcion = opciones_.dequeue();
+        if (opcion < -1 || opcion >= opciones.size()) {
+            ++sinRespuesta_;
+            opcion = -1;
+        }
+    }
+    mensajes_.append({Icono::Pregunta, titulo, texto, true, opcion >= 0, opciones, opcion});
+    return opcion;
+}
+
 QString ScriptedDialogs::elegirFichero(const QString& titulo, const QString&, const QString&) {
     mensajes_.append({Icono::Ninguno, titulo, QStringLiteral("<elegir fichero>"), false, false});
     return ficheros_.isEmpty() ? QString() : ficheros_.dequeue();

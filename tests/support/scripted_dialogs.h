@@ -1,7 +1,8 @@
 #pragma once
-// Dialogs for tests: records every message (kind, title, text) and answers questions and
-// file pickers from a script, in order. A question with no scripted answer is recorded,
-// answered No, and counted in sinRespuesta so that a test can fail on it.
+// Dialogs for tests: records every message (kind, title, text) and answers questions, list
+// pickers and file pickers from a script, in order. A question with no scripted answer is
+// recorded, answered No, and counted in sinRespuesta so that a test can fail on it; a list
+// picker with no scripted choice (or one outside the list) likewise, answered -1 (cancelled).
 #include "core/dialogs.h"
 
 #include <QList>
@@ -14,6 +15,8 @@ struct MensajeGrabado {
     QString texto;
     bool pregunta = false;
     bool respuesta = false;
+    QStringList opciones; // a list picker's options
+    int opcion = -1;      // and the index answered
 };
 
 class ScriptedDialogs final : public Dialogs {
@@ -25,6 +28,11 @@ public:
     }
     ScriptedDialogs& si() { return responder(true); }
     ScriptedDialogs& no() { return responder(false); }
+    // The index a list picker answers; -1 cancels.
+    ScriptedDialogs& opcion(int indice) {
+        opciones_.enqueue(indice);
+        return *this;
+    }
     ScriptedDialogs& fichero(const QString& ruta) {
         ficheros_.enqueue(ruta);
         return *this;
@@ -33,6 +41,7 @@ public:
     void mostrar(Icono icono, const QString& titulo, const QString& texto) override;
     bool preguntar(Icono icono, const QString& titulo, const QString& texto) override;
     using Dialogs::preguntar;
+    int elegir(const QString& titulo, const QString& texto, const QStringList& opciones) override;
     QString elegirFichero(const QString& titulo, const QString& filtro, const QString& carpeta) override;
     QString elegirFicheroGuardar(const QString& titulo, const QString& filtro,
                                  const QString& propuesto) override;
@@ -45,11 +54,13 @@ public:
     const QStringList& progresos() const { return progresos_; }
     int sinRespuesta() const { return sinRespuesta_; }
     int respuestasPendientes() const { return static_cast<int>(respuestas_.size()); }
+    int opcionesPendientes() const { return static_cast<int>(opciones_.size()); }
     void limpiar();
 
 private:
     QList<MensajeGrabado> mensajes_;
     QQueue<bool> respuestas_;
+    QQueue<int> opciones_;
     QQueue<QString> ficheros_;
     QStringList progresos_;
     int sinRespuesta_ = 0;

@@ -213,6 +213,43 @@ private slots:
                  qint64(kProcesos * kNumerosPorProceso));
     }
 
+    // Workstations saving delivery notes of one series at the same time: every note gets its
+    // own number, with no gap, and a note numbered by hand beforehand is gone past.
+    void albaranesNumeradosSinRepetir() {
+        TestDb t;
+        t.db().ejecutarCambio(QStringLiteral("INSERT INTO Albaranes (Serie, NumAlbaran, Fecha, IdCliente) "
+                                             "VALUES (?, ?, ?, ?)"),
+                              {QStringLiteral("A"), 5, QDate(2026, 11, 1), 1});
+        constexpr int kNotas = 25;
+        Trabajadores ts;
+        for (int i = 0; i < kProcesos; ++i) {
+            ts.push_back(std::make_unique<Trabajador>(
+                t, QStringList{QStringLiteral("albaranes"), QStringLiteral("A"), QString::number(kNotas)}));
+            QVERIFY(ts.back()->arrancado());
+        }
+        std::vector<qint64> todos;
+        for (auto& w : ts) {
+            QVERIFY(w->terminado());
+            QCOMPARE(w->codigo(), 0);
+            const QStringList lineas = QString::fromUtf8(w->proceso().readAllStandardOutput())
+                                           .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+            QCOMPARE(lineas.size(), kNotas + 1);
+            for (int i = 0; i < kNotas; ++i)
+                todos.push_back(lineas.at(i).toLongLong());
+        }
+        std::sort(todos.begin(), todos.end());
+        for (int i = 0; i < static_cast<int>(todos.size()); ++i)
+            QCOMPARE(todos.at(i), qint64(i + 6));
+        QCOMPARE(
+            t.db()
+                .valor(QStringLiteral("SELECT COUNT(DISTINCT NumAlbaran) FROM Albaranes WHERE Serie = ?"),
+                       {QStringLiteral("A")})
+                .toInt(),
+            kProcesos * kNotas + 1);
+        QCOMPARE(t.db().valor(QStringLiteral("SELECT COUNT(*) FROM LineasAlbaran")).toInt(),
+                 kProcesos * kNotas);
+    }
+
     // A process killed while its transaction holds a number: the number is handed out
     // again and the database is intact.
     void procesoMuertoNoDejaHueco() {

@@ -8,12 +8,16 @@
 //       takes <cuantos> numbers, each in a transaction of its own that is committed, and
 //       prints each one; every <deshacerCada>-th transaction takes a number and is undone
 //       instead (that number is not printed). Ends with "fin".
+//   pmx_trabajador_carrera <motor> <origen> albaranes <serie> <cuantos>
+//       saves <cuantos> delivery notes of one line through the store, each as the screen
+//       saves it, and prints each note's number. Ends with "fin".
 //   pmx_trabajador_carrera <motor> <origen> colgado <serie>
 //       takes a number inside a transaction, prints it and waits forever before
 //       committing (the parent kills it).
 #include "core/clock.h"
 #include "data/bloqueos.h"
 #include "data/contadores.h"
+#include "sales/albaran_store.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -29,6 +33,7 @@ public:
         std::fprintf(stderr, "[%s] %s\n", qPrintable(titulo), qPrintable(texto));
     }
     bool preguntar(Icono, const QString&, const QString&) override { return true; }
+    int elegir(const QString&, const QString&, const QStringList&) override { return -1; }
     QString elegirFichero(const QString&, const QString&, const QString&) override { return {}; }
     QString elegirFicheroGuardar(const QString&, const QString&, const QString&) override { return {}; }
     void progreso(const QString&) override {}
@@ -111,6 +116,35 @@ int contador(Database& db, const QString& serie, int cuantos, int deshacerCada) 
     return 0;
 }
 
+int albaranes(Database& db, const QString& serie, int cuantos) {
+    DialogosTrabajador d;
+    AlbaranStore store(db);
+    for (int hechos = 0; hechos < cuantos;) {
+        Albaran a;
+        a.serie = serie;
+        a.fecha = QDate(2026, 11, 20);
+        a.idCliente = 1;
+        a.idVendedor = 1;
+        LineaAlbaran l;
+        l.concepto = QStringLiteral("Consulta");
+        l.cantidad = 1;
+        l.pvp = 30;
+        l.idTipoIVA = 1;
+        l.iva = 21;
+        a.anadirLinea(l);
+        try {
+            if (!store.guardar(a, d)) return 2;
+        } catch (const ErrorBD& e) {
+            if (!esErrorDeConcurrencia(e)) throw;
+            continue; // the database was busy: the screen's user would save again
+        }
+        responder(QString::number(*a.numAlbaran));
+        ++hechos;
+    }
+    responder(QStringLiteral("fin"));
+    return 0;
+}
+
 int colgado(Database& db, const QString& serie) {
     DialogosTrabajador d;
     Transaction tx = db.transaccion();
@@ -137,6 +171,8 @@ int main(int argc, char** argv) {
         if (orden == QLatin1String("contador") && a.size() >= 7)
             return contador(*db, a.at(4), a.at(5).toInt(), a.at(6).toInt());
         if (orden == QLatin1String("colgado") && a.size() >= 5) return colgado(*db, a.at(4));
+        if (orden == QLatin1String("albaranes") && a.size() >= 6)
+            return albaranes(*db, a.at(4), a.at(5).toInt());
         std::fprintf(stderr, "orden desconocida: %s\n", qPrintable(orden));
         return 64;
     } catch (const ErrorBD& e) {

@@ -1,0 +1,204 @@
+#include "documents/impresor_documentos.h"
+
+#include "app/instalacion.h"
+#include "documents/datos_clinica.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QFont>
+#include <QStringDecoder>
+#include <QTextDocument>
+
+namespace {
+const QString kTituloAtencion = QStringLiteral("¡Atención!");
+const QString kExtension = QStringLiteral(".html");
+// A template larger than this is not a template.
+constexpr qint64 kMaxPlantilla = 4 * 1024 * 1024;
+
+QString decodificar(const QByteArray& bytes) {
+    QStringDecoder html = QStringDecoder::decoderForHtml(bytes);
+    if (html.isValid()) {
+        const QString texto = html.decode(bytes);
+        if (!html.hasError()) return texto;
+    }
+    QStringDecoder windows("windows-1252");
+    if (windows.isValid()) return windows.decode(bytes);
+    return QString::fromLatin1(bytes);
+}
+
+// "Albarán A/125", "Factura A/31", or the format's name for other documents.
+QString tituloDocumento(const DatosDocumento& d, const QString& formato) {
+    auto numero = [&d](const QString& campoNumero, const QString& campoSerie) {
+        const QString n = d.valor(campoNumero).trimmed();
+        const QString s = d.valor(campoSerie).trimmed();
+        return s.isEmpty() ? n : s + QLatin1Char('/') + n;
+    };
+    if (d.tipo == kDocumentoAlbaran && !d.valor(QStringLiteral("numAlbaran")).trimmed().isEmpty())
+        return formato + QLatin1Char(' ') + numero(QStringLiteral("numAlbaran"), QStringLiteral("serie"));
+    if (d.tipo == kDocumentoFactura && !d.valor(QStringLiteral("numero")).trimmed().isEmpty())
+        return formato + QLatin1Char(' ') + numero(QStringLiteral("numero"), QStringLiteral("serie"));
+    return formato;
+}
+
+} // namespace
+
+QString ficheroPdfPropuesto(const Entorno& e, const QString& titulo) {
+    QString n = titulo.trimmed();
+    for (QChar& c : n)
+        if (QStringLiteral("/\\:*?\"<>|").contains(c) || c.unicode() < 32) c = QLatin1Char('-');
+    if (n.isEmpty()) n = QStringLiteral("Documento");
+    return QDir(rutaNativa(e.configuracionBD.servidor))
+        .filePath(QStringLiteral("Documentos/") + n + QStringLiteral(".pdf"));
+}
+
+QFont letraDocumentos() {
+    QFont letra;
+    letra.setFamilies(
+        {QStringLiteral("DejaVu Sans"), QStringLiteral("Liberation Sans"), QStringLiteral("Arial")});
+    letra.setStyleHint(QFont::SansSerif);
+    letra.setPointSizeF(9);
+    return letra;
+}
+
+QString ImpresorDocumentos::carpetaGrupo(const QString& grupo) const {
+    return QDir(rutaNativa(e_.configuracionBD.servidor)).filePath(QStringLiteral("Plantillas/") + grupo);
+}
+
+QStringList ImpresorDocumentos::formatos(const QString& grupo) const {
+    const QFileInfoList ficheros =
+        QDir(carpetaGrupo(grupo))
+            .entryInfoList({QStringLiteral("*") + kExtension}, QDir::Files | QDir::Readable,
+                           QDir::Name | QDir::IgnoreCase);
+    QStringList lista;
+    for (const QFileInfo& f : ficheros)
+        if (f.fileName().endsWith(kExtension, Qt::CaseInsensitive))
+            lista.append(f.fileName().chopped(kExtension.size()));
+    lista.sort(Qt::CaseInsensitive);
+    return lista;
+}
+
+std::optional<QString> ImpresorDocumentos::elegirFormato(const QString& grupo, const QString& prompt) {
+    const QStringList lista = formatos(grupo);
+    if (lista.isEmpty()) {
+        e_.dialogs().avisar(kTituloAtencion,
+                            QStringLiteral("No hay ningún formato para este documento. Guarde las plantillas "
+                                           "(ficheros .html) en la carpeta '%1'.")
+                                .arg(QDir::toNativeSeparators(carpetaGrupo(grupo))));
+        return std::nullopt;
+    }
+    if (lista.size() == 1) return lista.first();
+    const int i = e_.dialogs().elegir(kTituloFormato, prompt, lista);
+    if (i < 0 || i >= lista.size()) return std::nullopt;
+    return lista.at(i);
+}
+
+std::optional<QString> ImpresorDocumentos::leerPlantilla(const QString& grupo, const QString& formato) {
+    const QString ruta = QDir(carpetaGrupo(grupo)).filePath(formato + kExtension);
+    const QString nombre = QDir::toNativeSeparators(ruta);
+    QFile f(ruta);
+    if (f.size() > kMaxPlantilla) {
+        e_.dialogs().avisar(kTituloAtencion, QStringLiteral("La plantilla '%1' es demasiado grande para ser "
+                                                            "un formato de documento.")
+                                                 .arg(nombre));
+        return std::nullopt;
+    }
+    if (!f.open(QIODevice::ReadOnly)) {
+        e_.dialogs().avisar(
+            kTituloAtencion,
+            QStringLiteral("No se ha podido leer la plantilla '%1'.\n%2").arg(nombre, f.errorString()));
+        return std::nullopt;
+    }
+    const QByteArray bytes = f.read(kMaxPlantilla + 1);
+    if (f.error() != QFileDevice::NoError) {
+        e_.dialogs().avisar(
+            kTituloAtencion,
+            QStringLiteral("No se ha podido leer la plantilla '%1'.\n%2").arg(nombre, f.errorString()));
+        return std::nullopt;
+    }
+    const QString html = decodificar(bytes);
+    if (html.trimmed().isEmpty()) {
+        e_.dialogs().avisar(kTituloAtencion, QStringLiteral("La plantilla '%1' está vacía.").arg(nombre));
+        return std::nullopt;
+    }
+    const QString dano = comprobarPlantilla(html);
+    if (!dano.isEmpty()) {
+        e_.dialogs().avisar(
+            kTituloAtencion,
+            QStringLiteral("La plantilla '%1' está dañada: %2. Corríjala o elija otro formato.")
+                .arg(nombre, dano));
+        return std::nullopt;
+    }
+    return html;
+}
+
+bool ImpresorDocumentos::imprimir(const QString& grupo, const QString& prompt, const DatosDocumento& datos,
+                                  DestinoDocumento destino, const QString& ficheroPdf) {
+    // Refused before anything is asked: this workstation cannot show or print.
+    if (destino != DestinoDocumento::PDF && !e_.salidaDocumentos) {
+        e_.dialogs().avisar(
+            kTituloAtencion,
+            destino == DestinoDocumento::VistaPrevia
+                ? QStringLiteral("No se puede mostrar la vista previa en este puesto porque "
+                                 "Pramelvix se está ejecutando sin pantalla. Guarde el "
+                                 "documento en PDF.")
+                : QStringLiteral("No se puede imprimir en este puesto porque Pramelvix se está "
+                                 "ejecutando sin pantalla. Guarde el documento en PDF."));
+        return false;
+    }
+    const std::optional<QString> formato = elegirFormato(grupo, prompt);
+    if (!formato) return false;
+    const std::optional<QString> plantilla = leerPlantilla(grupo, *formato);
+    if (!plantilla) return false;
+
+    DatosDocumento completos = datos;
+    if (e_.hayBaseDatos()) {
+        Ajustes ajustes = e_.ajustes();
+        anyadirDatosClinica(ajustes, completos);
+    }
+    ultimoTitulo_ = tituloDocumento(completos, *formato);
+    QTextDocument documento;
+    documento.setDefaultFont(letraDocumentos());
+    bool completo = true;
+    const QString html = componerPlantilla(*plantilla, completos, &completo);
+    if (!completo) {
+        e_.dialogs().avisar(kTituloAtencion,
+                            QStringLiteral("El documento que resulta de la plantilla '%1' es "
+                                           "demasiado grande para imprimirlo. Revise sus "
+                                           "bloques repetidos.")
+                                .arg(*formato));
+        return false;
+    }
+    documento.setHtml(html);
+    documento.setMetaInformation(QTextDocument::DocumentTitle, ultimoTitulo_);
+    return enviar(documento, destino, ficheroPdf);
+}
+
+bool ImpresorDocumentos::enviar(const QTextDocument& documento, DestinoDocumento destino,
+                                const QString& ficheroPdf) {
+    switch (destino) {
+    case DestinoDocumento::VistaPrevia:
+        return e_.salidaDocumentos->vistaPrevia(documento, ultimoTitulo_);
+    case DestinoDocumento::Impresora:
+        return e_.salidaDocumentos->imprimir(documento, ultimoTitulo_);
+    case DestinoDocumento::PDF:
+        break;
+    }
+    QString fichero = ficheroPdf;
+    if (fichero.isEmpty()) {
+        fichero = e_.dialogs().elegirFicheroGuardar(QStringLiteral("Guardar el documento en PDF"),
+                                                    QStringLiteral("Documentos PDF (*.pdf)"),
+                                                    ficheroPdfPropuesto(e_, ultimoTitulo_));
+        if (fichero.isEmpty()) return false;
+        if (!fichero.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive)) fichero += QStringLiteral(".pdf");
+    }
+    const QString error = exportarPdf(documento, fichero, ultimoTitulo_);
+    if (!error.isEmpty()) {
+        e_.dialogs().avisar(kTituloAtencion,
+                            QStringLiteral("No se ha podido guardar el documento en el fichero "
+                                           "'%1'.\n%2")
+                                .arg(QDir::toNativeSeparators(fichero), error));
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,22 @@
+#pragma once
+// The templates every installation starts with, kept in the program and copied into the
+// data folder by the installer: Plantillas/DocAlbaranes/Albarán.html,
+// Plantillas/NotaVenta/Nota de venta.html and Plantillas/DocFormFra/Factura.html.
+#include <QList>
+#include <QString>
+
+struct PlantillaPorDefecto {
+    QString grupo;   // the document group (its folder)
+    QString fichero; // the file name, which names the format
+    QString recurso; // where the program keeps it
+};
+
+const QList<PlantillaPorDefecto>& plantillasPorDefecto();
+
+// The template's text as the program keeps it.
+QString textoPlantillaPorDefecto(const PlantillaPorDefecto& plantilla);
+
+// Copies the default templates into <carpetaDatos>/Plantillas/<group>/, making the folders.
+// A file the clinic already has under the same name is kept as it is. Empty text on
+// success, else the reason.
+QString instalarPlantillasPorDefecto(const QString& carpetaDatos);

@@ -1,0 +1,332 @@
+// The delivery-note screen's lines and its record commands: new, search, load, save,
+// delete, close.
+#include "app/conf_puesto_store.h"
+#include "core/command_trace.h"
+#include "core/formatos.h"
+#include "sales/albaran_form.h"
+
+namespace {
+const QString kEnPantalla = QStringLiteral(" en los '") + kPantallaAlbaranes + QStringLiteral("'");
+const QString kFacturadoOCobrado =
+    QStringLiteral("Este albarán ha sido facturado o cobrado mientras lo tenía abierto en esta pantalla. ");
+
+QString textoNumero(double v) {
+    return formatoImporte(v);
+}
+} // namespace
+
+// --- lines ---
+
+std::optional<EntradaLineaAlbaran> AlbaranForm::entradaArticulo(qint64 codigo) {
+    if (!requiereCliente(false)) return std::nullopt;
+    std::optional<ArticuloVenta> articulo;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("incluir un Artículo") + kEnPantalla);
+    if (!traza.ejecutar([&] {
+            traza.paso(QStringLiteral("Leer el Artículo"));
+            articulo = store_.articulo(codigo);
+        }))
+        return std::nullopt;
+    if (!articulo) {
+        e_.dialogs().avisar(QStringLiteral("¡Atención!"),
+                            QStringLiteral("No existe ningún artículo con el código ") +
+                                QString::number(codigo) + QLatin1Char('.'));
+        return std::nullopt;
+    }
+    const PrecioElegido p = elegirPrecio(*articulo, contexto());
+    EntradaLineaAlbaran e;
+    e.idArticulo = codigo;
+    e.concepto = articulo->descripcion;
+    e.cantidad = QStringLiteral("1");
+    e.pvp = textoNumero(p.pvp);
+    e.descuento = p.descuento == 0 ? QString() : textoNumero(p.descuento);
+    e.idTipoIVA = p.idTipoIVA;
+    e.serie = articulo->serie;
+    return e;
+}
+
+std::optional<EntradaLineaAlbaran> AlbaranForm::buscarArticulo(const QString& texto) {
+    if (!requiereCliente(true)) return std::nullopt;
+    if (!e_.buscadores.articulo) return std::nullopt;
+    const auto codigo = e_.buscadores.articulo(texto);
+    if (!codigo) return std::nullopt;
+    return entradaArticulo(*codigo);
+}
+
+EntradaLineaAlbaran AlbaranForm::entradaDeLinea(int fila) const {
+    const LineaAlbaran& l = a_.lineas().at(fila);
+    EntradaLineaAlbaran e;
+    e.idArticulo = l.idArticulo;
+    e.concepto = l.concepto;
+    e.cantidad = textoNumero(l.cantidad);
+    e.pvp = textoNumero(l.pvp);
+    e.descuento = l.descuento == 0 ? QString() : textoNumero(l.descuento);
+    e.idTipoIVA = l.idTipoIVA;
+    e.serie = l.serie;
+    return e;
+}
+
+// The line an editing row describes, or nullopt with the first thing missing told.
+std::optional<LineaAlbaran> AlbaranForm::leerEntrada(const EntradaLineaAlbaran& e) {
+    auto falta = [&](const QString& texto) -> std::optional<LineaAlbaran> {
+        fallo(kTituloObligatoriosAlbaran, texto);
+        return std::nullopt;
+    };
+    if (!e.idArticulo) return falta(QStringLiteral("Indique el artículo que desea incluir"));
+    const auto cantidad = leerImporte(e.cantidad);
+    if (!cantidad || *cantidad == 0) return falta(QStringLiteral("Indique la cantidad"));
+    const auto pvp = leerImporte(e.pvp);
+    if (!pvp) return falta(QStringLiteral("Indique el precio del artículo"));
+    if (!e.idTipoIVA) return falta(QStringLiteral("Indique el IVA del artículo"));
+    double descuento = 0;
+    if (!e.descuento.trimmed().isEmpty()) {
+        const auto d = leerImporte(e.descuento);
+        if (!d || *d < 0 || *d > 100) {
+            e_.dialogs().avisar(QStringLiteral("Información introducida errónea"),
+                                QStringLiteral("El descuento debe ser un porcentaje entre 0 y 100."));
+            return std::nullopt;
+        }
+        descuento = *d;
+    }
+    std::optional<double> iva;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("incluir un Artículo") + kEnPantalla);
+    if (!traza.ejecutar([&] {
+            traza.paso(QStringLiteral("Leer el tipo de I.V.A."));
+            iva = store_.porcentajeIVA(*e.idTipoIVA);
+        }))
+        return std::nullopt;
+    if (!iva) return falta(QStringLiteral("Indique el IVA del artículo"));
+    LineaAlbaran l;
+    l.idArticulo = e.idArticulo;
+    l.concepto = e.concepto.trimmed();
+    l.serie = e.serie;
+    l.cantidad = *cantidad;
+    l.pvp = *pvp;
+    l.descuento = descuento;
+    l.idTipoIVA = e.idTipoIVA;
+    l.iva = *iva;
+    return l;
+}
+
+bool AlbaranForm::insertarLinea(const EntradaLineaAlbaran& entrada) {
+    if (a_.facturado())
+        return fallo(QStringLiteral("¡Atención!"),
+                     QStringLiteral("No es posible añadir nuevos artículos a este "
+                                    "Albarán."));
+    if (!requiereCliente(false)) return false;
+    const auto linea = leerEntrada(entrada);
+    if (!linea) return false;
+    if (!a_.esNuevo() && !antesDeCambiar()) return false;
+    a_.anadirLinea(*linea);
+    modificado_ = true;
+    notificar();
+    return true;
+}
+
+bool AlbaranForm::modificarLinea(int fila, const EntradaLineaAlbaran& entrada) {
+    if (fila < 0 || fila >= a_.lineas().size()) return false;
+    const auto linea = leerEntrada(entrada);
+    if (!linea) return false;
+    if (!antesDeCambiar()) return false;
+    a_.cambiarLinea(fila, *linea);
+    modificado_ = true;
+    notificar();
+    return true;
+}
+
+bool AlbaranForm::quitarLinea(int fila) {
+    if (fila < 0 || fila >= a_.lineas().size()) return false;
+    if (!antesDeCambiar()) return false;
+    a_.quitarLinea(fila);
+    modificado_ = true;
+    notificar();
+    return true;
+}
+
+bool AlbaranForm::anadirArticuloPorDefecto(qint64 codigo) {
+    std::optional<ArticuloVenta> articulo;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("incluir el artículo por defecto") + kEnPantalla);
+    if (!traza.ejecutar([&] { articulo = store_.articulo(codigo); })) return false;
+    if (!articulo) {
+        e_.dialogs().error(
+            QStringLiteral("Error al intentar acceder al Artículo ") + QString::number(codigo),
+            QStringLiteral("Ha sido imposible incluir el artículo por defecto en el albarán. Este "
+                           "error puede deberse a ") +
+                QStringLiteral("que el artículo haya sido eliminado."));
+        return false;
+    }
+    const PrecioElegido p = elegirPrecio(*articulo, contexto());
+    LineaAlbaran l;
+    l.idArticulo = codigo;
+    l.concepto = articulo->descripcion;
+    l.serie = articulo->serie;
+    l.cantidad = 1;
+    l.pvp = p.pvp;
+    l.descuento = p.descuento;
+    l.idTipoIVA = p.idTipoIVA;
+    l.iva = p.iva;
+    a_.anadirLinea(l);
+    modificado_ = true;
+    return true;
+}
+
+// --- record commands ---
+
+bool AlbaranForm::preguntarGuardar(const QString& titulo) {
+    if (!modificado_) return true;
+    if (!editable() && !a_.esNuevo()) return true; // nothing of it can be saved
+    if (!comprobarSinCambiosAjenos(QStringLiteral("No se pueden guardar los cambios"))) {
+        modificado_ = false;
+        return true;
+    }
+    if (!e_.dialogs().preguntar(Icono::Pregunta, titulo, kPreguntaGuardarCambios)) {
+        modificado_ = false;
+        return true;
+    }
+    return guardar();
+}
+
+bool AlbaranForm::nuevo() {
+    if (!preguntarGuardar(QStringLiteral("Confirmación para cerrar la ventana"))) return false;
+    bloqueo_.liberar();
+    limpiar();
+    notificar();
+    return true;
+}
+
+bool AlbaranForm::buscar() {
+    if (!preguntarGuardar(QStringLiteral("Confirmación para abrir la ventana de búsqueda"))) return false;
+    bloqueo_.liberar();
+    if (!e_.buscadores.albaran) return false;
+    const auto id = e_.buscadores.albaran();
+    if (!id) {
+        // Nothing chosen: the screen keeps the note it showed, now without changes.
+        if (!a_.esNuevo()) return cargar(*a_.IdAlbaran);
+        limpiar();
+        notificar();
+        return false;
+    }
+    return cargar(*id);
+}
+
+bool AlbaranForm::cargar(qint64 idAlbaran) {
+    std::optional<Albaran> leido;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("cargar un Albarán") + kEnPantalla);
+    if (!traza.ejecutar([&] {
+            traza.paso(QStringLiteral("Leer el Albarán"));
+            leido = store_.cargar(idAlbaran);
+        }))
+        return false;
+    if (!leido) {
+        e_.dialogs().error(QStringLiteral("Error al intentar acceder al Albarán número ") +
+                               QString::number(idAlbaran),
+                           QStringLiteral("Ha sido imposible recuperar la información solicitada. Este error "
+                                          "puede deberse a ") +
+                               QStringLiteral("que el Albarán haya sido eliminado."));
+        return false;
+    }
+    bloqueo_.liberar();
+    limpiar();
+    a_ = *leido;
+    if (a_.idCliente) cargarCliente(*a_.idCliente);
+    cargarMascota(a_.idMascota);
+    vendedores_ = store_.vendedores(a_.idVendedor);
+    if (!a_.facturado() && !a_.algoCobrado()) soloLectura_ = !tomarBloqueo();
+    modificado_ = false;
+    notificar();
+    avisarAntiguoPropietario();
+    return true;
+}
+
+void AlbaranForm::avisarAntiguoPropietario() {
+    if (mascota_ && a_.idCliente && mascota_->idCliente != *a_.idCliente)
+        e_.dialogs().avisar(QStringLiteral("ATENCION"),
+                            QStringLiteral("Este albarán puede pertenecer a un antiguo propietario de '") +
+                                mascota_->nombre + QLatin1Char('\''));
+}
+
+bool AlbaranForm::guardar() {
+    if (!cliente_ || !a_.idCliente)
+        return fallo(kTituloObligatoriosAlbaran, QStringLiteral("Indique el cliente"));
+    if (!a_.fecha.isValid()) return fallo(kTituloObligatoriosAlbaran, QStringLiteral("Indique la fecha"));
+    if (a_.serie.trimmed().isEmpty())
+        return fallo(kTituloObligatoriosAlbaran, QStringLiteral("Indique la serie de facturación."));
+    if (!a_.idVendedor) return fallo(kTituloObligatoriosAlbaran, QStringLiteral("Indique el vendedor"));
+    if (a_.lineas().isEmpty())
+        return fallo(kTituloObligatoriosAlbaran, QStringLiteral("Debe incluir al menos un artículo"));
+
+    if (!a_.esNuevo()) {
+        if (!comprobarSinCambiosAjenos(QStringLiteral("Se pasará directamente a la ventana de Cobros"),
+                                       kTituloImposibleGuardar)) {
+            if (a_.facturado() || a_.algoCobrado()) {
+                modificado_ = false;
+                bloqueo_.liberar();
+                const qint64 id = *a_.IdAlbaran;
+                cargar(id);
+                if (abrirCobros) abrirCobros(id);
+            }
+            return false;
+        }
+        if (!tomarBloqueo()) return false;
+    }
+
+    Albaran copia = a_;
+    bool guardado = false;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Albarán") + kEnPantalla);
+    traza.ejecutar([&] {
+        traza.paso(copia.esNuevo() ? QStringLiteral("Crear el Albarán con el siguiente número de la serie")
+                                   : QStringLiteral("Guardar el Albarán y sus líneas"));
+        guardado = store_.guardar(copia, e_.dialogs());
+    });
+    e_.dialogs().progreso(QString());
+    if (!guardado) return false;
+    const bool eraNuevo = a_.esNuevo();
+    a_ = copia;
+    modificado_ = false;
+    if (eraNuevo) tomarBloqueo();
+    CommandTrace deuda(e_.dialogs(), QStringLiteral("leer la deuda del Cliente") + kEnPantalla);
+    deuda.ejecutar([&] {
+        deuda_ = store_.deuda(*a_.idCliente);
+        seriesPendientes_ = store_.seriesPendientes(*a_.idCliente);
+    });
+    notificar();
+    return true;
+}
+
+bool AlbaranForm::eliminar() {
+    if (a_.esNuevo()) {
+        limpiar();
+        notificar();
+        return true;
+    }
+    if (a_.facturado() || a_.algoCobrado()) {
+        e_.dialogs().informar(QStringLiteral("¡Atención!"),
+                              QStringLiteral("Este albarán está facturado o cobrado. No se puede eliminar."));
+        return false;
+    }
+    if (!comprobarSinCambiosAjenos(QStringLiteral("No se puede eliminar"), QStringLiteral("¡Atención!"))) {
+        notificar();
+        return false;
+    }
+    if (!e_.dialogs().preguntar(Icono::Pregunta, QStringLiteral("¡Atención!"),
+                                QStringLiteral("¿Desea realmente eliminar este Albarán?")))
+        return false;
+    if (!tomarBloqueo()) return false;
+    bool hecho = false;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("eliminar un Albarán") + kEnPantalla);
+    traza.ejecutar([&] {
+        traza.paso(QStringLiteral("Borrar el Albarán y sus líneas"));
+        store_.eliminar(*a_.IdAlbaran);
+        hecho = true;
+    });
+    if (!hecho) return false;
+    bloqueo_.liberar();
+    limpiar();
+    notificar();
+    return true;
+}
+
+bool AlbaranForm::cerrar() {
+    if (!preguntarGuardar(QStringLiteral("Confirmación para cerrar la ventana"))) return false;
+    bloqueo_.liberar();
+    return true;
+}

@@ -1,0 +1,88 @@
+#pragma once
+// Reading and writing delivery notes (tables Albaranes and LineasAlbaran), and what the
+// delivery-note screen reads about clients, pets and articles to price its lines.
+#include "core/dialogs.h"
+#include "data/database.h"
+#include "sales/albaran.h"
+#include "sales/precios.h"
+
+#include <QList>
+#include <optional>
+
+// What the screen shows and prints of a client.
+struct ClienteVenta {
+    qint64 id = 0;
+    QString nombre, dni, direccion, poblacion, codigoPostal, provincia;
+    QString tarifa;
+    double dtoGeneral = 0;
+    std::optional<qint64> idTipoIVA; // the client's own VAT type
+    double porcentajeIVA = 0;        // and its percentage
+    bool exento = false;
+    bool empresaExtranjero = false;
+    QString lopd = QStringLiteral("0");
+};
+
+struct MascotaVenta {
+    qint64 id = 0;
+    QString nombre;
+    qint64 idCliente = 0; // the owner now
+    std::optional<qint64> idPlanSalud;
+    QString plan;        // the plan's name
+    QDate caducidadPlan; // invalid: no expiry
+    bool planDeBaja = false;
+};
+
+// The state of a stored note as another workstation may have left it.
+struct SituacionAlbaran {
+    std::optional<qint64> numFactura;
+    QString serieFactura;
+    bool cobrado = false;
+    double total = 0;
+    double pendiente = 0;
+    bool facturadoOCobrado() const;
+};
+
+struct OpcionVenta {
+    qint64 id = 0;
+    QString texto;
+};
+
+class AlbaranStore {
+public:
+    explicit AlbaranStore(Database& db) : db_(db) {}
+
+    // The note with its lines in order; nullopt when it does not exist. Throws ErrorBD.
+    std::optional<Albaran> cargar(qint64 idAlbaran);
+    std::optional<qint64> buscarPorNumero(const QString& serie, qint64 numAlbaran);
+    std::optional<SituacionAlbaran> estado(qint64 idAlbaran);
+
+    // Writes the note and its lines in one transaction (joining the caller's). A new note
+    // takes the next free number of its series first; false when the user gave up waiting
+    // for the series counter (nothing written). Sets IdAlbaran, numAlbaran and pendiente.
+    bool guardar(Albaran& albaran, Dialogs& dialogs);
+    // Deletes the note and its lines; false when it no longer existed.
+    bool eliminar(qint64 idAlbaran);
+
+    std::optional<ClienteVenta> cliente(qint64 idCliente);
+    std::optional<MascotaVenta> mascota(qint64 idMascota);
+    QList<OpcionVenta> mascotasDe(qint64 idCliente);
+    std::optional<ArticuloVenta> articulo(qint64 codigo);
+    QList<CondicionEspecial> condicionesCliente(qint64 idCliente);
+    QList<CondicionEspecial> condicionesPlan(qint64 idPlanSalud);
+    std::optional<qint64> tipoIVACero();
+    std::optional<double> porcentajeIVA(qint64 idTipoIVA);
+
+    // What the client still owes on its delivery notes.
+    double deuda(qint64 idCliente);
+    // The series of the client's notes pending invoicing (several: several invoices).
+    QStringList seriesPendientes(qint64 idCliente);
+
+    QList<OpcionVenta> vendedores(std::optional<qint64> ademas = {});
+    QList<OpcionVenta> tiposIVA(std::optional<qint64> ademas = {});
+    QStringList seriesVenta();
+    QString nombreVendedor(std::optional<qint64> id);
+
+private:
+    void escribirLineas(const Albaran& a);
+    Database& db_;
+};
