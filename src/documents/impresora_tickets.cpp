@@ -143,10 +143,15 @@ bool imprimirEnSerie(Entorno& e, const ImpresoraTickets& c, const QString& texto
 }
 } // namespace
 
+bool hayImpresoraTickets(const Entorno& e) {
+    const QString tipo = e.impresoraTickets.TIPO.trimmed();
+    return tipo == ConfPuestoForm::kImpresoraSistema || tipo == ConfPuestoForm::kImpresoraSerie;
+}
+
 bool imprimirTicket(Entorno& e, const DatosDocumento& datos) {
     const ImpresoraTickets& c = e.impresoraTickets;
     const QString tipo = c.TIPO.trimmed();
-    if (tipo != ConfPuestoForm::kImpresoraSistema && tipo != ConfPuestoForm::kImpresoraSerie) {
+    if (!hayImpresoraTickets(e)) {
         e.dialogs().avisar(kTituloAtencion, kSinImpresoraTickets);
         return false;
     }

@@ -40,6 +40,8 @@ QString dispositivoSerie(const QString& puerto);
 // clinic's data the document does not give. False (with the reason shown) when nothing
 // was printed. Throws ErrorBD when the clinic's data cannot be read.
 bool imprimirTicket(Entorno& e, const DatosDocumento& datos);
+// Whether this workstation has a receipt printer configured (TIPO system or serial).
+bool hayImpresoraTickets(const Entorno& e);
 
 inline const QString kSinImpresoraTickets =
     QStringLiteral("No hay ninguna impresora de tickets configurada en este puesto. Configúrela en los "

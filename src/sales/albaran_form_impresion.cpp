@@ -56,5 +56,10 @@ bool AlbaranForm::exportarPdf(const QString& fichero, bool notaVenta) {
 }
 
 bool AlbaranForm::ticket() {
+    // Said before anything is saved or asked.
+    if (!hayImpresoraTickets(e_)) {
+        e_.dialogs().avisar(QStringLiteral("¡Atención!"), kSinImpresoraTickets);
+        return false;
+    }
     return documento([&](const DatosDocumento& datos) { return imprimirTicket(e_, datos); });
 }

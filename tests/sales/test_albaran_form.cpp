@@ -525,6 +525,21 @@ private slots:
                  QStringLiteral("Este albarán puede pertenecer a un antiguo propietario de 'Misi'"));
     }
 
+    // With no receipt printer the ticket is refused before the new note is saved or anything asked.
+    void ticketSinImpresora() {
+        auto c = caso();
+        AlbaranForm f(*c->e);
+        QVERIFY(f.ponerCliente(c->cliente));
+        QVERIFY(f.setVendedor(c->vendedor));
+        QVERIFY(f.insertarLinea(linea(f, c->servicio)));
+        QVERIFY(!f.ticket());
+        QCOMPARE(c->d.mensajes().size(), 1);
+        QCOMPARE(c->d.ultimoTexto(),
+                 QStringLiteral("No hay ninguna impresora de tickets configurada en este puesto. "
+                                "Configúrela en los 'Datos de la configuración del puesto'."));
+        QVERIFY(f.albaran().esNuevo());
+    }
+
     void preguntasAlCerrarYBuscar() {
         auto c = caso();
         AlbaranForm f(*c->e);

@@ -232,6 +232,7 @@ AlbaranWindow::AlbaranWindow(Entorno& entorno, QWidget* padre) : QWidget(padre),
                   precio_,       dto_,     iva_,         insertar,  modificar, quitar};
     form_.cambiado = [this] { refrescar(); };
     resize(960, 620);
+    mostrarEntrada(EntradaLineaAlbaran());
     refrescar();
 }
 
