@@ -443,6 +443,14 @@ private slots:
         const EntradaLineaAlbaran e = *f.entradaArticulo(c->articulo);
         QCOMPARE(e.pvp, QStringLiteral("11,00"));
         QCOMPARE(e.descuento, QStringLiteral("10,00"));
+        // A special price written in the client's commercial file meanwhile counts once reloaded.
+        c->crear(QStringLiteral("CondicionesEspeciales"), {{QStringLiteral("IdCliente"), c->otroCliente},
+                                                           {QStringLiteral("IdArticulo"), c->articulo},
+                                                           {QStringLiteral("Precio"), 5.0}});
+        QCOMPARE(f.entradaArticulo(c->articulo)->pvp, QStringLiteral("11,00"));
+        f.RecuperarFichaComercial();
+        QCOMPARE(f.entradaArticulo(c->articulo)->pvp, QStringLiteral("5,00"));
+        QCOMPARE(f.entradaArticulo(c->articulo)->descuento, QString());
 
         // An expired plan no longer prices, and shows as expired.
         c->t.db().ejecutarCambio(QStringLiteral("UPDATE Mascotas SET CaducidadPlan = ? WHERE IdMascota = ?"),

@@ -1,7 +1,7 @@
 #include "scripted_dialogs.h"
 
 void ScriptedDialogs::mostrar(Icono icono, const QString& titulo, const QString& texto) {
-    mensajes_.append({icono, titulo, texto, false, false});
+    mensajes_.append({icono, titulo, texto, false, false, {}, -1});
 }
 
 bool ScriptedDialogs::preguntar(Icono icono, const QString& titulo, const QString& texto) {
@@ -10,7 +10,7 @@ bool ScriptedDialogs::preguntar(Icono icono, const QString& titulo, const QStrin
         ++sinRespuesta_;
     else
         respuesta = respuestas_.dequeue();
-    mensajes_.append({icono, titulo, texto, true, respuesta});
+    mensajes_.append({icono, titulo, texto, true, respuesta, {}, -1});
     return respuesta;
 }
 
@@ -30,12 +30,12 @@ int ScriptedDialogs::elegir(const QString& titulo, const QString& texto, const Q
 }
 
 QString ScriptedDialogs::elegirFichero(const QString& titulo, const QString&, const QString&) {
-    mensajes_.append({Icono::Ninguno, titulo, QStringLiteral("<elegir fichero>"), false, false});
+    mensajes_.append({Icono::Ninguno, titulo, QStringLiteral("<elegir fichero>"), false, false, {}, -1});
     return ficheros_.isEmpty() ? QString() : ficheros_.dequeue();
 }
 
 QString ScriptedDialogs::elegirFicheroGuardar(const QString& titulo, const QString&, const QString&) {
-    mensajes_.append({Icono::Ninguno, titulo, QStringLiteral("<guardar fichero>"), false, false});
+    mensajes_.append({Icono::Ninguno, titulo, QStringLiteral("<guardar fichero>"), false, false, {}, -1});
     return ficheros_.isEmpty() ? QString() : ficheros_.dequeue();
 }
 
