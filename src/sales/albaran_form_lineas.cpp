@@ -123,7 +123,9 @@ bool AlbaranForm::insertarLinea(const EntradaLineaAlbaran& entrada) {
 }
 
 bool AlbaranForm::modificarLinea(int fila, const EntradaLineaAlbaran& entrada) {
-    if (fila < 0 || fila >= a_.lineas().size()) return false;
+    if (fila < 0 || fila >= a_.lineas().size())
+        return fallo(QStringLiteral("¡Atención!"),
+                     QStringLiteral("Seleccione la línea que desea modificar."));
     const auto linea = leerEntrada(entrada);
     if (!linea) return false;
     if (!antesDeCambiar()) return false;
@@ -134,8 +136,13 @@ bool AlbaranForm::modificarLinea(int fila, const EntradaLineaAlbaran& entrada) {
 }
 
 bool AlbaranForm::quitarLinea(int fila) {
-    if (fila < 0 || fila >= a_.lineas().size()) return false;
+    if (fila < 0 || fila >= a_.lineas().size())
+        return fallo(QStringLiteral("¡Atención!"), QStringLiteral("Seleccione la línea que desea quitar."));
     if (!antesDeCambiar()) return false;
+    if (!e_.dialogs().preguntar(Icono::Pregunta, QStringLiteral("¡Atención!"),
+                                QStringLiteral("¿Desea realmente eliminar la línea '") +
+                                    a_.lineas().at(fila).concepto + QStringLiteral("' de este Albarán?")))
+        return false;
     a_.quitarLinea(fila);
     modificado_ = true;
     notificar();

@@ -200,6 +200,12 @@ private slots:
         QCOMPARE(f.textoTotal(QStringLiteral("total")), QStringLiteral("32,67"));
         QVERIFY(f.insertarLinea(linea(f, c->servicio)));
         QCOMPARE(f.textoTotal(QStringLiteral("total")), QStringLiteral("62,67"));
+        QVERIFY(!f.quitarLinea(0)); // the question answered No
+        QCOMPARE(c->d.ultimoTexto(),
+                 QStringLiteral("¿Desea realmente eliminar la línea 'Vacuna rabia' de este Albarán?"));
+        QVERIFY(!f.quitarLinea(5));
+        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("Seleccione la línea que desea quitar."));
+        c->d.si();
         QVERIFY(f.quitarLinea(0));
         QCOMPARE(f.textoTotal(QStringLiteral("total")), QStringLiteral("30,00"));
         // A withholding is shown negative and recomputes every line; so does the exempt flag.
