@@ -19,15 +19,6 @@
 #include <vector>
 
 namespace {
-class SinDialogos final : public Dialogs {
-public:
-    void mostrar(Icono, const QString&, const QString&) override {}
-    bool preguntar(Icono, const QString&, const QString&) override { return false; }
-    int elegir(const QString&, const QString&, const QStringList&) override { return -1; }
-    QString elegirFichero(const QString&, const QString&, const QString&) override { return {}; }
-    QString elegirFicheroGuardar(const QString&, const QString&, const QString&) override { return {}; }
-    void progreso(const QString&) override {}
-};
 
 // Twenty articles over three sections, and a client with a commercial file and a health plan
 // with conditions at every level, so that every line goes through the whole price choice.
@@ -83,16 +74,7 @@ Albaran nota(const Catalogo& c, int lineas, int semilla) {
     a.setRetencion(semilla % 5 == 0 ? 15 : 0);
     for (int i = 0; i < lineas; ++i) {
         const ArticuloVenta& art = c.articulos.at((semilla + i * 7) % c.articulos.size());
-        const PrecioElegido p = elegirPrecio(art, c.contexto);
-        LineaAlbaran l;
-        l.idArticulo = art.codigo;
-        l.concepto = art.descripcion;
-        l.cantidad = 1 + (i % 3);
-        l.pvp = p.pvp;
-        l.descuento = p.descuento;
-        l.idTipoIVA = p.idTipoIVA;
-        l.iva = p.iva;
-        a.anadirLinea(l);
+        a.anadirLinea(lineaDeArticulo(art, elegirPrecio(art, c.contexto), 1 + (i % 3)));
     }
     return a;
 }
@@ -199,7 +181,7 @@ int main(int argc, char** argv) {
     for (int i = 0; i < cuantas; ++i)
         notas << nota(c, 5, i);
 
-    SinDialogos dialogos;
+    DialogosMudos dialogos;
     AlbaranStore store(*db);
     QElapsedTimer t;
     t.start();

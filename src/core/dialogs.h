@@ -39,3 +39,16 @@ public:
         return preguntar(Icono::Pregunta, titulo, texto);
     }
 };
+
+// Dialogs for work nobody watches (demo data, benchmarks): shows nothing, answers No and
+// cancels every picker.
+class DialogosMudos final : public Dialogs {
+public:
+    void mostrar(Icono, const QString&, const QString&) override {}
+    bool preguntar(Icono, const QString&, const QString&) override { return false; }
+    int elegir(const QString&, const QString&, const QStringList&) override { return -1; }
+    QString elegirFichero(const QString&, const QString&, const QString&) override { return {}; }
+    QString elegirFicheroGuardar(const QString&, const QString&, const QString&) override { return {}; }
+    void progreso(const QString&) override {}
+    using Dialogs::preguntar;
+};

@@ -2,6 +2,19 @@
 
 #include <cmath>
 
+LineaAlbaran lineaDeArticulo(const ArticuloVenta& articulo, const PrecioElegido& precio, double cantidad) {
+    LineaAlbaran l;
+    l.idArticulo = articulo.codigo;
+    l.concepto = articulo.descripcion;
+    l.serie = articulo.serie;
+    l.cantidad = cantidad;
+    l.pvp = precio.pvp;
+    l.descuento = precio.descuento;
+    l.idTipoIVA = precio.idTipoIVA;
+    l.iva = precio.iva;
+    return l;
+}
+
 bool Albaran::algoCobrado() const {
     return cobrado || (IdAlbaran && std::fabs(pendiente - totalGuardado) >= 0.005);
 }

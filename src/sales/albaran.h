@@ -3,6 +3,7 @@
 // line's amounts and the running totals up to date as lines are added, changed and removed,
 // through the document arithmetic of calculo.h.
 #include "sales/calculo.h"
+#include "sales/precios.h"
 
 #include <QDate>
 #include <QList>
@@ -23,6 +24,10 @@ struct LineaAlbaran {
 
     EntradaLinea entrada() const { return {cantidad, pvp, descuento, iva}; }
 };
+
+// A line of the article at the price chosen for it (its amounts are computed when the line
+// goes on a note).
+LineaAlbaran lineaDeArticulo(const ArticuloVenta& articulo, const PrecioElegido& precio, double cantidad = 1);
 
 class Albaran {
 public:

@@ -1,12 +1,10 @@
 #include "sales/albaran_form.h"
 
-#include "app/conf_puesto_store.h"
 #include "core/command_trace.h"
 #include "core/formatos.h"
 #include "data/esquema.h"
 
 namespace {
-const QString kEnPantalla = QStringLiteral(" en los '") + kPantallaAlbaranes + QStringLiteral("'");
 const QString kFacturadoOCobrado =
     QStringLiteral("Este albarán ha sido facturado o cobrado mientras lo tenía abierto en esta pantalla. ");
 const QString kAtencion = QStringLiteral("¡Atención!");
@@ -22,8 +20,10 @@ AlbaranForm::AlbaranForm(Entorno& entorno) : e_(entorno), store_(entorno.db()), 
 }
 
 void AlbaranForm::cargarListas() {
-    CommandTrace traza(e_.dialogs(), QStringLiteral("preparar las listas") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(), QStringLiteral("preparar las listas") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
+        traza.paso(QStringLiteral("Leer la configuración del puesto"));
+        conf_ = ConfPuestoStore(e_.db()).cargar(e_.puesto);
         traza.paso(QStringLiteral("Leer las series, los vendedores y los tipos de I.V.A."));
         series_ = store_.seriesVenta();
         vendedores_ = store_.vendedores(a_.idVendedor);
@@ -35,12 +35,7 @@ void AlbaranForm::limpiar() {
     a_ = Albaran();
     a_.fecha = e_.reloj().hoy();
     a_.hora = QTime(e_.reloj().ahora().time().hour(), e_.reloj().ahora().time().minute());
-    CommandTrace traza(e_.dialogs(), QStringLiteral("preparar un nuevo Albarán") + kEnPantalla);
-    traza.ejecutar([&] {
-        traza.paso(QStringLiteral("Leer la configuración del puesto"));
-        const ConfiguracionPuesto conf = ConfPuestoStore(e_.db()).cargar(e_.puesto);
-        a_.serie = conf.SerieVenta;
-    });
+    a_.serie = conf_.SerieVenta;
     cliente_.reset();
     mascota_.reset();
     mascotas_.clear();
@@ -113,8 +108,7 @@ QString AlbaranForm::textoDeuda() const {
 }
 
 bool AlbaranForm::planEnVigor() const {
-    if (!mascota_ || !mascota_->idPlanSalud || mascota_->planDeBaja) return false;
-    return !mascota_->caducidadPlan.isValid() || mascota_->caducidadPlan >= a_.fecha;
+    return mascota_ && mascota_->planEnVigor(a_.fecha);
 }
 
 MarcaPlan AlbaranForm::marcaPlan() const {
@@ -170,7 +164,8 @@ bool AlbaranForm::fallo(const QString& titulo, const QString& texto) {
 bool AlbaranForm::comprobarSinCambiosAjenos(const QString& mensaje, const QString& titulo) {
     if (a_.esNuevo()) return true;
     std::optional<SituacionAlbaran> estado;
-    CommandTrace traza(e_.dialogs(), QStringLiteral("comprobar el estado del Albarán") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(),
+                       QStringLiteral("comprobar el estado del Albarán") + kEnPantallaAlbaranes);
     if (!traza.ejecutar([&] {
             traza.paso(QStringLiteral("Leer de nuevo el Albarán"));
             estado = store_.estado(*a_.IdAlbaran);
@@ -239,7 +234,7 @@ bool AlbaranForm::requiereCliente(bool buscando) {
 }
 
 void AlbaranForm::cargarCliente(qint64 idCliente) {
-    CommandTrace traza(e_.dialogs(), QStringLiteral("cargar el Cliente") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(), QStringLiteral("cargar el Cliente") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
         traza.paso(QStringLiteral("Leer el Cliente"));
         cliente_ = store_.cliente(idCliente);
@@ -271,7 +266,7 @@ void AlbaranForm::cargarMascota(std::optional<qint64> idMascota) {
     condicionesPlan_.clear();
     a_.idMascota = idMascota;
     if (!idMascota) return;
-    CommandTrace traza(e_.dialogs(), QStringLiteral("cargar la Mascota") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(), QStringLiteral("cargar la Mascota") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
         traza.paso(QStringLiteral("Leer la Mascota"));
         mascota_ = store_.mascota(*idMascota);
@@ -309,12 +304,8 @@ bool AlbaranForm::ponerCliente(qint64 idCliente) {
         e_.dialogs().avisar(QStringLiteral("¡Atención"),
                             QStringLiteral(" Al cambiar de Cliente teniendo Artículos en el Albarán, no se "
                                            "recalculan los Precios Especiales."));
-    else if (a_.esNuevo()) {
-        std::optional<qint64> porDefecto;
-        CommandTrace traza(e_.dialogs(), QStringLiteral("incluir el artículo por defecto") + kEnPantalla);
-        traza.ejecutar([&] { porDefecto = ConfPuestoStore(e_.db()).cargar(e_.puesto).IdArticulo; });
-        if (porDefecto) anadirArticuloPorDefecto(*porDefecto);
-    }
+    else if (a_.esNuevo() && conf_.IdArticulo)
+        anadirArticuloPorDefecto(*conf_.IdArticulo);
     notificar();
     return true;
 }
@@ -368,7 +359,7 @@ ContextoPrecios AlbaranForm::contexto() const {
 void AlbaranForm::repreciarLineas() {
     const ContextoPrecios ctx = contexto();
     QList<LineaAlbaran> lineas = a_.lineas();
-    CommandTrace traza(e_.dialogs(), QStringLiteral("recalcular los precios") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(), QStringLiteral("recalcular los precios") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
         for (LineaAlbaran& l : lineas) {
             if (!l.idArticulo) continue;

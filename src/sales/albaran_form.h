@@ -9,6 +9,7 @@
 // message. An existing note that can still be changed is held under its record lock while it
 // is open here; new, search, delete and closing release it.
 #include "app/bloqueo_edicion.h"
+#include "app/conf_puesto_store.h"
 #include "app/entorno.h"
 #include "documents/plantilla.h"
 #include "sales/albaran.h"
@@ -20,6 +21,8 @@
 #include <optional>
 
 inline const QString kPantallaAlbaranes = QStringLiteral("Albaranes de Venta");
+// What the trace of a command adds after the action ("guardar un Albarán" + ...).
+inline const QString kEnPantallaAlbaranes = QStringLiteral(" en los 'Albaranes de Venta'");
 inline const QString kTituloObligatoriosAlbaran = QStringLiteral("Campos obligatorios no rellenos");
 inline const QString kTituloSinCliente = QStringLiteral("Información requerida no especificada");
 inline const QString kTituloImposibleGuardar =
@@ -194,5 +197,6 @@ private:
     QList<OpcionVenta> tiposIVA_;
     QString fecha_, hora_, retencionTexto_;
     std::optional<qint64> ivaCliente_; // set by the caller, when it differs from the record
+    ConfiguracionPuesto conf_;         // this workstation's defaults, read when the screen opens
     BloqueoEdicion bloqueo_;
 };

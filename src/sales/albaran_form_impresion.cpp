@@ -6,10 +6,6 @@
 #include "sales/albaran_documento.h"
 #include "sales/albaran_form.h"
 
-namespace {
-const QString kEnPantalla = QStringLiteral(" en los '") + kPantallaAlbaranes + QStringLiteral("'");
-}
-
 // The note as stored, ready to print: unsaved changes are saved first, unless the note was
 // invoiced or collected meanwhile (then the stored note prints, without the changes).
 bool AlbaranForm::prepararImpresion() {
@@ -29,7 +25,7 @@ bool AlbaranForm::documento(const std::function<bool(const DatosDocumento&)>& en
     if (cliente_ && cliente_->lopd == kLopdNoConsiente && !avisoLopd(e_.dialogs(), cliente_->nombre, true))
         return false;
     bool hecho = false;
-    CommandTrace traza(e_.dialogs(), QStringLiteral("imprimir un Albarán") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(), QStringLiteral("imprimir un Albarán") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
         traza.paso(QStringLiteral("Preparar los datos del Albarán"));
         const QString vendedor = store_.nombreVendedor(a_.idVendedor);

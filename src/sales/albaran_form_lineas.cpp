@@ -1,26 +1,15 @@
 // The delivery-note screen's lines and its record commands: new, search, load, save,
 // delete, close.
-#include "app/conf_puesto_store.h"
 #include "core/command_trace.h"
 #include "core/formatos.h"
 #include "sales/albaran_form.h"
-
-namespace {
-const QString kEnPantalla = QStringLiteral(" en los '") + kPantallaAlbaranes + QStringLiteral("'");
-const QString kFacturadoOCobrado =
-    QStringLiteral("Este albarán ha sido facturado o cobrado mientras lo tenía abierto en esta pantalla. ");
-
-QString textoNumero(double v) {
-    return formatoImporte(v);
-}
-} // namespace
 
 // --- lines ---
 
 std::optional<EntradaLineaAlbaran> AlbaranForm::entradaArticulo(qint64 codigo) {
     if (!requiereCliente(false)) return std::nullopt;
     std::optional<ArticuloVenta> articulo;
-    CommandTrace traza(e_.dialogs(), QStringLiteral("incluir un Artículo") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(), QStringLiteral("incluir un Artículo") + kEnPantallaAlbaranes);
     if (!traza.ejecutar([&] {
             traza.paso(QStringLiteral("Leer el Artículo"));
             articulo = store_.articulo(codigo);
@@ -37,8 +26,8 @@ std::optional<EntradaLineaAlbaran> AlbaranForm::entradaArticulo(qint64 codigo) {
     e.idArticulo = codigo;
     e.concepto = articulo->descripcion;
     e.cantidad = QStringLiteral("1");
-    e.pvp = textoNumero(p.pvp);
-    e.descuento = p.descuento == 0 ? QString() : textoNumero(p.descuento);
+    e.pvp = formatoImporte(p.pvp);
+    e.descuento = p.descuento == 0 ? QString() : formatoImporte(p.descuento);
     e.idTipoIVA = p.idTipoIVA;
     e.serie = articulo->serie;
     return e;
@@ -57,9 +46,9 @@ EntradaLineaAlbaran AlbaranForm::entradaDeLinea(int fila) const {
     EntradaLineaAlbaran e;
     e.idArticulo = l.idArticulo;
     e.concepto = l.concepto;
-    e.cantidad = textoNumero(l.cantidad);
-    e.pvp = textoNumero(l.pvp);
-    e.descuento = l.descuento == 0 ? QString() : textoNumero(l.descuento);
+    e.cantidad = formatoImporte(l.cantidad);
+    e.pvp = formatoImporte(l.pvp);
+    e.descuento = l.descuento == 0 ? QString() : formatoImporte(l.descuento);
     e.idTipoIVA = l.idTipoIVA;
     e.serie = l.serie;
     return e;
@@ -88,7 +77,7 @@ std::optional<LineaAlbaran> AlbaranForm::leerEntrada(const EntradaLineaAlbaran& 
         descuento = *d;
     }
     std::optional<double> iva;
-    CommandTrace traza(e_.dialogs(), QStringLiteral("incluir un Artículo") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(), QStringLiteral("incluir un Artículo") + kEnPantallaAlbaranes);
     if (!traza.ejecutar([&] {
             traza.paso(QStringLiteral("Leer el tipo de I.V.A."));
             iva = store_.porcentajeIVA(*e.idTipoIVA);
@@ -151,7 +140,8 @@ bool AlbaranForm::quitarLinea(int fila) {
 
 bool AlbaranForm::anadirArticuloPorDefecto(qint64 codigo) {
     std::optional<ArticuloVenta> articulo;
-    CommandTrace traza(e_.dialogs(), QStringLiteral("incluir el artículo por defecto") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(),
+                       QStringLiteral("incluir el artículo por defecto") + kEnPantallaAlbaranes);
     if (!traza.ejecutar([&] { articulo = store_.articulo(codigo); })) return false;
     if (!articulo) {
         e_.dialogs().error(
@@ -161,17 +151,7 @@ bool AlbaranForm::anadirArticuloPorDefecto(qint64 codigo) {
                 QStringLiteral("que el artículo haya sido eliminado."));
         return false;
     }
-    const PrecioElegido p = elegirPrecio(*articulo, contexto());
-    LineaAlbaran l;
-    l.idArticulo = codigo;
-    l.concepto = articulo->descripcion;
-    l.serie = articulo->serie;
-    l.cantidad = 1;
-    l.pvp = p.pvp;
-    l.descuento = p.descuento;
-    l.idTipoIVA = p.idTipoIVA;
-    l.iva = p.iva;
-    a_.anadirLinea(l);
+    a_.anadirLinea(lineaDeArticulo(*articulo, elegirPrecio(*articulo, contexto())));
     modificado_ = true;
     return true;
 }
@@ -217,7 +197,7 @@ bool AlbaranForm::buscar() {
 
 bool AlbaranForm::cargar(qint64 idAlbaran) {
     std::optional<Albaran> leido;
-    CommandTrace traza(e_.dialogs(), QStringLiteral("cargar un Albarán") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(), QStringLiteral("cargar un Albarán") + kEnPantallaAlbaranes);
     if (!traza.ejecutar([&] {
             traza.paso(QStringLiteral("Leer el Albarán"));
             leido = store_.cargar(idAlbaran);
@@ -278,7 +258,7 @@ bool AlbaranForm::guardar() {
 
     Albaran copia = a_;
     bool guardado = false;
-    CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Albarán") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Albarán") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
         traza.paso(copia.esNuevo() ? QStringLiteral("Crear el Albarán con el siguiente número de la serie")
                                    : QStringLiteral("Guardar el Albarán y sus líneas"));
@@ -290,7 +270,7 @@ bool AlbaranForm::guardar() {
     a_ = copia;
     modificado_ = false;
     if (eraNuevo) tomarBloqueo();
-    CommandTrace deuda(e_.dialogs(), QStringLiteral("leer la deuda del Cliente") + kEnPantalla);
+    CommandTrace deuda(e_.dialogs(), QStringLiteral("leer la deuda del Cliente") + kEnPantallaAlbaranes);
     deuda.ejecutar([&] {
         deuda_ = store_.deuda(*a_.idCliente);
         seriesPendientes_ = store_.seriesPendientes(*a_.idCliente);
@@ -319,7 +299,7 @@ bool AlbaranForm::eliminar() {
         return false;
     if (!tomarBloqueo()) return false;
     bool hecho = false;
-    CommandTrace traza(e_.dialogs(), QStringLiteral("eliminar un Albarán") + kEnPantalla);
+    CommandTrace traza(e_.dialogs(), QStringLiteral("eliminar un Albarán") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
         traza.paso(QStringLiteral("Borrar el Albarán y sus líneas"));
         store_.eliminar(*a_.IdAlbaran);

@@ -30,6 +30,11 @@ struct MascotaVenta {
     QString plan;        // the plan's name
     QDate caducidadPlan; // invalid: no expiry
     bool planDeBaja = false;
+
+    // The pet has a plan, not withdrawn and not expired on that date: its conditions price.
+    bool planEnVigor(const QDate& fecha) const {
+        return idPlanSalud && !planDeBaja && (!caducidadPlan.isValid() || caducidadPlan >= fecha);
+    }
 };
 
 // The state of a stored note as another workstation may have left it.

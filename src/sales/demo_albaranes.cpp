@@ -5,18 +5,7 @@
 
 #include <QSqlQuery>
 
-namespace {
-// Nothing is asked while the demo is made: no other workstation holds the series counter.
-class SinDialogos final : public Dialogs {
-public:
-    void mostrar(Icono, const QString&, const QString&) override {}
-    bool preguntar(Icono, const QString&, const QString&) override { return false; }
-    QString elegirFichero(const QString&, const QString&, const QString&) override { return {}; }
-    QString elegirFicheroGuardar(const QString&, const QString&, const QString&) override { return {}; }
-    int elegir(const QString&, const QString&, const QStringList&) override { return -1; }
-    void progreso(const QString&) override {}
-};
-} // namespace
+namespace {} // namespace
 
 int cargarAlbaranesDemo(Database& db, const QString& serie, const QDate& hoy, int cuantos) {
     AlbaranStore store(db);
@@ -34,7 +23,7 @@ int cargarAlbaranesDemo(Database& db, const QString& serie, const QDate& hoy, in
     const auto vendedores = store.vendedores();
     if (articulos.isEmpty() || clientes.isEmpty() || vendedores.isEmpty()) return 0;
 
-    SinDialogos dialogos;
+    DialogosMudos dialogos;
     int creados = 0;
     Transaction tr = db.transaccion();
     for (int i = 0; i < clientes.size(); ++i) {
@@ -54,25 +43,14 @@ int cargarAlbaranesDemo(Database& db, const QString& serie, const QDate& hoy, in
         ctx.idTipoIVACliente = cliente->idTipoIVA;
         ctx.porcentajeIVACliente = cliente->porcentajeIVA;
         ctx.condicionesCliente = store.condicionesCliente(cliente->id);
-        if (mascota && mascota->idPlanSalud && !mascota->planDeBaja &&
-            (!mascota->caducidadPlan.isValid() || mascota->caducidadPlan >= a.fecha))
+        if (mascota && mascota->planEnVigor(a.fecha))
             ctx.condicionesPlan = store.condicionesPlan(*mascota->idPlanSalud);
         // A consultation, and one or two other articles.
         const int lineas = 1 + i % 3;
         for (int n = 0; n < lineas; ++n) {
             const auto art = store.articulo(articulos.at((i + n * 2) % articulos.size()));
             if (!art) continue;
-            const PrecioElegido p = elegirPrecio(*art, ctx);
-            LineaAlbaran l;
-            l.idArticulo = art->codigo;
-            l.concepto = art->descripcion;
-            l.serie = art->serie;
-            l.cantidad = (n == 2) ? 2 : 1;
-            l.pvp = p.pvp;
-            l.descuento = p.descuento;
-            l.idTipoIVA = p.idTipoIVA;
-            l.iva = p.iva;
-            a.anadirLinea(l);
+            a.anadirLinea(lineaDeArticulo(*art, elegirPrecio(*art, ctx), n == 2 ? 2 : 1));
         }
         if (store.guardar(a, dialogos)) ++creados;
     }
