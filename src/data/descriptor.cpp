@@ -23,14 +23,29 @@ bool DescriptorTabla::claveAutonumerica() const {
 }
 
 DescriptorColumna col(const QString& nombre, TipoColumna tipo, const QString& descripcion, int longitud,
-                      bool opcional) {
+                      bool opcional, int desde) {
     DescriptorColumna c;
     c.nombre = nombre;
     c.tipo = tipo;
     c.Descripcion = descripcion;
     c.longitud = longitud;
     c.Opcional = opcional;
+    c.desde = desde;
     return c;
+}
+
+DescriptorTabla tablaDe(int desde, const QString& nombre, const QString& descripcion,
+                        const QList<DescriptorColumna>& columnas, const QString& columnaTexto,
+                        bool parametro) {
+    DescriptorTabla t;
+    t.tabla = nombre;
+    t.descTabla = descripcion;
+    t.columnaS = columnas;
+    t.clave = {columnas.first().nombre};
+    t.columnaTexto = columnaTexto;
+    t.desde = desde;
+    t.parametro = parametro;
+    return t;
 }
 
 DescriptorColumna colLista(const QString& nombre, const QString& descripcion, const QStringList& internos,

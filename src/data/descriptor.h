@@ -72,7 +72,11 @@ struct DescriptorTabla {
 
 // Small builders so that table definitions read as a list.
 DescriptorColumna col(const QString& nombre, TipoColumna tipo, const QString& descripcion, int longitud = 0,
-                      bool opcional = true);
+                      bool opcional = true, int desde = 1);
+// A table keyed by its first column, introduced by schema version desde.
+DescriptorTabla tablaDe(int desde, const QString& nombre, const QString& descripcion,
+                        const QList<DescriptorColumna>& columnas, const QString& columnaTexto,
+                        bool parametro = false);
 DescriptorColumna colLista(const QString& nombre, const QString& descripcion, const QStringList& internos,
                            const QStringList& externos, bool opcional = true);
 // "Activo" Sí/No ("S"/"N", "S" by default): a value no longer in use is kept for the records

@@ -12,28 +12,12 @@ constexpr int V = 2;
 
 DescriptorColumna c(const QString& nombre, T tipo, const QString& etiqueta, int longitud = 0,
                     bool opcional = true) {
-    DescriptorColumna d = col(nombre, tipo, etiqueta, longitud, opcional);
-    d.desde = V;
-    return d;
-}
-
-DescriptorTabla tabla(const QString& nombre, const QString& desc, const QList<DescriptorColumna>& columnas,
-                      const QString& texto, bool parametro) {
-    DescriptorTabla t;
-    t.tabla = nombre;
-    t.descTabla = desc;
-    t.columnaS = columnas;
-    t.clave = {columnas.first().nombre};
-    t.columnaTexto = texto;
-    t.desde = V;
-    t.parametro = parametro;
-    return t;
+    return col(nombre, tipo, etiqueta, longitud, opcional, V);
 }
 
 // A column added by schema version 3.
-DescriptorColumna v3(DescriptorColumna d) {
-    d.desde = 3;
-    return d;
+DescriptorColumna v3(const QString& nombre, T tipo, const QString& etiqueta) {
+    return col(nombre, tipo, etiqueta, 0, true, 3);
 }
 
 DescriptorColumna serie(const QString& nombre = QStringLiteral("Serie")) {
@@ -46,8 +30,8 @@ DescriptorTabla articulos() {
     factor.porDefecto = QStringLiteral("1");
     DescriptorColumna obligatoria =
         c(QStringLiteral("ArtFacturacionObligatoria"), T::Logico, QStringLiteral("Facturación obligatoria"));
-    DescriptorTabla t = tabla(
-        QStringLiteral("Articulos"), QStringLiteral("Artículo"),
+    DescriptorTabla t = tablaDe(
+        V, QStringLiteral("Articulos"), QStringLiteral("Artículo"),
         {c(QStringLiteral("ArtCodArticulo"), T::Autonumerico, QStringLiteral("Código"), 0, false),
          c(QStringLiteral("Articulo"), T::Texto, QStringLiteral("Descripción"), 100, false),
          c(QStringLiteral("ArtDescCorta"), T::Texto, QStringLiteral("Descripción corta"), 40),
@@ -90,46 +74,46 @@ DescriptorTabla articulos() {
 
 DescriptorTabla familias() {
     DescriptorTabla t =
-        tabla(QStringLiteral("Familias"), QStringLiteral("Familia"),
-              {c(QStringLiteral("IdFamilia"), T::Autonumerico, QStringLiteral("Código"), 0, false),
-               c(QStringLiteral("IdSeccion"), T::Entero, QStringLiteral("Sección"), 0, false),
-               c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Familia"), 40, false), serie()},
-              QStringLiteral("Descripcion"), true);
+        tablaDe(V, QStringLiteral("Familias"), QStringLiteral("Familia"),
+                {c(QStringLiteral("IdFamilia"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+                 c(QStringLiteral("IdSeccion"), T::Entero, QStringLiteral("Sección"), 0, false),
+                 c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Familia"), 40, false), serie()},
+                QStringLiteral("Descripcion"), true);
     t.indices = {indiceDe(t.tabla, {QStringLiteral("IdSeccion")}, V)};
     return t;
 }
 
 DescriptorTabla subfamilias() {
-    DescriptorTabla t =
-        tabla(QStringLiteral("Subfamilias"), QStringLiteral("Subfamilia"),
-              {c(QStringLiteral("IdSubfamilia"), T::Autonumerico, QStringLiteral("Código"), 0, false),
-               c(QStringLiteral("IdFamilia"), T::Entero, QStringLiteral("Familia"), 0, false),
-               c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Subfamilia"), 40, false), serie()},
-              QStringLiteral("Descripcion"), true);
+    DescriptorTabla t = tablaDe(
+        V, QStringLiteral("Subfamilias"), QStringLiteral("Subfamilia"),
+        {c(QStringLiteral("IdSubfamilia"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+         c(QStringLiteral("IdFamilia"), T::Entero, QStringLiteral("Familia"), 0, false),
+         c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Subfamilia"), 40, false), serie()},
+        QStringLiteral("Descripcion"), true);
     t.indices = {indiceDe(t.tabla, {QStringLiteral("IdFamilia")}, V)};
     return t;
 }
 
 // The type is a code the clinic types; "SERVICIO" marks a service (no stock, no suppliers).
 DescriptorTabla tiposArticulo() {
-    return tabla(QStringLiteral("TiposArticulo"), QStringLiteral("Tipo de Artículo"),
-                 {c(QStringLiteral("IdTipoArticulo"), T::Texto, QStringLiteral("Tipo"), 20, false),
-                  c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Descripción"), 40, false)},
-                 QStringLiteral("Descripcion"), true);
+    return tablaDe(V, QStringLiteral("TiposArticulo"), QStringLiteral("Tipo de Artículo"),
+                   {c(QStringLiteral("IdTipoArticulo"), T::Texto, QStringLiteral("Tipo"), 20, false),
+                    c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Descripción"), 40, false)},
+                   QStringLiteral("Descripcion"), true);
 }
 
 DescriptorTabla proveedores() {
     const DescriptorColumna activo = colActivo(V);
     DescriptorTabla t =
-        tabla(QStringLiteral("Proveedores"), QStringLiteral("Proveedor"),
-              {c(QStringLiteral("IdProveedor"), T::Autonumerico, QStringLiteral("Código"), 0, false),
-               c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 100, false),
-               c(QStringLiteral("NIF"), T::Texto, QStringLiteral("N.I.F."), 20),
-               c(QStringLiteral("Contacto"), T::Texto, QStringLiteral("Persona de contacto"), 60),
-               c(QStringLiteral("Telefono"), T::Texto, QStringLiteral("Teléfono"), 20),
-               c(QStringLiteral("EMail"), T::Texto, QStringLiteral("E-Mail"), 100),
-               c(QStringLiteral("Subcuenta"), T::Texto, QStringLiteral("Subcuenta contable"), 12), activo},
-              QStringLiteral("Nombre"), true);
+        tablaDe(V, QStringLiteral("Proveedores"), QStringLiteral("Proveedor"),
+                {c(QStringLiteral("IdProveedor"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+                 c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 100, false),
+                 c(QStringLiteral("NIF"), T::Texto, QStringLiteral("N.I.F."), 20),
+                 c(QStringLiteral("Contacto"), T::Texto, QStringLiteral("Persona de contacto"), 60),
+                 c(QStringLiteral("Telefono"), T::Texto, QStringLiteral("Teléfono"), 20),
+                 c(QStringLiteral("EMail"), T::Texto, QStringLiteral("E-Mail"), 100),
+                 c(QStringLiteral("Subcuenta"), T::Texto, QStringLiteral("Subcuenta contable"), 12), activo},
+                QStringLiteral("Nombre"), true);
     // A supplier's subaccount begins with the suppliers' prefix.
     t.validacion = [](const Registro& r) -> std::optional<FalloValidacion> {
         if (const auto error = comprobarSubcuentaProveedor(r.texto(QStringLiteral("Subcuenta"))))
@@ -146,28 +130,28 @@ DescriptorTabla albaranes() {
         return d;
     };
     DescriptorTabla t =
-        tabla(QStringLiteral("Albaranes"), QStringLiteral("Albarán"),
-              {c(QStringLiteral("IdAlbaran"), T::Autonumerico, QStringLiteral("Código"), 0, false),
-               c(QStringLiteral("Serie"), T::Texto, QStringLiteral("Serie"), 10, false),
-               c(QStringLiteral("NumAlbaran"), T::Entero, QStringLiteral("Nº Albarán"), 0, false),
-               c(QStringLiteral("Fecha"), T::Fecha, QStringLiteral("Fecha"), 0, false),
-               c(QStringLiteral("Hora"), T::Hora, QStringLiteral("Hora")),
-               c(QStringLiteral("IdCliente"), T::Entero, QStringLiteral("Cliente"), 0, false),
-               c(QStringLiteral("IdMascota"), T::Entero, QStringLiteral("Mascota")),
-               c(QStringLiteral("IdVendedor"), T::Entero, QStringLiteral("Vendedor")),
-               c(QStringLiteral("IdVisita"), T::Entero, QStringLiteral("Visita")),
-               c(QStringLiteral("Retencion"), T::Decimal, QStringLiteral("% Retención")),
-               c(QStringLiteral("Exento"), T::Logico, QStringLiteral("Exento de I.V.A.")),
-               c(QStringLiteral("NumFactura"), T::Entero, QStringLiteral("Nº Factura")),
-               c(QStringLiteral("SerieFactura"), T::Texto, QStringLiteral("Serie de la factura"), 10),
-               c(QStringLiteral("Cobrado"), T::Logico, QStringLiteral("Cobrado")),
-               cero(c(QStringLiteral("TotalBruto"), T::Decimal, QStringLiteral("Total bruto"))),
-               cero(c(QStringLiteral("TotalBI"), T::Decimal, QStringLiteral("Total B.I."))),
-               cero(c(QStringLiteral("TotalIVA"), T::Decimal, QStringLiteral("Total I.V.A."))),
-               cero(c(QStringLiteral("TotalRetencion"), T::Decimal, QStringLiteral("Total retención"))),
-               cero(c(QStringLiteral("Total"), T::Decimal, QStringLiteral("Total"))),
-               cero(c(QStringLiteral("Pendiente"), T::Decimal, QStringLiteral("Pendiente")))},
-              QStringLiteral("NumAlbaran"), false);
+        tablaDe(V, QStringLiteral("Albaranes"), QStringLiteral("Albarán"),
+                {c(QStringLiteral("IdAlbaran"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+                 c(QStringLiteral("Serie"), T::Texto, QStringLiteral("Serie"), 10, false),
+                 c(QStringLiteral("NumAlbaran"), T::Entero, QStringLiteral("Nº Albarán"), 0, false),
+                 c(QStringLiteral("Fecha"), T::Fecha, QStringLiteral("Fecha"), 0, false),
+                 c(QStringLiteral("Hora"), T::Hora, QStringLiteral("Hora")),
+                 c(QStringLiteral("IdCliente"), T::Entero, QStringLiteral("Cliente"), 0, false),
+                 c(QStringLiteral("IdMascota"), T::Entero, QStringLiteral("Mascota")),
+                 c(QStringLiteral("IdVendedor"), T::Entero, QStringLiteral("Vendedor")),
+                 c(QStringLiteral("IdVisita"), T::Entero, QStringLiteral("Visita")),
+                 c(QStringLiteral("Retencion"), T::Decimal, QStringLiteral("% Retención")),
+                 c(QStringLiteral("Exento"), T::Logico, QStringLiteral("Exento de I.V.A.")),
+                 c(QStringLiteral("NumFactura"), T::Entero, QStringLiteral("Nº Factura")),
+                 c(QStringLiteral("SerieFactura"), T::Texto, QStringLiteral("Serie de la factura"), 10),
+                 c(QStringLiteral("Cobrado"), T::Logico, QStringLiteral("Cobrado")),
+                 cero(c(QStringLiteral("TotalBruto"), T::Decimal, QStringLiteral("Total bruto"))),
+                 cero(c(QStringLiteral("TotalBI"), T::Decimal, QStringLiteral("Total B.I."))),
+                 cero(c(QStringLiteral("TotalIVA"), T::Decimal, QStringLiteral("Total I.V.A."))),
+                 cero(c(QStringLiteral("TotalRetencion"), T::Decimal, QStringLiteral("Total retención"))),
+                 cero(c(QStringLiteral("Total"), T::Decimal, QStringLiteral("Total"))),
+                 cero(c(QStringLiteral("Pendiente"), T::Decimal, QStringLiteral("Pendiente")))},
+                QStringLiteral("NumAlbaran"), false);
     t.indices = {indiceDe(t.tabla, {QStringLiteral("Serie"), QStringLiteral("NumAlbaran")}, V, true),
                  indiceDe(t.tabla, {QStringLiteral("IdCliente")}, V),
                  indiceDe(t.tabla, {QStringLiteral("NumFactura")}, V),
@@ -178,29 +162,29 @@ DescriptorTabla albaranes() {
 
 DescriptorTabla lineasAlbaran() {
     DescriptorTabla t =
-        tabla(QStringLiteral("LineasAlbaran"), QStringLiteral("Línea de Albarán"),
-              {c(QStringLiteral("IdLinea"), T::Autonumerico, QStringLiteral("Código"), 0, false),
-               c(QStringLiteral("IdAlbaran"), T::Entero, QStringLiteral("Albarán"), 0, false),
-               c(QStringLiteral("Orden"), T::Entero, QStringLiteral("Orden")),
-               c(QStringLiteral("IdArticulo"), T::Entero, QStringLiteral("Artículo")),
-               c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Concepto"), 100),
-               c(QStringLiteral("Cantidad"), T::Decimal, QStringLiteral("Cantidad")),
-               c(QStringLiteral("Precio"), T::Decimal, QStringLiteral("P.V.P.")),
-               c(QStringLiteral("Descuento"), T::Decimal, QStringLiteral("% Dto.")),
-               c(QStringLiteral("IdTipoIVA"), T::Entero, QStringLiteral("Tipo de I.V.A.")),
-               c(QStringLiteral("PorcentajeIVA"), T::Decimal, QStringLiteral("% I.V.A.")),
-               c(QStringLiteral("Importe"), T::Decimal, QStringLiteral("Total línea")), serie(),
-               // Version 3: every derived amount of the line, as the document arithmetic gave it,
-               // so that invoicing and the reports add the same cents the screen showed.
-               v3(c(QStringLiteral("PrecioSinIVA"), T::Decimal, QStringLiteral("Precio sin I.V.A."))),
-               v3(c(QStringLiteral("BrutoSinIVA"), T::Decimal, QStringLiteral("Bruto sin I.V.A."))),
-               v3(c(QStringLiteral("BrutoConIVA"), T::Decimal, QStringLiteral("Bruto con I.V.A."))),
-               v3(c(QStringLiteral("ImporteDto"), T::Decimal, QStringLiteral("Importe del descuento"))),
-               v3(c(QStringLiteral("TotalConIVA"), T::Decimal, QStringLiteral("Total con I.V.A."))),
-               v3(c(QStringLiteral("BaseImponible"), T::Decimal, QStringLiteral("Base imponible"))),
-               v3(c(QStringLiteral("CuotaIVA"), T::Decimal, QStringLiteral("Cuota de I.V.A."))),
-               v3(c(QStringLiteral("ImporteRetencion"), T::Decimal, QStringLiteral("Retención")))},
-              QStringLiteral("Descripcion"), false);
+        tablaDe(V, QStringLiteral("LineasAlbaran"), QStringLiteral("Línea de Albarán"),
+                {c(QStringLiteral("IdLinea"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+                 c(QStringLiteral("IdAlbaran"), T::Entero, QStringLiteral("Albarán"), 0, false),
+                 c(QStringLiteral("Orden"), T::Entero, QStringLiteral("Orden")),
+                 c(QStringLiteral("IdArticulo"), T::Entero, QStringLiteral("Artículo")),
+                 c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Concepto"), 100),
+                 c(QStringLiteral("Cantidad"), T::Decimal, QStringLiteral("Cantidad")),
+                 c(QStringLiteral("Precio"), T::Decimal, QStringLiteral("P.V.P.")),
+                 c(QStringLiteral("Descuento"), T::Decimal, QStringLiteral("% Dto.")),
+                 c(QStringLiteral("IdTipoIVA"), T::Entero, QStringLiteral("Tipo de I.V.A.")),
+                 c(QStringLiteral("PorcentajeIVA"), T::Decimal, QStringLiteral("% I.V.A.")),
+                 c(QStringLiteral("Importe"), T::Decimal, QStringLiteral("Total línea")), serie(),
+                 // Version 3: every derived amount of the line, as the document arithmetic gave it,
+                 // so that invoicing and the reports add the same cents the screen showed.
+                 v3(QStringLiteral("PrecioSinIVA"), T::Decimal, QStringLiteral("Precio sin I.V.A.")),
+                 v3(QStringLiteral("BrutoSinIVA"), T::Decimal, QStringLiteral("Bruto sin I.V.A.")),
+                 v3(QStringLiteral("BrutoConIVA"), T::Decimal, QStringLiteral("Bruto con I.V.A.")),
+                 v3(QStringLiteral("ImporteDto"), T::Decimal, QStringLiteral("Importe del descuento")),
+                 v3(QStringLiteral("TotalConIVA"), T::Decimal, QStringLiteral("Total con I.V.A.")),
+                 v3(QStringLiteral("BaseImponible"), T::Decimal, QStringLiteral("Base imponible")),
+                 v3(QStringLiteral("CuotaIVA"), T::Decimal, QStringLiteral("Cuota de I.V.A.")),
+                 v3(QStringLiteral("ImporteRetencion"), T::Decimal, QStringLiteral("Retención"))},
+                QStringLiteral("Descripcion"), false);
     t.indices = {indiceDe(t.tabla, {QStringLiteral("IdAlbaran")}, V),
                  indiceDe(t.tabla, {QStringLiteral("IdArticulo")}, V)};
     return t;

@@ -8,21 +8,7 @@ constexpr int V = 2;
 
 DescriptorColumna c(const QString& nombre, T tipo, const QString& etiqueta, int longitud = 0,
                     bool opcional = true) {
-    DescriptorColumna d = col(nombre, tipo, etiqueta, longitud, opcional);
-    d.desde = V;
-    return d;
-}
-
-DescriptorTabla tabla(const QString& nombre, const QString& desc, const QList<DescriptorColumna>& columnas,
-                      const QString& texto) {
-    DescriptorTabla t;
-    t.tabla = nombre;
-    t.descTabla = desc;
-    t.columnaS = columnas;
-    t.clave = {columnas.first().nombre};
-    t.columnaTexto = texto;
-    t.desde = V;
-    return t;
+    return col(nombre, tipo, etiqueta, longitud, opcional, V);
 }
 
 const QStringList kTarifas = {QStringLiteral("TARIFA 1"), QStringLiteral("TARIFA 2"),
@@ -44,8 +30,8 @@ DescriptorTabla clientes() {
     DescriptorColumna tarifa =
         colLista(QStringLiteral("Tarifa"), QStringLiteral("Tarifa general"), kTarifas, kTarifas);
     tarifa.desde = V;
-    DescriptorTabla t = tabla(
-        QStringLiteral("Clientes"), QStringLiteral("Cliente"),
+    DescriptorTabla t = tablaDe(
+        V, QStringLiteral("Clientes"), QStringLiteral("Cliente"),
         {c(QStringLiteral("IdCliente"), T::Autonumerico, QStringLiteral("Nº Cliente"), 0, false),
          c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 100, false),
          c(QStringLiteral("DNI"), T::Texto, QStringLiteral("D.N.I."), 20),
@@ -114,8 +100,8 @@ DescriptorTabla mascotas() {
                  {QStringLiteral("Macho"), QStringLiteral("Hembra"), QStringLiteral("Macho castrado"),
                   QStringLiteral("Hembra esterilizada")});
     sexo.desde = V;
-    DescriptorTabla t = tabla(
-        QStringLiteral("Mascotas"), QStringLiteral("Mascota"),
+    DescriptorTabla t = tablaDe(
+        V, QStringLiteral("Mascotas"), QStringLiteral("Mascota"),
         {c(QStringLiteral("IdMascota"), T::Autonumerico, QStringLiteral("Nº Mascota"), 0, false),
          c(QStringLiteral("IdCliente"), T::Entero, QStringLiteral("Propietario"), 0, false),
          c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 60, false),
@@ -156,11 +142,11 @@ DescriptorTabla mascotas() {
 DescriptorTabla razas() {
     const DescriptorColumna activo = colActivo(V);
     DescriptorTabla t =
-        tabla(QStringLiteral("Razas"), QStringLiteral("Raza"),
-              {c(QStringLiteral("IdRaza"), T::Autonumerico, QStringLiteral("Código"), 0, false),
-               c(QStringLiteral("IdEspecie"), T::Entero, QStringLiteral("Especie"), 0, false),
-               c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Raza"), 60, false), activo},
-              QStringLiteral("Descripcion"));
+        tablaDe(V, QStringLiteral("Razas"), QStringLiteral("Raza"),
+                {c(QStringLiteral("IdRaza"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+                 c(QStringLiteral("IdEspecie"), T::Entero, QStringLiteral("Especie"), 0, false),
+                 c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Raza"), 60, false), activo},
+                QStringLiteral("Descripcion"));
     t.parametro = true;
     t.indices = {indiceDe(t.tabla, {QStringLiteral("IdEspecie")}, V)};
     return t;
@@ -169,24 +155,24 @@ DescriptorTabla razas() {
 DescriptorTabla personal() {
     const DescriptorColumna activo = colActivo(V);
     DescriptorTabla t =
-        tabla(QStringLiteral("Personal"), QStringLiteral("Miembro del Personal"),
-              {c(QStringLiteral("IdPersonal"), T::Autonumerico, QStringLiteral("Código"), 0, false),
-               c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Nombre"), 100, false),
-               c(QStringLiteral("NumColegiado"), T::Texto, QStringLiteral("Nº de colegiado"), 20), activo},
-              QStringLiteral("Descripcion"));
+        tablaDe(V, QStringLiteral("Personal"), QStringLiteral("Miembro del Personal"),
+                {c(QStringLiteral("IdPersonal"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+                 c(QStringLiteral("Descripcion"), T::Texto, QStringLiteral("Nombre"), 100, false),
+                 c(QStringLiteral("NumColegiado"), T::Texto, QStringLiteral("Nº de colegiado"), 20), activo},
+                QStringLiteral("Descripcion"));
     t.parametro = true;
     return t;
 }
 
 DescriptorTabla planesSalud() {
-    return tabla(QStringLiteral("PlanesSalud"), QStringLiteral("Plan de Salud"),
-                 {c(QStringLiteral("IdPlanSalud"), T::Autonumerico, QStringLiteral("Nº Plan"), 0, false),
-                  c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 100, false),
-                  c(QStringLiteral("FechaAlta"), T::Fecha, QStringLiteral("Fecha de alta")),
-                  c(QStringLiteral("FechaBaja"), T::Fecha, QStringLiteral("Fecha de baja")),
-                  c(QStringLiteral("Notas"), T::Memo, QStringLiteral("Notas")),
-                  c(QStringLiteral("Aviso"), T::Memo, QStringLiteral("Aviso"))},
-                 QStringLiteral("Nombre"));
+    return tablaDe(V, QStringLiteral("PlanesSalud"), QStringLiteral("Plan de Salud"),
+                   {c(QStringLiteral("IdPlanSalud"), T::Autonumerico, QStringLiteral("Nº Plan"), 0, false),
+                    c(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 100, false),
+                    c(QStringLiteral("FechaAlta"), T::Fecha, QStringLiteral("Fecha de alta")),
+                    c(QStringLiteral("FechaBaja"), T::Fecha, QStringLiteral("Fecha de baja")),
+                    c(QStringLiteral("Notas"), T::Memo, QStringLiteral("Notas")),
+                    c(QStringLiteral("Aviso"), T::Memo, QStringLiteral("Aviso"))},
+                   QStringLiteral("Nombre"));
 }
 
 // A row of a client's commercial file (IdCliente set) or of a health plan (IdPlanSalud set).
@@ -195,25 +181,25 @@ DescriptorTabla condiciones() {
         colLista(QStringLiteral("Tarifa"), QStringLiteral("Tarifa"), kTarifas, kTarifas);
     tarifa.desde = V;
     DescriptorTabla t =
-        tabla(QStringLiteral("CondicionesEspeciales"), QStringLiteral("Condición especial"),
-              {c(QStringLiteral("IdCondicion"), T::Autonumerico, QStringLiteral("Código"), 0, false),
-               c(QStringLiteral("IdCliente"), T::Entero, QStringLiteral("Cliente")),
-               c(QStringLiteral("IdPlanSalud"), T::Entero, QStringLiteral("Plan de salud")),
-               c(QStringLiteral("IdArticulo"), T::Entero, QStringLiteral("Artículo")),
-               c(QStringLiteral("IdSeccion"), T::Entero, QStringLiteral("Sección")),
-               c(QStringLiteral("IdFamilia"), T::Entero, QStringLiteral("Familia")),
-               c(QStringLiteral("IdSubfamilia"), T::Entero, QStringLiteral("Subfamilia")),
-               c(QStringLiteral("Precio"), T::Decimal, QStringLiteral("Precio")), tarifa,
-               c(QStringLiteral("Descuento"), T::Decimal, QStringLiteral("Dto."))},
-              QStringLiteral("IdCondicion"));
+        tablaDe(V, QStringLiteral("CondicionesEspeciales"), QStringLiteral("Condición especial"),
+                {c(QStringLiteral("IdCondicion"), T::Autonumerico, QStringLiteral("Código"), 0, false),
+                 c(QStringLiteral("IdCliente"), T::Entero, QStringLiteral("Cliente")),
+                 c(QStringLiteral("IdPlanSalud"), T::Entero, QStringLiteral("Plan de salud")),
+                 c(QStringLiteral("IdArticulo"), T::Entero, QStringLiteral("Artículo")),
+                 c(QStringLiteral("IdSeccion"), T::Entero, QStringLiteral("Sección")),
+                 c(QStringLiteral("IdFamilia"), T::Entero, QStringLiteral("Familia")),
+                 c(QStringLiteral("IdSubfamilia"), T::Entero, QStringLiteral("Subfamilia")),
+                 c(QStringLiteral("Precio"), T::Decimal, QStringLiteral("Precio")), tarifa,
+                 c(QStringLiteral("Descuento"), T::Decimal, QStringLiteral("Dto."))},
+                QStringLiteral("IdCondicion"));
     t.indices = {indiceDe(t.tabla, {QStringLiteral("IdCliente")}, V),
                  indiceDe(t.tabla, {QStringLiteral("IdPlanSalud")}, V)};
     return t;
 }
 
 DescriptorTabla cambiosPropietario() {
-    DescriptorTabla t = tabla(
-        QStringLiteral("CambiosPropietario"), QStringLiteral("Cambio de Propietario"),
+    DescriptorTabla t = tablaDe(
+        V, QStringLiteral("CambiosPropietario"), QStringLiteral("Cambio de Propietario"),
         {c(QStringLiteral("IdCambio"), T::Autonumerico, QStringLiteral("Código"), 0, false),
          c(QStringLiteral("Fecha"), T::Fecha, QStringLiteral("Fecha"), 0, false),
          c(QStringLiteral("IdMascota"), T::Entero, QStringLiteral("Mascota"), 0, false),

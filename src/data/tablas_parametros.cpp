@@ -27,14 +27,7 @@ DescriptorColumna porcentaje() {
 }
 
 DescriptorTabla tabla(const QString& nombre, const QString& desc, const QList<DescriptorColumna>& columnas) {
-    DescriptorTabla t;
-    t.tabla = nombre;
-    t.descTabla = desc;
-    t.columnaS = columnas;
-    t.clave = {columnas.first().nombre};
-    t.columnaTexto = QStringLiteral("Descripcion");
-    t.parametro = true;
-    return t;
+    return tablaDe(1, nombre, desc, columnas, QStringLiteral("Descripcion"), true);
 }
 
 // A list with only a key and a description.
