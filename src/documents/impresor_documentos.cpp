@@ -190,15 +190,16 @@ bool ImpresorDocumentos::enviar(const QTextDocument& documento, DestinoDocumento
                                                     QStringLiteral("Documentos PDF (*.pdf)"),
                                                     ficheroPdfPropuesto(e_, ultimoTitulo_));
         if (fichero.isEmpty()) return false;
-        if (!fichero.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive)) fichero += QStringLiteral(".pdf");
     }
-    const QString error = exportarPdf(documento, fichero, ultimoTitulo_);
-    if (!error.isEmpty()) {
-        e_.dialogs().avisar(kTituloAtencion,
-                            QStringLiteral("No se ha podido guardar el documento en el fichero "
-                                           "'%1'.\n%2")
-                                .arg(QDir::toNativeSeparators(fichero), error));
-        return false;
-    }
-    return true;
+    return guardarComoPdf(e_, documento, fichero, ultimoTitulo_);
+}
+
+bool guardarComoPdf(Entorno& e, const QTextDocument& documento, QString fichero, const QString& titulo) {
+    if (!fichero.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive)) fichero += QStringLiteral(".pdf");
+    const QString error = exportarPdf(documento, fichero, titulo);
+    if (error.isEmpty()) return true;
+    e.dialogs().avisar(kTituloAtencion, QStringLiteral("No se ha podido guardar el documento en el fichero "
+                                                       "'%1'.\n%2")
+                                            .arg(QDir::toNativeSeparators(fichero), error));
+    return false;
 }

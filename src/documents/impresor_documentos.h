@@ -76,3 +76,6 @@ QFont letraDocumentos();
 // Where a PDF of the document is proposed: <data folder>/Documentos/<title>.pdf, with the
 // characters file systems refuse replaced by '-'.
 QString ficheroPdfPropuesto(const Entorno& e, const QString& titulo);
+// Saves the document as PDF in the file chosen (".pdf" added when missing); false, with the
+// reason shown, when it could not be written.
+bool guardarComoPdf(Entorno& e, const QTextDocument& documento, QString fichero, const QString& titulo);

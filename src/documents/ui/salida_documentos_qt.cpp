@@ -3,7 +3,6 @@
 #include "documents/impresor_documentos.h"
 
 #include <QAction>
-#include <QDir>
 #include <QFileDialog>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
@@ -77,14 +76,5 @@ bool SalidaDocumentosQt::guardarPdf(const QTextDocument& documento, const QStrin
                                                    ficheroPdfPropuesto(e_, titulo),
                                                    QStringLiteral("Documentos PDF (*.pdf)"));
     if (fichero.isEmpty()) return false;
-    if (!fichero.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive)) fichero += QStringLiteral(".pdf");
-    const QString error = exportarPdf(documento, fichero, titulo);
-    if (!error.isEmpty()) {
-        e_.dialogs().avisar(kTituloAtencion,
-                            QStringLiteral("No se ha podido guardar el documento en el fichero "
-                                           "'%1'.\n%2")
-                                .arg(QDir::toNativeSeparators(fichero), error));
-        return false;
-    }
-    return true;
+    return guardarComoPdf(e_, documento, fichero, titulo);
 }
