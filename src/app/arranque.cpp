@@ -45,6 +45,14 @@ Arranque::Arranque(Dialogs& dialogs, const Clock& reloj, OpcionesArranque opcion
     }
 }
 
+namespace {
+// The operating-system user running the program ("ana", or the user number).
+QString usuarioSistema() {
+    const QString u = qEnvironmentVariable("USER");
+    return u.isEmpty() ? QString::number(getuid()) : u;
+}
+} // namespace
+
 std::unique_ptr<Entorno> Arranque::fin(int codigo) {
     codigo_ = codigo;
     return nullptr;
@@ -93,9 +101,10 @@ std::unique_ptr<Entorno> Arranque::ejecutar(const QStringList& argumentos) {
     std::unique_ptr<Database> db = abrir(config);
     if (!db) return fin(1);
     // 7. Version; 8. mode; 9. register the workstation.
-    if (!comprobarVersion(*db) || !comprobarModo(*db) || !registrarPuesto(*db)) return fin(1);
+    if (!comprobarVersion(*db) || !entrar(*db)) return fin(1);
 
     auto entorno = std::make_unique<Entorno>(std::move(db), d_, reloj_);
+    entorno->multipuesto = multipuesto_;
     entorno->carpetaPrograma = op_.carpetaPrograma;
     entorno->puesto = op_.puesto;
     entorno->configuracionBD = config;
@@ -166,24 +175,17 @@ bool Arranque::mantenimiento(Modo modo, const ConfiguracionBD& config) {
         }
     case Modo::DeactivateBlockingMode:
         try {
-            Transaction tx = db->transaccion();
-            if (puestos.contar() > 0) {
-                tx.rollback();
-                d_.error(kTituloPrograma,
-                         QStringLiteral("Imposible activar el modo 'Monopuesto' en la aplicación porque "
-                                        "hay puesto/s conectado/s a Pramelvix.") +
-                             kSoporte);
-                return false;
-            }
-            ajustes.escribir(claves::MULTIPUESTO, QStringLiteral("NO"));
-            tx.commit();
-            return true;
+            if (puestos.desactivarMultipuesto()) return true;
         } catch (const ErrorBD&) {
             d_.error(kTituloPrograma,
                      QStringLiteral("No se ha podido activar el modo 'Monopuesto' en la aplicación.") +
                          kSoporte);
             return false;
         }
+        d_.error(kTituloPrograma, QStringLiteral("Imposible activar el modo 'Monopuesto' en la aplicación porque "
+                                                 "hay puesto/s conectado/s a Pramelvix.") +
+                                      kSoporte);
+        return false;
     case Modo::Start:
     case Modo::RepairDB:
         break;
@@ -261,36 +263,35 @@ bool Arranque::comprobarVersion(Database& db) {
     return true;
 }
 
-bool Arranque::comprobarModo(Database& db) {
-    QString multipuesto, servidor;
+bool Arranque::entrar(Database& db) {
+    EntradaPuesto entrada;
     try {
-        Ajustes ajustes(db);
-        multipuesto = ajustes.leer(claves::MULTIPUESTO);
-        servidor = ajustes.leer(claves::PUESTO_SERVIDOR);
-    } catch (const ErrorBD& e) {
-        d_.error(kTituloPrograma, e.mensaje());
-        return false;
-    }
-    if (multipuesto.trimmed().compare(QLatin1String("NO"), Qt::CaseInsensitive) == 0 &&
-        servidor.trimmed().compare(op_.puesto, Qt::CaseInsensitive) != 0) {
-        d_.error(kTituloPrograma,
-                 QStringLiteral("Este puesto Cliente no puede entrar en Pramelvix porque el Servidor "
-                                "está en modo 'Monopuesto'.") +
-                     kSoporte);
-        return false;
-    }
-    return true;
-}
-
-bool Arranque::registrarPuesto(Database& db) {
-    try {
-        PuestosActivosStore(db).registrar(op_.puesto, reloj_.ahora());
-        return true;
+        entrada = PuestosActivosStore(db).entrar(op_.puesto, usuarioSistema(), reloj_.ahora());
     } catch (const ErrorBD&) {
         d_.error(kTituloPrograma, QStringLiteral("No se ha podido agregar el puesto '") + op_.puesto +
                                       QStringLiteral("' a la tabla de puestos activos.") + kSoporte);
         return false;
     }
+    switch (entrada.resultado) {
+    case EntradaPuesto::Monopuesto:
+        d_.error(kTituloPrograma,
+                 QStringLiteral("Este puesto Cliente no puede entrar en Pramelvix porque el Servidor "
+                                "está en modo 'Monopuesto'.") +
+                     kSoporte);
+        return false;
+    case EntradaPuesto::OtroUsuarioSistema:
+        d_.error(kTituloPrograma, QStringLiteral("El puesto '") + op_.puesto +
+                                      QStringLiteral("' ya está dentro de Pramelvix con el usuario del sistema '") +
+                                      entrada.otroUsuario +
+                                      QStringLiteral("'. Cada usuario del sistema debe entrar como un puesto "
+                                                     "distinto (variable PRAMELVIX_PUESTO).") +
+                                      kSoporte);
+        return false;
+    case EntradaPuesto::Dentro:
+        break;
+    }
+    multipuesto_ = entrada.multipuesto;
+    return true;
 }
 
 void Arranque::informarFacturasNoCreadas(Entorno& e) {

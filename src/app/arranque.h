@@ -53,8 +53,8 @@ private:
     bool localizar(ConfiguracionBD& config);
     std::unique_ptr<Database> abrir(const ConfiguracionBD& config);
     bool comprobarVersion(Database& db);
-    bool comprobarModo(Database& db);
-    bool registrarPuesto(Database& db);
+    // 8 and 9 in one step: the mode read and the workstation registered together.
+    bool entrar(Database& db);
     void informarFacturasNoCreadas(Entorno& e);
 
     Dialogs& d_;
@@ -62,6 +62,7 @@ private:
     OpcionesArranque op_;
     std::unique_ptr<QLockFile> instancia_;
     int codigo_ = 0;
+    bool multipuesto_ = true;
 };
 
 // The repair procedure: shows "Se está compactando la Base de Datos. Espere por favor ..."

@@ -1,19 +1,52 @@
 #include "app/bloqueo_edicion.h"
 
-BloqueoStore almacenBloqueos(Entorno& entorno) {
-    return BloqueoStore(entorno.db(), entorno.dialogs(), entorno.reloj(),
-                        IdentidadSesion{entorno.sesion, entorno.usuario, entorno.puesto});
+#include <QAtomicInt>
+
+namespace {
+QAtomicInt ventanas;
+}
+
+Bloqueos almacenBloqueos(Entorno& entorno) {
+    return Bloqueos(entorno.db(), entorno.dialogs(), entorno.reloj(),
+                    IdentidadSesion{entorno.sesion, entorno.usuario, entorno.puesto, QString()});
 }
 
 bool bloqueoActivo(Entorno& entorno) {
-    return entorno.ajustes()
-               .leerConDefecto(claves::MULTIPUESTO)
-               .trimmed()
-               .compare(QStringLiteral("NO"), Qt::CaseInsensitive) != 0;
+    if (!entorno.multipuesto)
+        entorno.multipuesto = entorno.ajustes()
+                                  .leerConDefecto(claves::MULTIPUESTO)
+                                  .trimmed()
+                                  .compare(QStringLiteral("NO"), Qt::CaseInsensitive) != 0;
+    return *entorno.multipuesto;
 }
+
+BloqueoEdicion::BloqueoEdicion(Entorno& entorno)
+    : e_(entorno), ventana_(QStringLiteral("V%1").arg(ventanas.fetchAndAddRelaxed(1) + 1)) {}
 
 BloqueoEdicion::~BloqueoEdicion() {
     liberar();
+}
+
+Bloqueos BloqueoEdicion::bloqueos() {
+    return Bloqueos(e_.db(), e_.dialogs(), e_.reloj(), IdentidadSesion{e_.sesion, e_.usuario, e_.puesto, ventana_});
+}
+
+bool BloqueoEdicion::vigente() {
+    if (!tomado_) return false;
+    if (!conFila_) return true;
+    if (e_.db().esSQLite()) return bloqueos().store().vigente(claveBloqueo_);
+    return e_.db()
+        .valor(QStringLiteral("SELECT claveBloqueo FROM Bloqueos WHERE claveBloqueo = ? AND Sesion = ? AND "
+                              "Ventana = ? FOR UPDATE"),
+               {claveBloqueo_, e_.sesion, ventana_})
+        .isValid();
+}
+
+QString BloqueoEdicion::mensajePerdido() const {
+    return QStringLiteral("No es posible guardar el/la ") + descripcionClase_ + QStringLiteral(" de ") +
+           descripcion_ +
+           QStringLiteral(" pues un Administrador ha eliminado su bloqueo mientras lo tenía abierto/a. No se ha "
+                          "guardado nada: cierre la ventana y vuelva a abrirlo/a.");
 }
 
 bool BloqueoEdicion::tomar(const DescriptorTabla& clase, const QString& clave, const QString& descripcion,
@@ -29,12 +62,13 @@ bool BloqueoEdicion::tomar(const DescriptorTabla& clase, const QString& clave, c
     }
     bool conFila = false;
     if (activo) {
-        if (!almacenBloqueos(e_).bloquearRegistro(clase, clave, descripcion, accion, mostrarMensajes))
-            return false;
+        if (!bloqueos().bloquearRegistro(clase, clave, descripcion, accion, mostrarMensajes)) return false;
         conFila = true;
     }
     liberar();
     tabla_ = clase.tabla;
+    descripcionClase_ = clase.descTabla;
+    descripcion_ = descripcion;
     clave_ = clave;
     claveBloqueo_ = claveBloqueo(clase, clave);
     tomado_ = true;
@@ -49,7 +83,7 @@ void BloqueoEdicion::liberar() {
     conFila_ = false;
     if (conFila && e_.hayBaseDatos()) {
         try {
-            almacenBloqueos(e_).desbloquear(claveBloqueo_);
+            bloqueos().desbloquear(claveBloqueo_);
         } catch (const std::exception&) {
             // desbloquear reports database errors itself; nothing else may escape
             // a destructor.

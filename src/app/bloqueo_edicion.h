@@ -13,16 +13,17 @@
 #include "app/entorno.h"
 #include "data/bloqueos.h"
 
-// The lock store acting for the session of this environment (its session, user,
-// workstation, clock and dialogs).
-BloqueoStore almacenBloqueos(Entorno& entorno);
-// False when the setting MULTIPUESTO is "NO" (upper or lower case, blanks ignored).
-// Throws ErrorBD.
+// The locks acting for the session of this environment (its session, user, workstation,
+// clock and dialogs), as the session itself rather than one of its windows.
+Bloqueos almacenBloqueos(Entorno& entorno);
+// False when the setting MULTIPUESTO was "NO" (upper or lower case, blanks ignored) when the
+// session read it. The session reads it once: a running workstation never stops locking
+// because the setting changed under it. Throws ErrorBD.
 bool bloqueoActivo(Entorno& entorno);
 
 class BloqueoEdicion {
 public:
-    explicit BloqueoEdicion(Entorno& entorno) : e_(entorno) {}
+    explicit BloqueoEdicion(Entorno& entorno);
     ~BloqueoEdicion();
     BloqueoEdicion(const BloqueoEdicion&) = delete;
     BloqueoEdicion& operator=(const BloqueoEdicion&) = delete;
@@ -37,6 +38,15 @@ public:
     // is shown as "Desbloqueo de registro".
     void liberar();
 
+    // Whether the lock taken still stands: an administrator may have removed it in the lock
+    // manager. Inside the caller's transaction (a save), the lock row is held until the end
+    // of it on PostgreSQL. Throws ErrorBD.
+    bool vigente();
+    // The message a save refused because the lock was removed shows.
+    QString mensajePerdido() const;
+    // Forgets a lock found removed (nothing to release): the next tomar() takes it again.
+    void olvidar() { tomado_ = conFila_ = false; }
+
     // True from a successful tomar() until liberar().
     bool tomado() const { return tomado_; }
     // True when the lock held is a row of the lock store (false in "Monopuesto" mode).
@@ -45,7 +55,11 @@ public:
     const QString& clave() const { return clave_; }
 
 private:
+    Bloqueos bloqueos();
     Entorno& e_;
+    QString ventana_; // this screen's own name among the session's lock holders
+    QString descripcionClase_;
+    QString descripcion_;
     QString tabla_;
     QString clave_;
     QString claveBloqueo_;

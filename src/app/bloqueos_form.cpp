@@ -69,13 +69,17 @@ bool BloqueosForm::eliminarSeleccionado() {
     if (!e_.dialogs().preguntar(kAtencion,
                                 QStringLiteral("¿Desea realmente eliminar el Bloqueo seleccionado?")))
         return false;
-    const QString clave = filas_.at(seleccionado).clave;
+    const Bloqueo listado = filas_.at(seleccionado);
     bool eliminado = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("eliminar un Bloqueo") + kPantalla);
     const bool bien = traza.ejecutar([&] {
         traza.paso(QStringLiteral("Eliminar el bloqueo"));
-        eliminado = almacenBloqueos(e_).eliminar(clave);
+        eliminado = almacenBloqueos(e_).eliminar(listado);
     });
+    if (bien && !eliminado)
+        e_.dialogs().avisar(kAtencion, QStringLiteral("El bloqueo seleccionado ya no es el que se listó: se ha "
+                                                      "liberado o lo ha vuelto a tomar otro puesto. No se ha "
+                                                      "eliminado."));
     if (bien) buscar();
     return eliminado;
 }

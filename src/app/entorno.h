@@ -10,6 +10,7 @@
 #include "data/database.h"
 
 #include <memory>
+#include <optional>
 
 class SalidaDocumentos;
 
@@ -52,6 +53,8 @@ public:
     QString carpetaPrograma;
     QString puesto;
     QString sesion; // this run of the program on this workstation
+    // Several-workstation mode as read once by this session (bloqueoActivo); unset until then.
+    std::optional<bool> multipuesto;
     ConfiguracionBD configuracionBD;
     ImpresoraTickets impresoraTickets;
     ModemGsm modemGsm;

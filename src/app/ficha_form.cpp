@@ -1,5 +1,7 @@
 #include "app/ficha_form.h"
 
+#include "app/guardado_registro.h"
+
 #include "core/command_trace.h"
 #include "core/formatos.h"
 
@@ -168,6 +170,7 @@ void FichaForm::prepararCampos() {
     campos_.clear();
     textos_.clear();
     for (const auto& c : t_->columnaS) {
+        if (c.interna) continue;
         bool oculto = t_->columnaPadre.compare(c.nombre, Qt::CaseInsensitive) == 0 ||
                       ocultas_.contains(c.nombre, Qt::CaseInsensitive);
         if (nuevo_ && c.tipo == TipoColumna::Autonumerico) oculto = true;
@@ -282,32 +285,46 @@ bool FichaForm::guardar() {
         }
     }
 
-    bool guardado = false;
     CommandTrace traza(e_->dialogs(),
                        QStringLiteral("guardar el objeto en '") + titulo() + QLatin1Char('\''));
-    traza.ejecutar([&] {
-        RegistroStore store(e_->db());
-        if (nuevo_) {
-            if (!t_->claveAutonumerica() && !t_->clave.isEmpty()) {
+    if (nuevo_ && !t_->claveAutonumerica() && !t_->clave.isEmpty()) {
+        bool repetida = false;
+        if (!traza.ejecutar([&] {
                 traza.paso(QStringLiteral("Comprobar que la clave no existe"));
-                if (claveRepetida(store, r)) {
-                    const DescriptorColumna* k = t_->columna(t_->clave.first());
-                    rechazar(QStringLiteral("¡Atención!"),
-                             QStringLiteral("Ya existe otro registro con ") + k->Descripcion +
-                                 QStringLiteral(" '") + textoValor(*k, r.valor(k->nombre)) +
-                                 QStringLiteral("'."),
-                             k->nombre);
-                    return;
-                }
-            }
-            traza.paso(QStringLiteral("Crear el registro"));
-            store.crear(r);
-        } else {
-            traza.paso(QStringLiteral("Actualizar el registro"));
-            store.actualizar(r);
+                RegistroStore store(e_->db());
+                repetida = claveRepetida(store, r);
+            }))
+            return false;
+        if (repetida) {
+            const DescriptorColumna* k = t_->columna(t_->clave.first());
+            return rechazar(QStringLiteral("¡Atención!"),
+                            QStringLiteral("Ya existe otro registro con ") + k->Descripcion + QStringLiteral(" '") +
+                                textoValor(*k, r.valor(k->nombre)) + QStringLiteral("'."),
+                            k->nombre);
         }
-        guardado = true;
-    });
+    }
+    BloqueoEdicion sinBloqueo(*e_);
+    const auto resultado =
+        guardarRegistro(*e_, traza, bloqueo_ ? *bloqueo_ : sinBloqueo, t_->descTabla, [&] {
+            RegistroStore store(e_->db());
+            if (nuevo_) {
+                traza.paso(QStringLiteral("Crear el registro"));
+                store.crear(r);
+            } else {
+                traza.paso(QStringLiteral("Actualizar el registro"));
+                store.actualizar(r);
+            }
+        });
+    if (resultado == ResultadoGuardado::Recargar) {
+        traza.ejecutar([&] {
+            if (auto actual = RegistroStore(e_->db()).cargar(*t_, registro_.clave())) {
+                registro_ = *actual;
+                prepararCampos();
+            }
+        });
+        return false;
+    }
+    const bool guardado = resultado == ResultadoGuardado::Guardado;
     if (!guardado) return false;
     cancelar();
     const bool eraNuevo = nuevo_;

@@ -1,6 +1,7 @@
 #include "clients/cliente_form.h"
 
 #include "app/ficha_form.h"
+#include "app/guardado_registro.h"
 #include "app/login_form.h"
 #include "clients/cliente_store.h"
 #include "clients/subcuenta.h"
@@ -15,7 +16,7 @@ const QStringList kSaldos = {QStringLiteral("Deuda"), QStringLiteral("EntregadoC
 const QStringList kFichaComercial = {QStringLiteral("Tarifa"), QStringLiteral("DtoGeneral")};
 
 bool editable(const DescriptorColumna& c) {
-    return c.tipo != TipoColumna::Autonumerico && !kSaldos.contains(c.nombre);
+    return c.tipo != TipoColumna::Autonumerico && !c.interna && !kSaldos.contains(c.nombre);
 }
 
 QString sinFra(const QString& columna) {
@@ -277,10 +278,8 @@ bool ClienteForm::guardar() {
     if (id_ && !bloquear()) return false;
     const bool eraNuevo = !id_;
     const bool avisarFicha = !eraNuevo && fichaComercialModificada();
-    bool guardado = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Cliente") + kEnPantalla);
-    traza.ejecutar([&] {
-        Transaction tr = e_.db().transaccion();
+    const ResultadoGuardado resultado = guardarRegistro(e_, traza, bloqueo_, registro_.descriptor().descTabla, [&] {
         ClienteStore store(e_.db());
         if (eraNuevo) {
             traza.paso(QStringLiteral("Crear el Cliente"));
@@ -291,10 +290,14 @@ bool ClienteForm::guardar() {
         }
         traza.paso(QStringLiteral("Guardar la Ficha Comercial"));
         condiciones_.guardar(r.valor(QStringLiteral("IdCliente")).toLongLong());
-        tr.commit();
-        guardado = true;
     });
-    if (!guardado) {
+    if (resultado == ResultadoGuardado::Recargar) {
+        const qint64 id = *id_;
+        modificado_ = false;
+        cargar(id);
+        return false;
+    }
+    if (resultado != ResultadoGuardado::Guardado) {
         if (eraNuevo) r.setValor(QStringLiteral("IdCliente"), QVariant());
         return false;
     }

@@ -28,8 +28,9 @@ qint64 ClienteStore::crear(Registro& r) {
     return id;
 }
 
-void ClienteStore::actualizar(const Registro& r) {
-    RegistroStore(db_).actualizar(conNombreBusqueda(r));
+void ClienteStore::actualizar(Registro& r) {
+    r = conNombreBusqueda(r);
+    RegistroStore(db_).actualizar(r);
 }
 
 bool ClienteStore::eliminar(qint64 idCliente) {

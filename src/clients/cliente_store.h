@@ -16,7 +16,7 @@ public:
     std::optional<Registro> cargar(qint64 idCliente);
     // Inserts a new client and returns its number (set in r as well).
     qint64 crear(Registro& r);
-    void actualizar(const Registro& r);
+    void actualizar(Registro& r);
     // Deletes the client and the rows of its commercial file; false when it was gone.
     bool eliminar(qint64 idCliente);
     // Pets whose owner is the client.

@@ -1,5 +1,7 @@
 #include "clients/mascota_form.h"
 
+#include "app/guardado_registro.h"
+
 #include "app/ficha_form.h"
 #include "core/command_trace.h"
 #include "core/formatos.h"
@@ -23,7 +25,7 @@ MascotaForm::MascotaForm(Entorno& entorno) : e_(entorno), bloqueo_(entorno) {
 QStringList MascotaForm::columnas() {
     QStringList l;
     for (const auto& c : tablaMascotas().columnaS)
-        if (c.nombre != QStringLiteral("IdMascota") && c.nombre != QStringLiteral("IdCliente") &&
+        if (!c.interna && c.nombre != QStringLiteral("IdMascota") && c.nombre != QStringLiteral("IdCliente") &&
             c.nombre != QStringLiteral("NombreBusqueda"))
             l << c.nombre;
     return l;
@@ -258,26 +260,28 @@ bool MascotaForm::guardar() {
     }
     if (r.valor(QStringLiteral("Baja")).isNull()) r.setValor(QStringLiteral("Baja"), false);
 
-    bool guardado = false;
+    if (id_ && !bloqueo_.tomar(tablaMascotas(), QString::number(*id_), r.texto(QStringLiteral("Nombre")),
+                               AccionBloqueo::Modificacion))
+        return false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar") + kAccion);
-    traza.ejecutar([&] {
-        if (id_ && !bloqueo_.tomado()) {
-            traza.paso(QStringLiteral("Bloquear la mascota"));
-            if (!bloqueo_.tomar(tablaMascotas(), QString::number(*id_), r.texto(QStringLiteral("Nombre")),
-                                AccionBloqueo::Modificacion))
-                return;
-        }
+    qint64 id = 0;
+    const auto resultado = guardarRegistro(e_, traza, bloqueo_, tablaMascotas().descTabla, [&] {
         traza.paso(QStringLiteral("Guardar la mascota"));
-        MascotaStore store(e_.db());
-        const qint64 id = store.guardar(r);
+        id = MascotaStore(e_.db()).guardar(r);
+    });
+    if (resultado == ResultadoGuardado::Recargar) {
+        modificado_ = false;
+        abrir(propietario_.IdCliente, *id_);
+        return false;
+    }
+    if (resultado != ResultadoGuardado::Guardado) return false;
+    traza.ejecutar([&] {
         traza.paso(QStringLiteral("Leer la lista de mascotas"));
         leerLista();
         fila_ = -1;
         for (int i = 0; i < lista_.size(); ++i)
             if (lista_.at(i).IdMascota == id) fila_ = i;
-        guardado = true;
     });
-    if (!guardado) return false;
     bloqueo_.liberar();
     mostrar(r);
     return true;

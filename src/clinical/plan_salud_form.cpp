@@ -1,5 +1,7 @@
 #include "clinical/plan_salud_form.h"
 
+#include "app/guardado_registro.h"
+
 #include "app/ficha_form.h"
 #include "app/login_form.h"
 #include "clinical/plan_salud_store.h"
@@ -131,10 +133,8 @@ bool PlanSaludForm::guardar() {
 
     if (id_ && !bloquear()) return false;
     const bool eraNuevo = !id_;
-    bool guardado = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Plan de Salud") + kEnPantalla);
-    traza.ejecutar([&] {
-        Transaction tr = e_.db().transaccion();
+    const auto resultado = guardarRegistro(e_, traza, bloqueo_, registro_.descriptor().descTabla, [&] {
         PlanSaludStore store(e_.db());
         if (eraNuevo) {
             traza.paso(QStringLiteral("Crear el Plan de Salud"));
@@ -145,10 +145,13 @@ bool PlanSaludForm::guardar() {
         }
         traza.paso(QStringLiteral("Guardar las condiciones"));
         condiciones_.guardar(r.valor(QStringLiteral("IdPlanSalud")).toLongLong());
-        tr.commit();
-        guardado = true;
     });
-    if (!guardado) return false;
+    if (resultado == ResultadoGuardado::Recargar) {
+        modificado_ = false;
+        cargar(*id_);
+        return false;
+    }
+    if (resultado != ResultadoGuardado::Guardado) return false;
     registro_ = r;
     id_ = r.valor(QStringLiteral("IdPlanSalud")).toLongLong();
     mostrarRegistro();

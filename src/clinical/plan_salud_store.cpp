@@ -20,7 +20,7 @@ qint64 PlanSaludStore::crear(Registro& r) {
     return id;
 }
 
-void PlanSaludStore::actualizar(const Registro& r) {
+void PlanSaludStore::actualizar(Registro& r) {
     RegistroStore(db_).actualizar(r);
 }
 

@@ -15,7 +15,7 @@ public:
     // Every plan, by name.
     QList<Registro> todos();
     qint64 crear(Registro& r);
-    void actualizar(const Registro& r);
+    void actualizar(Registro& r);
     // Deletes the plan and its conditions; false when it was gone.
     bool eliminar(qint64 idPlan);
     // Pets enrolled in the plan.

@@ -105,8 +105,11 @@ bool esErrorDeConcurrencia(const ErrorBD& error) {
     return false;
 }
 
-BloqueoStore::BloqueoStore(Database& db, Dialogs& dialogs, const Clock& reloj, IdentidadSesion quien)
-    : db_(db), dialogs_(dialogs), reloj_(reloj), quien_(std::move(quien)) {}
+BloqueoStore::BloqueoStore(Database& db, const Clock& reloj, IdentidadSesion quien)
+    : db_(db), reloj_(reloj), quien_(std::move(quien)) {
+    // A null text would be stored as NULL, which no "Ventana = ?" ever matches.
+    if (quien_.ventana.isNull()) quien_.ventana = QStringLiteral("");
+}
 
 void BloqueoStore::exclusionMutua(bool exclusiva) {
     if (db_.esSQLite()) return; // BEGIN IMMEDIATE already holds the only write lock
@@ -126,22 +129,18 @@ bool BloqueoStore::insertar(const QString& claveCompleta, const QString& descrip
     const QDateTime ahora = reloj_.ahora();
     return db_.ejecutarCambio(
                QStringLiteral("INSERT INTO Bloqueos (claveBloqueo, DescrBloqueo, Sesion, Accion, "
-                              "Usuario, Puesto, Fecha, Hora) VALUES (?, ?, ?, ?, ?, ?, ?, ?) "
+                              "Usuario, Puesto, Fecha, Hora, Ventana) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?) "
                               "ON CONFLICT (claveBloqueo) DO NOTHING"),
                {claveCompleta, descripcion, quien_.sesion, accion, quien_.usuario, quien_.puesto,
-                ahora.date(), horaEnSegundos(ahora.time())}) > 0;
+                ahora.date(), horaEnSegundos(ahora.time()), quien_.ventana}) > 0;
 }
 
-bool BloqueoStore::bloquear(const std::function<Decision()>& intento, bool mostrarMensajes) {
-    Decision d;
+ResultadoBloqueo BloqueoStore::bloquear(const std::function<ResultadoBloqueo()>& intento) {
     try {
-        d = conReintentos(db_, intentos_, intento);
+        return conReintentos(db_, intentos_, intento);
     } catch (const ErrorBD& e) {
-        if (mostrarMensajes) dialogs_.mostrar(Icono::Ninguno, kTituloBloqueo, e.mensaje());
-        return false;
+        return {false, Icono::Ninguno, kTituloBloqueo, e.mensaje()};
     }
-    if (!d.concedido && mostrarMensajes) dialogs_.mostrar(d.icono, d.titulo, d.texto);
-    return d.concedido;
 }
 
 namespace {
@@ -156,56 +155,58 @@ QString porBD(const QString& inicio) {
 QString porOtroPuesto(const QString& inicio) {
     return inicio + QStringLiteral(" pues otro Puesto lo/a tiene bloqueado/a. Consulte a un Administrador.");
 }
+QString porOtraVentana(const QString& inicio) {
+    return inicio + QStringLiteral(" pues lo/a tiene abierto/a en otra ventana de este equipo. "
+                                   "Ciérrela antes.");
+}
 } // namespace
 
-bool BloqueoStore::bloquearRegistro(const DescriptorTabla& clase, const QString& clave,
-                                    const QString& descripcion, int accion, bool mostrarMensajes) {
+ResultadoBloqueo BloqueoStore::bloquearRegistro(const DescriptorTabla& clase, const QString& clave,
+                                                const QString& descripcion, int accion) {
     const auto a = nombreAccion(accion);
-    if (!a) {
-        if (mostrarMensajes)
-            dialogs_.mostrar(
-                Icono::Ninguno, kTituloBloqueo,
+    if (!a)
+        return {false, Icono::Ninguno, kTituloBloqueo,
                 QStringLiteral("La acción que se pretende bloquear no es una de las admitidas: '") +
-                    QString::number(accion) + QStringLiteral("'."));
-        return false;
-    }
+                    QString::number(accion) + QStringLiteral("'.")};
     const QString inicio = noEsPosible(*a, clase, descripcion);
     const QString completa = claveBloqueo(clase, clave);
-    return bloquear(
-        [&] {
-            return intentarRegistro(clase.tabla, completa, descripcion, accion, porBD(inicio),
-                                    porOtroPuesto(inicio));
-        },
-        mostrarMensajes);
+    return bloquear([&] { return intentarRegistro(clase.tabla, completa, descripcion, accion, inicio); });
 }
 
-BloqueoStore::Decision BloqueoStore::intentarRegistro(const QString& tabla, const QString& claveCompleta,
-                                                      const QString& descripcion, int accion,
-                                                      const QString& mensajeBD,
-                                                      const QString& mensajeOtroPuesto) {
-    const Decision rechazoBD{false, Icono::Informacion, kTituloBloqueo, mensajeBD};
-    const Decision rechazoOtro{false, Icono::Informacion, kTituloBloqueo, mensajeOtroPuesto};
+ResultadoBloqueo BloqueoStore::intentarRegistro(const QString& tabla, const QString& claveCompleta,
+                                                const QString& descripcion, int accion,
+                                                const QString& inicio) {
+    const ResultadoBloqueo rechazoBD{false, Icono::Informacion, kTituloBloqueo, porBD(inicio)};
+    const ResultadoBloqueo rechazoOtro{false, Icono::Informacion, kTituloBloqueo, porOtroPuesto(inicio)};
     Transaction tx = db_.transaccion();
     exclusionMutua(false);
-    Decision d;
+    ResultadoBloqueo d;
     // The administrative lock, the lock on the whole table and the key itself, in one read.
     std::optional<QString> administrativo, tablaEntera, mismo;
+    QString ventanaMismo;
     QSqlQuery q = db_.ejecutar(
-        QStringLiteral("SELECT claveBloqueo, Sesion FROM Bloqueos WHERE claveBloqueo IN (?, ?, ?)"),
+        QStringLiteral("SELECT claveBloqueo, Sesion, Ventana FROM Bloqueos WHERE claveBloqueo IN (?, ?, ?)"),
         {kClaveBloqueoBD, tabla, claveCompleta});
     while (q.next()) {
         const QString clave = q.value(0).toString();
         const QString sesion = q.value(1).toString();
         if (clave == kClaveBloqueoBD) administrativo = sesion;
         if (clave == tabla) tablaEntera = sesion;
-        if (clave == claveCompleta) mismo = sesion;
+        if (clave == claveCompleta) {
+            mismo = sesion;
+            ventanaMismo = q.value(2).toString();
+        }
     }
     if (administrativo && *administrativo != quien_.sesion)
         d = rechazoBD;
     else if (tablaEntera && *tablaEntera != quien_.sesion)
         d = rechazoOtro;
+    else if (mismo && *mismo != quien_.sesion)
+        d = rechazoOtro;
     else if (mismo)
-        d = *mismo == quien_.sesion ? Decision{} : rechazoOtro;
+        d = ventanaMismo == quien_.ventana
+                ? ResultadoBloqueo{}
+                : ResultadoBloqueo{false, Icono::Informacion, kTituloBloqueo, porOtraVentana(inicio)};
     else if (!insertar(claveCompleta, descripcion, accion))
         d = rechazoOtro; // added by another workstation after our look
     // Nothing is undone on a refusal: only reads were made, and undoing would spoil a
@@ -214,24 +215,21 @@ BloqueoStore::Decision BloqueoStore::intentarRegistro(const QString& tabla, cons
     return d;
 }
 
-bool BloqueoStore::bloquearTabla(const DescriptorTabla& clase, int accion, bool mostrarMensajes) {
+ResultadoBloqueo BloqueoStore::bloquearTabla(const DescriptorTabla& clase, int accion) {
     const auto a = nombreAccion(accion);
-    if (!a) return bloquearRegistro(clase, QString(), QString(), accion, mostrarMensajes);
+    if (!a) return bloquearRegistro(clase, QString(), QString(), accion);
     const QString inicio = noEsPosible(*a, clase, descripcionBloqueoTabla(clase));
-    return bloquear([&] { return intentarTabla(clase, accion, porBD(inicio), porOtroPuesto(inicio)); },
-                    mostrarMensajes);
+    return bloquear([&] { return intentarTabla(clase, accion, inicio); });
 }
 
-BloqueoStore::Decision BloqueoStore::intentarTabla(const DescriptorTabla& clase, int accion,
-                                                   const QString& mensajeBD,
-                                                   const QString& mensajeOtroPuesto) {
+ResultadoBloqueo BloqueoStore::intentarTabla(const DescriptorTabla& clase, int accion, const QString& inicio) {
     const QString prefijo = clase.tabla + QLatin1Char(' ');
     Transaction tx = db_.transaccion();
     exclusionMutua(true);
-    Decision d;
+    ResultadoBloqueo d;
     const auto administrativo = sesionDe(kClaveBloqueoBD);
     if (administrativo && *administrativo != quien_.sesion) {
-        d = {false, Icono::Informacion, kTituloBloqueo, mensajeBD};
+        d = {false, Icono::Informacion, kTituloBloqueo, porBD(inicio)};
     } else {
         const qint64 ajenos =
             db_.valor(QStringLiteral("SELECT COUNT(*) FROM Bloqueos WHERE Sesion <> ? AND "
@@ -239,7 +237,7 @@ BloqueoStore::Decision BloqueoStore::intentarTabla(const DescriptorTabla& clase,
                       {quien_.sesion, claveBloqueoTabla(clase), static_cast<int>(prefijo.size()), prefijo})
                 .toLongLong();
         if (ajenos > 0)
-            d = {false, Icono::Informacion, kTituloBloqueo, mensajeOtroPuesto};
+            d = {false, Icono::Informacion, kTituloBloqueo, porOtroPuesto(inicio)};
         else if (!sesionDe(claveBloqueoTabla(clase)))
             insertar(claveBloqueoTabla(clase), descripcionBloqueoTabla(clase), accion);
     }
@@ -247,11 +245,11 @@ BloqueoStore::Decision BloqueoStore::intentarTabla(const DescriptorTabla& clase,
     return d;
 }
 
-bool BloqueoStore::bloquearBD(bool mostrarMensajes) {
-    return bloquear([&] { return intentarBD(); }, mostrarMensajes);
+ResultadoBloqueo BloqueoStore::bloquearBD() {
+    return bloquear([&] { return intentarBD(); });
 }
 
-BloqueoStore::Decision BloqueoStore::intentarBD() {
+ResultadoBloqueo BloqueoStore::intentarBD() {
     Transaction tx = db_.transaccion();
     exclusionMutua(true);
     QString razon;
@@ -275,34 +273,51 @@ BloqueoStore::Decision BloqueoStore::intentarBD() {
 }
 
 bool BloqueoStore::desbloquear(const QString& claveCompleta) {
-    try {
-        return conReintentos(db_, intentos_, [&] {
-                   return db_.ejecutarCambio(
-                       QStringLiteral("DELETE FROM Bloqueos WHERE claveBloqueo = ? AND Sesion = ?"),
-                       {claveCompleta, quien_.sesion});
-               }) > 0;
-    } catch (const ErrorBD& e) {
-        dialogs_.mostrar(Icono::Ninguno, kTituloDesbloqueo, e.mensaje());
-        return false;
-    }
+    return conReintentos(db_, intentos_, [&] {
+               return db_.ejecutarCambio(
+                   QStringLiteral("DELETE FROM Bloqueos WHERE claveBloqueo = ? AND Sesion = ? AND Ventana = ?"),
+                   {claveCompleta, quien_.sesion, quien_.ventana});
+           }) > 0;
 }
 
-bool BloqueoStore::desbloquearRegistro(const DescriptorTabla& clase, const QString& clave) {
-    return desbloquear(claveBloqueo(clase, clave));
-}
-
-bool BloqueoStore::desbloquearTabla(const DescriptorTabla& clase) {
-    return desbloquear(claveBloqueoTabla(clase));
-}
-
-bool BloqueoStore::desbloquearBD() {
-    return desbloquear(kClaveBloqueoBD);
+bool BloqueoStore::vigente(const QString& claveCompleta) {
+    return db_.valor(QStringLiteral("SELECT COUNT(*) FROM Bloqueos WHERE claveBloqueo = ? AND Sesion = ? "
+                                    "AND Ventana = ?"),
+                     {claveCompleta, quien_.sesion, quien_.ventana})
+               .toLongLong() > 0;
 }
 
 int BloqueoStore::desbloquearSesion() {
     return conReintentos(db_, intentos_, [&] {
         return db_.ejecutarCambio(QStringLiteral("DELETE FROM Bloqueos WHERE Sesion = ?"), {quien_.sesion});
     });
+}
+
+bool Bloqueos::mostrar(const ResultadoBloqueo& r, bool mostrarMensajes) {
+    if (!r.concedido && mostrarMensajes) dialogs_.mostrar(r.icono, r.titulo, r.texto);
+    return r.concedido;
+}
+
+bool Bloqueos::bloquearRegistro(const DescriptorTabla& clase, const QString& clave, const QString& descripcion,
+                                int accion, bool mostrarMensajes) {
+    return mostrar(store_.bloquearRegistro(clase, clave, descripcion, accion), mostrarMensajes);
+}
+
+bool Bloqueos::bloquearTabla(const DescriptorTabla& clase, int accion, bool mostrarMensajes) {
+    return mostrar(store_.bloquearTabla(clase, accion), mostrarMensajes);
+}
+
+bool Bloqueos::bloquearBD(bool mostrarMensajes) {
+    return mostrar(store_.bloquearBD(), mostrarMensajes);
+}
+
+bool Bloqueos::desbloquear(const QString& claveCompleta) {
+    try {
+        return store_.desbloquear(claveCompleta);
+    } catch (const ErrorBD& e) {
+        dialogs_.mostrar(Icono::Ninguno, kTituloDesbloqueo, e.mensaje());
+        return false;
+    }
 }
 
 namespace {
@@ -339,10 +354,12 @@ std::optional<Bloqueo> BloqueoStore::buscar(const QString& claveBloqueo) {
     return leerBloqueo(q);
 }
 
-bool BloqueoStore::eliminar(const QString& claveBloqueo) {
+bool BloqueoStore::eliminar(const Bloqueo& listado) {
     return conReintentos(db_, intentos_, [&] {
-               return db_.ejecutarCambio(QStringLiteral("DELETE FROM Bloqueos WHERE claveBloqueo = ?"),
-                                         {claveBloqueo});
+               return db_.ejecutarCambio(QStringLiteral("DELETE FROM Bloqueos WHERE claveBloqueo = ? AND "
+                                                        "Sesion = ? AND Fecha = ? AND Hora = ?"),
+                                         {listado.clave, listado.sesion, listado.fecha,
+                                          horaEnSegundos(listado.hora)});
            }) > 0;
 }
 

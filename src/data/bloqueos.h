@@ -55,56 +55,62 @@ struct Bloqueo {
     QTime hora;
 };
 
-// Who takes the locks: the session of one run of the program, its user and workstation.
+// Who takes the locks: the session of one run of the program, its user and workstation, and
+// the window of that session that holds them (a lock belongs to the screen that took it:
+// another screen of the same session neither shares nor frees it). An empty window stands
+// for the session itself.
 struct IdentidadSesion {
     QString sesion;
     QString usuario;
     QString puesto;
+    QString ventana;
 };
 
+// The outcome of a lock attempt: granted, or refused with the message that tells why.
+struct ResultadoBloqueo {
+    bool concedido = true;
+    Icono icono = Icono::Ninguno;
+    QString titulo;
+    QString texto;
+    explicit operator bool() const { return concedido; }
+};
+
+// The rows of table Bloqueos. It decides and words, but never shows anything.
 class BloqueoStore {
 public:
-    BloqueoStore(Database& db, Dialogs& dialogs, const Clock& reloj, IdentidadSesion quien);
+    BloqueoStore(Database& db, const Clock& reloj, IdentidadSesion quien);
 
-    // Locks a record for an action (1 Modificación, 2 Alta, 3 Baja). True when the lock was
-    // taken, or when this session already holds it (a second lock of the same key by the
-    // same session adds nothing; one unlock removes it). Refused, with the reason shown
-    // when mostrarMensajes is true: an action code that is not admitted; the administrative
-    // lock or a lock on the whole table held by another session; the same key held by
-    // another session. A database error is shown as a plain box "Bloqueo de Registro".
-    bool bloquearRegistro(const DescriptorTabla& clase, const QString& clave, const QString& descripcion,
-                          int accion, bool mostrarMensajes = true);
-    bool bloquearRegistro(const DescriptorTabla& clase, const QString& clave, const QString& descripcion,
-                          AccionBloqueo accion, bool mostrarMensajes = true) {
-        return bloquearRegistro(clase, clave, descripcion, static_cast<int>(accion), mostrarMensajes);
-    }
-    // Locks every record of a table ("Cliente: Todos"). Refused like a record lock, and
-    // also while another session holds a lock on any record of the table.
-    bool bloquearTabla(const DescriptorTabla& clase, int accion, bool mostrarMensajes = true);
-
-    // Removes this session's lock; false when there was none. A database error is shown as
-    // a plain box "Desbloqueo de registro" with "Error en B.D.: " + the driver's text.
-    bool desbloquearRegistro(const DescriptorTabla& clase, const QString& clave);
-    bool desbloquearTabla(const DescriptorTabla& clase);
-    // The same by the lock's whole key (claveBloqueo).
-    bool desbloquear(const QString& claveBloqueo);
-
+    // Locks a record for an action (1 Modificación, 2 Alta, 3 Baja). Granted when the lock was
+    // taken, or when this window already holds it. Refused: an action code that is not
+    // admitted; the administrative lock or a lock on the whole table held by another session;
+    // the same key held by another session, or by another window of this session. A database
+    // error refuses with a plain "Bloqueo de Registro" and "Error en B.D.: " + the driver's text.
+    ResultadoBloqueo bloquearRegistro(const DescriptorTabla& clase, const QString& clave,
+                                      const QString& descripcion, int accion);
+    // Locks every record of a table ("Cliente: Todos"). Refused like a record lock, and also
+    // while another session holds a lock on any record of the table.
+    ResultadoBloqueo bloquearTabla(const DescriptorTabla& clase, int accion);
     // The administrative lock. Refused (exclamation box "¡Atención!") while another session
     // holds it, or while more than one lock stands in the store (this session's own locks
-    // count too; a single standing lock does not refuse it). True when this session
-    // already holds it.
-    bool bloquearBD(bool mostrarMensajes = true);
-    bool desbloquearBD();
+    // count too; a single standing lock does not refuse it).
+    ResultadoBloqueo bloquearBD();
 
-    // Removes every lock of this session (closing the program); the number removed.
-    // Throws ErrorBD.
+    // Removes this window's lock of that key; false when it held none. Throws ErrorBD.
+    bool desbloquear(const QString& claveBloqueo);
+    // Whether this window still holds the lock (an administrator may have removed it in the
+    // lock manager). Throws ErrorBD.
+    bool vigente(const QString& claveBloqueo);
+    // Removes every lock of this session, all its windows (closing the program); the number
+    // removed. Throws ErrorBD.
     int desbloquearSesion();
 
     // The lock manager: every lock of every session, by date, time and description.
     // These throw ErrorBD; the screen reports it.
     QList<Bloqueo> lista();
     std::optional<Bloqueo> buscar(const QString& claveBloqueo);
-    bool eliminar(const QString& claveBloqueo);
+    // Removes the lock listed, only if it is still that one (same session, date and time): a
+    // lock taken again since by someone else is left alone.
+    bool eliminar(const Bloqueo& listado);
     int eliminarTodos();
     qint64 contar();
 
@@ -113,27 +119,59 @@ public:
     const IdentidadSesion& identidad() const { return quien_; }
 
 private:
-    // The outcome of one attempt, decided inside the transaction and shown after it ends
-    // (a message box must never keep the other workstations waiting).
-    struct Decision {
-        bool concedido = true;
-        Icono icono = Icono::Ninguno;
-        QString titulo;
-        QString texto;
-    };
-    bool bloquear(const std::function<Decision()>& intento, bool mostrarMensajes);
-    Decision intentarRegistro(const QString& tabla, const QString& claveCompleta, const QString& descripcion,
-                              int accion, const QString& mensajeBD, const QString& mensajeOtroPuesto);
-    Decision intentarTabla(const DescriptorTabla& clase, int accion, const QString& mensajeBD,
-                           const QString& mensajeOtroPuesto);
-    Decision intentarBD();
+    ResultadoBloqueo bloquear(const std::function<ResultadoBloqueo()>& intento);
+    ResultadoBloqueo intentarRegistro(const QString& tabla, const QString& claveCompleta,
+                                      const QString& descripcion, int accion, const QString& inicio);
+    ResultadoBloqueo intentarTabla(const DescriptorTabla& clase, int accion, const QString& inicio);
+    ResultadoBloqueo intentarBD();
     void exclusionMutua(bool exclusiva);
     std::optional<QString> sesionDe(const QString& claveCompleta);
     bool insertar(const QString& claveCompleta, const QString& descripcion, int accion);
 
     Database& db_;
-    Dialogs& dialogs_;
     const Clock& reloj_;
     IdentidadSesion quien_;
     int intentos_ = 5;
+};
+
+// The locks as a screen uses them: the store's attempts, with the reason of a refusal shown
+// to the user when mostrarMensajes is true (after the attempt's transaction has ended).
+class Bloqueos {
+public:
+    Bloqueos(Database& db, Dialogs& dialogs, const Clock& reloj, IdentidadSesion quien)
+        : store_(db, reloj, std::move(quien)), dialogs_(dialogs) {}
+
+    bool bloquearRegistro(const DescriptorTabla& clase, const QString& clave, const QString& descripcion,
+                          int accion, bool mostrarMensajes = true);
+    bool bloquearRegistro(const DescriptorTabla& clase, const QString& clave, const QString& descripcion,
+                          AccionBloqueo accion, bool mostrarMensajes = true) {
+        return bloquearRegistro(clase, clave, descripcion, static_cast<int>(accion), mostrarMensajes);
+    }
+    bool bloquearTabla(const DescriptorTabla& clase, int accion, bool mostrarMensajes = true);
+    bool bloquearBD(bool mostrarMensajes = true);
+
+    // Remove this window's lock; false when there was none. A database error is shown as a
+    // plain box "Desbloqueo de registro" with "Error en B.D.: " + the driver's text.
+    bool desbloquear(const QString& claveBloqueo);
+    bool desbloquearRegistro(const DescriptorTabla& clase, const QString& clave) {
+        return desbloquear(claveBloqueo(clase, clave));
+    }
+    bool desbloquearTabla(const DescriptorTabla& clase) { return desbloquear(claveBloqueoTabla(clase)); }
+    bool desbloquearBD() { return desbloquear(kClaveBloqueoBD); }
+
+    BloqueoStore& store() { return store_; }
+    // Shortcuts to the store for the lock manager and closing (they throw ErrorBD).
+    int desbloquearSesion() { return store_.desbloquearSesion(); }
+    QList<Bloqueo> lista() { return store_.lista(); }
+    std::optional<Bloqueo> buscar(const QString& clave) { return store_.buscar(clave); }
+    bool eliminar(const Bloqueo& listado) { return store_.eliminar(listado); }
+    int eliminarTodos() { return store_.eliminarTodos(); }
+    qint64 contar() { return store_.contar(); }
+    void setIntentos(int intentos) { store_.setIntentos(intentos); }
+    const IdentidadSesion& identidad() const { return store_.identidad(); }
+
+private:
+    bool mostrar(const ResultadoBloqueo& r, bool mostrarMensajes);
+    BloqueoStore store_;
+    Dialogs& dialogs_;
 };

@@ -7,6 +7,7 @@
 
 namespace {
 QAtomicInt contadorConexiones;
+QAtomicInt abiertas;
 
 QString nuevaConexion() {
     return QStringLiteral("pramelvix-%1").arg(contadorConexiones.fetchAndAddRelaxed(1));
@@ -64,7 +65,7 @@ std::unique_ptr<Database> Database::abrirSQLite(const QString& fichero, bool cre
     // The first read tells a damaged file from a good one.
     db->valor(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"));
     db->ejecutarDirecto(QStringLiteral("PRAGMA journal_mode=WAL"));
-    db->ejecutarDirecto(QStringLiteral("PRAGMA synchronous=NORMAL"));
+    db->fijarEscrituraSegura(true);
     db->ejecutarDirecto(QStringLiteral("PRAGMA foreign_keys=ON"));
     return db;
 }
@@ -118,6 +119,15 @@ bool Database::existeTabla(const QString& tabla) {
                .toInt() > 0;
 }
 
+int Database::transaccionesAbiertas() {
+    return abiertas.loadRelaxed();
+}
+
+void Database::fijarEscrituraSegura(bool segura) {
+    if (esSQLite())
+        ejecutarDirecto(segura ? QStringLiteral("PRAGMA synchronous=FULL") : QStringLiteral("PRAGMA synchronous=NORMAL"));
+}
+
 Transaction Database::transaccion() {
     return Transaction(*this);
 }
@@ -131,12 +141,14 @@ void Database::comenzar() {
         profundidad_ = 0;
         throw;
     }
+    abiertas.ref();
 }
 
 void Database::terminar(bool confirmar) {
     if (profundidad_ <= 0) return;
     if (!confirmar) soloDeshacer_ = true;
     if (--profundidad_ > 0) return;
+    abiertas.deref();
     if (soloDeshacer_) {
         QSqlQuery q(db_);
         q.exec(QStringLiteral("ROLLBACK"));

@@ -42,6 +42,15 @@ public:
     // transactions join the outer one; a rollback anywhere rolls the whole back.
     Transaction transaccion();
     bool enTransaccion() const { return profundidad_ > 0; }
+    // Write transactions open right now on any connection of this process. A message box or
+    // question must never wait for the user while this is not 0: the other workstations
+    // would wait on it.
+    static int transaccionesAbiertas();
+
+    // SQLite: whether a commit waits until the data is on the disk (synchronous=FULL, the
+    // default: an invoice committed and printed survives a power cut) or only until it is in
+    // the journal (NORMAL, faster; for benchmarks). Nothing on PostgreSQL.
+    void fijarEscrituraSegura(bool segura);
 
     bool existeTabla(const QString& tabla);
     void cerrar();

@@ -31,6 +31,11 @@ struct DescriptorColumna {
     QStringList ValorExternoS; // ...and texts shown
     int desde = 1;             // schema version that introduced the column
     QString porDefecto;        // SQL default literal (a number or a quoted constant), optional
+    // Kept by the operation that owns it (a balance, the stock, a last date, the current owner):
+    // saving the record from a screen never writes it.
+    bool deOperacion = false;
+    // Plumbing of the program (the row version): never shown, typed or listed.
+    bool interna = false;
 
     bool esLista() const { return !ValorInternoS.isEmpty(); }
     QString valorExterno(const QString& interno) const;
@@ -52,6 +57,16 @@ struct FalloValidacion {
     QString columna;
 };
 
+// A child row that belongs to a parent row: columna of this table holds the key of padre.
+// enCascada: the child goes with its parent (the lines of a note); otherwise a parent that still
+// has children cannot be deleted.
+struct DescriptorReferencia {
+    QString columna;
+    QString padre;
+    bool enCascada = false;
+    int desde = 1;
+};
+
 struct DescriptorTabla {
     QString tabla;     // table name
     QString descTabla; // singular description for messages and titles
@@ -60,6 +75,7 @@ struct DescriptorTabla {
     QString columnaPadre; // for tree tables: the column that holds the parent's key
     QString columnaTexto; // the column shown for a record in lists and trees
     QList<DescriptorIndice> indices;
+    QList<DescriptorReferencia> referencias;
     int desde = 1;          // schema version that introduced the table
     bool parametro = false; // maintained through the generic editors
     std::function<std::optional<FalloValidacion>(const Registro&)> validacion;
@@ -68,6 +84,10 @@ struct DescriptorTabla {
     bool tieneColumna(const QString& nombre) const { return columna(nombre) != nullptr; }
     bool claveAutonumerica() const;
     bool esArbol() const { return !columnaPadre.isEmpty(); }
+    // Carries the row version (column kColumnaVersion): a save whose version no longer matches
+    // the stored one writes nothing.
+    bool versionada() const { return tieneColumna(kColumnaVersion); }
+    static inline const QString kColumnaVersion = QStringLiteral("VersionFila");
 };
 
 // Small builders so that table definitions read as a list.

@@ -33,6 +33,12 @@ QVariant Registro::clave() const {
     return valor(d_->clave.first());
 }
 
+ErrorRegistroCambiado::ErrorRegistroCambiado(const DescriptorTabla& t, const QVariant& clave, bool eliminado)
+    : ErrorBD(QStringLiteral("el registro de '%1' con clave '%2' %3 en otro puesto")
+                  .arg(t.descTabla, clave.toString(),
+                       eliminado ? QStringLiteral("ha sido eliminado") : QStringLiteral("ha sido modificado"))),
+      eliminado_(eliminado) {}
+
 QVariant valorDesdeBD(TipoColumna tipo, const QVariant& crudo) {
     if (crudo.isNull() || !crudo.isValid()) return {};
     switch (tipo) {
@@ -154,7 +160,7 @@ QVariant RegistroStore::crear(Registro& r) {
     QStringList nombres, marcas;
     QVariantList valores;
     for (const auto& c : t.columnaS) {
-        if (c.tipo == TipoColumna::Autonumerico && r.valor(c.nombre).isNull()) continue;
+        if ((c.tipo == TipoColumna::Autonumerico || c.interna) && r.valor(c.nombre).isNull()) continue;
         nombres << c.nombre;
         marcas << QStringLiteral("?");
         valores << r.valor(c.nombre);
@@ -162,6 +168,8 @@ QVariant RegistroStore::crear(Registro& r) {
     QString sql = QStringLiteral("INSERT INTO ") + t.tabla + QStringLiteral(" (") +
                   nombres.join(QStringLiteral(", ")) + QStringLiteral(") VALUES (") +
                   marcas.join(QStringLiteral(", ")) + QLatin1Char(')');
+    if (t.versionada() && r.valor(DescriptorTabla::kColumnaVersion).isNull())
+        r.setValor(DescriptorTabla::kColumnaVersion, 0);
     if (t.claveAutonumerica()) {
         const QString clave = t.clave.first();
         const QVariant nueva = db_.valor(sql + QStringLiteral(" RETURNING ") + clave, valores);
@@ -172,24 +180,37 @@ QVariant RegistroStore::crear(Registro& r) {
     return r.clave();
 }
 
-void RegistroStore::actualizar(const Registro& r) {
+void RegistroStore::actualizar(Registro& r, const QStringList& columnas) {
     const DescriptorTabla& t = r.descriptor();
     QStringList asignaciones;
     QVariantList valores;
     for (const auto& c : t.columnaS) {
-        if (t.clave.contains(c.nombre)) continue;
+        if (t.clave.contains(c.nombre) || c.interna || c.tipo == TipoColumna::Autonumerico) continue;
+        if (columnas.isEmpty() ? c.deOperacion : !columnas.contains(c.nombre)) continue;
         asignaciones << c.nombre + QStringLiteral(" = ?");
         valores << r.valor(c.nombre);
     }
-    if (asignaciones.isEmpty()) return;
+    const QString version = DescriptorTabla::kColumnaVersion;
+    QString condicion = condicionClave(t);
     valores += valoresClave(r);
+    if (t.versionada()) {
+        asignaciones << version + QStringLiteral(" = ") + version + QStringLiteral(" + 1");
+        condicion += QStringLiteral(" AND ") + version + QStringLiteral(" = ?");
+        valores << r.valor(version).toLongLong();
+    }
+    if (asignaciones.isEmpty()) return;
     const int filas = db_.ejecutarCambio(QStringLiteral("UPDATE ") + t.tabla + QStringLiteral(" SET ") +
                                              asignaciones.join(QStringLiteral(", ")) +
-                                             QStringLiteral(" WHERE ") + condicionClave(t),
+                                             QStringLiteral(" WHERE ") + condicion,
                                          valores);
-    if (filas == 0)
-        throw ErrorBD(QStringLiteral("el registro de '%1' con clave '%2' ya no existe")
-                          .arg(t.descTabla, r.clave().toString()));
+    if (filas == 0) {
+        const bool existe = db_.valor(QStringLiteral("SELECT COUNT(*) FROM ") + t.tabla +
+                                          QStringLiteral(" WHERE ") + condicionClave(t),
+                                      valoresClave(r))
+                                .toLongLong() > 0;
+        throw ErrorRegistroCambiado(t, r.clave(), !existe);
+    }
+    if (t.versionada()) r.setValor(version, r.valor(version).toLongLong() + 1);
 }
 
 bool RegistroStore::eliminar(const Registro& r) {

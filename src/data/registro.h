@@ -33,6 +33,17 @@ private:
     QVariantList valores_;
 };
 
+// A save found the row changed since it was read: another workstation saved it (its row version
+// moved on) or deleted it. Nothing was written.
+class ErrorRegistroCambiado : public ErrorBD {
+public:
+    ErrorRegistroCambiado(const DescriptorTabla& t, const QVariant& clave, bool eliminado);
+    bool eliminado() const { return eliminado_; }
+
+private:
+    bool eliminado_;
+};
+
 // A condition on columns with its values bound: {"Descripcion = ?", {texto}}.
 struct Condicion {
     QString sql;
@@ -54,8 +65,12 @@ public:
                            const QStringList& orden = {});
     // Inserts the record and returns its key (the new number for an automatic key).
     QVariant crear(Registro& r);
-    // Updates the row with the record's key; throws ErrorBD when the row is gone.
-    void actualizar(const Registro& r);
+    // Saves a record read earlier: writes the columns a screen edits (every column but the key,
+    // the row version and those kept by their operations, DescriptorColumna::deOperacion), or
+    // only the columns given, and moves the row version on, in one statement whose condition
+    // carries the version read. Throws ErrorRegistroCambiado, writing nothing, when another
+    // connection saved or deleted the row since; r takes the new version.
+    void actualizar(Registro& r, const QStringList& columnas = {});
     // Deletes the row with the record's key; false when there was no such row.
     bool eliminar(const Registro& r);
     // "SELECT COUNT(*) FROM " + tabla + condition; 0 for an empty table.

@@ -19,8 +19,12 @@ DescriptorTabla bloqueos() {
         col(QStringLiteral("Usuario"), T::Texto, QStringLiteral("Usuario"), 20),
         col(QStringLiteral("Puesto"), T::Texto, QStringLiteral("Puesto"), 64),
         col(QStringLiteral("Fecha"), T::Fecha, QStringLiteral("Fecha")),
-        col(QStringLiteral("Hora"), T::Hora, QStringLiteral("Hora"))};
+        col(QStringLiteral("Hora"), T::Hora, QStringLiteral("Hora")),
+        // The window of the session that holds the lock ("" for the session itself: the
+        // administrative lock, a lock on a whole table).
+        col(QStringLiteral("Ventana"), T::Texto, QStringLiteral("Ventana"), 40, true, 4)};
     t.columnaS[3].tipo = T::Entero;
+    t.columnaS.last().porDefecto = QStringLiteral("''");
     t.clave = {QStringLiteral("claveBloqueo")};
     t.columnaTexto = QStringLiteral("DescrBloqueo");
     t.indices = {{QStringLiteral("IX_Bloqueos_Sesion"), {QStringLiteral("Sesion")}, false, 1}};

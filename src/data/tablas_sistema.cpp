@@ -37,7 +37,10 @@ DescriptorTabla puestosActivos() {
     t.columnaS = {col(QStringLiteral("Puesto"), T::Texto, QStringLiteral("Puesto"), 64, false),
                   col(QStringLiteral("Usuario"), T::Texto, QStringLiteral("Usuario"), 20),
                   col(QStringLiteral("Fecha"), T::Fecha, QStringLiteral("Fecha")),
-                  col(QStringLiteral("Hora"), T::Hora, QStringLiteral("Hora"))};
+                  col(QStringLiteral("Hora"), T::Hora, QStringLiteral("Hora")),
+                  // The operating-system user running the program there.
+                  col(QStringLiteral("UsuarioSistema"), T::Texto, QStringLiteral("Usuario del sistema"), 64,
+                      true, 4)};
     t.clave = {QStringLiteral("Puesto")};
     t.columnaTexto = QStringLiteral("Puesto");
     return t;

@@ -61,7 +61,7 @@ QString ArticuloForm::tablaParametro(const QString& columna) {
 void ArticuloForm::cargarTextos(const Registro& r) {
     textos_.clear();
     for (const auto& c : r.descriptor().columnaS)
-        textos_.insert(c.nombre, FichaForm::textoValor(c, r.valor(c.nombre)));
+        if (!c.interna) textos_.insert(c.nombre, FichaForm::textoValor(c, r.valor(c.nombre)));
 }
 
 void ArticuloForm::nuevo() {
@@ -260,7 +260,7 @@ bool ArticuloForm::guardar() {
 
     Registro r = registro_.getCopia();
     for (const auto& c : r.descriptor().columnaS) {
-        if (c.nombre == kColCodigo) continue;
+        if (c.nombre == kColCodigo || c.interna) continue;
         QString error;
         const auto v = FichaForm::leerValor(c, textos_.value(c.nombre), &error);
         if (!v) {

@@ -11,7 +11,7 @@ std::optional<bool> guardarSubfamilia(Entorno& e, const Registro& anterior, cons
     if (!e.dialogs().preguntar(Icono::Pregunta, kTituloCambioSerie,
                                preguntaCambioSerieSubfamilia(nuevo.texto(QStringLiteral("Descripcion")))))
         return false;
-    BloqueoStore bloqueos = almacenBloqueos(e);
+    Bloqueos bloqueos = almacenBloqueos(e);
     if (!bloqueos.bloquearBD()) return false;
     bool hecho = false;
     CommandTrace traza(e.dialogs(),
@@ -19,7 +19,8 @@ std::optional<bool> guardarSubfamilia(Entorno& e, const Registro& anterior, cons
     traza.ejecutar([&] {
         Transaction tx = e.db().transaccion();
         traza.paso(QStringLiteral("Guardar la subfamilia"));
-        RegistroStore(e.db()).actualizar(nuevo);
+        Registro guardado = nuevo;
+        RegistroStore(e.db()).actualizar(guardado);
         traza.paso(QStringLiteral("Cambiar la serie en los albaranes sin facturar"));
         SeriesArticuloStore(e.db()).cambiarSerieSubfamilia(nuevo.clave().toLongLong(), serie);
         tx.commit();

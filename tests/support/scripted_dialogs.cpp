@@ -1,10 +1,26 @@
 #include "scripted_dialogs.h"
 
+#include "data/database.h"
+
+#include <QtTest>
+
+namespace {
+// A dialog that waits for the user while a write transaction is open keeps every other
+// workstation waiting: the test in which it happens fails.
+void sinTransaccionAbierta(const QString& titulo, const QString& texto) {
+    if (Database::transaccionesAbiertas() == 0) return;
+    const QByteArray m = QStringLiteral("Diálogo abierto dentro de una transacción: «%1» %2").arg(titulo, texto).toUtf8();
+    QTest::qFail(m.constData(), __FILE__, __LINE__);
+}
+} // namespace
+
 void ScriptedDialogs::mostrar(Icono icono, const QString& titulo, const QString& texto) {
+    sinTransaccionAbierta(titulo, texto);
     mensajes_.append({icono, titulo, texto, false, false, {}, -1});
 }
 
 bool ScriptedDialogs::preguntar(Icono icono, const QString& titulo, const QString& texto) {
+    sinTransaccionAbierta(titulo, texto);
     bool respuesta = false;
     if (respuestas_.isEmpty())
         ++sinRespuesta_;
@@ -15,6 +31,7 @@ bool ScriptedDialogs::preguntar(Icono icono, const QString& titulo, const QStrin
 }
 
 int ScriptedDialogs::elegir(const QString& titulo, const QString& texto, const QStringList& opciones) {
+    sinTransaccionAbierta(titulo, texto);
     int opcion = -1;
     if (opciones_.isEmpty()) {
         ++sinRespuesta_;
@@ -30,11 +47,13 @@ int ScriptedDialogs::elegir(const QString& titulo, const QString& texto, const Q
 }
 
 QString ScriptedDialogs::elegirFichero(const QString& titulo, const QString&, const QString&) {
+    sinTransaccionAbierta(titulo, {});
     mensajes_.append({Icono::Ninguno, titulo, QStringLiteral("<elegir fichero>"), false, false, {}, -1});
     return ficheros_.isEmpty() ? QString() : ficheros_.dequeue();
 }
 
 QString ScriptedDialogs::elegirFicheroGuardar(const QString& titulo, const QString&, const QString&) {
+    sinTransaccionAbierta(titulo, {});
     mensajes_.append({Icono::Ninguno, titulo, QStringLiteral("<guardar fichero>"), false, false, {}, -1});
     return ficheros_.isEmpty() ? QString() : ficheros_.dequeue();
 }

@@ -2,6 +2,8 @@
 // (pmx_trabajador_carrera) with its own connection to the same database.
 #include "data/bloqueos.h"
 #include "data/contadores.h"
+#include "data/ajustes.h"
+#include "data/puestos.h"
 #include "scripted_dialogs.h"
 #include "test_db.h"
 
@@ -14,6 +16,7 @@ namespace {
 constexpr int kProcesos = 4;
 constexpr int kRondas = 40;
 constexpr int kNumerosPorProceso = 40;
+constexpr int kRondasRegistros = 50;
 
 class Trabajador {
 public:
@@ -134,7 +137,7 @@ private slots:
         TestDb t;
         ScriptedDialogs d;
         FixedClock reloj(QDateTime(QDate(2026, 1, 2), QTime(3, 4)));
-        BloqueoStore semilla(t.db(), d, reloj,
+        Bloqueos semilla(t.db(), d, reloj,
                              {QStringLiteral("semilla"), QStringLiteral("u"), QStringLiteral("P")});
         DescriptorTabla mascotas;
         mascotas.tabla = QStringLiteral("Mascotas");
@@ -217,6 +220,7 @@ private slots:
     // own number, with no gap, and a note numbered by hand beforehand is gone past.
     void albaranesNumeradosSinRepetir() {
         TestDb t;
+        t.db().ejecutarCambio(QStringLiteral("INSERT INTO Clientes (IdCliente, Nombre) VALUES (1, 'Ana')"));
         t.db().ejecutarCambio(QStringLiteral("INSERT INTO Albaranes (Serie, NumAlbaran, Fecha, IdCliente) "
                                              "VALUES (?, ?, ?, ?)"),
                               {QStringLiteral("A"), 5, QDate(2026, 11, 1), 1});
@@ -248,6 +252,81 @@ private slots:
             kProcesos * kNotas + 1);
         QCOMPARE(t.db().valor(QStringLiteral("SELECT COUNT(*) FROM LineasAlbaran")).toInt(),
                  kProcesos * kNotas);
+    }
+
+    // Two workstations save the same client, read by both before either saves: the second
+    // save is refused, the first one's data stays, and a balance moved meanwhile by its own
+    // operation is never written back.
+    void mismoRegistroDosPuestos() {
+        TestDb t;
+        t.db().ejecutarCambio(QStringLiteral("INSERT INTO Clientes (IdCliente, Nombre, Deuda) VALUES (1, 'Ana', 0)"));
+        Trabajadores ts;
+        for (int i = 0; i < 2; ++i) {
+            ts.push_back(std::make_unique<Trabajador>(t, QStringList{QStringLiteral("registros")}));
+            QVERIFY(ts.back()->arrancado());
+        }
+        for (int r = 1; r <= kRondasRegistros; ++r) {
+            QCOMPARE(ronda(ts, [](int) { return QStringLiteral("leer Clientes 1"); }), QStringList({"1", "1"}));
+            t.db().ejecutarCambio(QStringLiteral("UPDATE Clientes SET Deuda = Deuda + 1 WHERE IdCliente = 1"));
+            const QStringList resp = ronda(ts, [r](int i) { return QStringLiteral("guardar Nombre R%1P%2").arg(r).arg(i); });
+            QVERIFY2(resp.count(QStringLiteral("1")) == 1 && resp.count(QStringLiteral("0")) == 1,
+                     qPrintable(QStringLiteral("ronda %1: %2").arg(r).arg(resp.join(','))));
+            const int ganador = static_cast<int>(resp.indexOf(QStringLiteral("1")));
+            QCOMPARE(t.db().valor(QStringLiteral("SELECT Nombre FROM Clientes WHERE IdCliente = 1")).toString(),
+                     QStringLiteral("R%1P%2").arg(r).arg(ganador));
+            QCOMPARE(t.db().valor(QStringLiteral("SELECT Deuda FROM Clientes WHERE IdCliente = 1")).toDouble(),
+                     double(r));
+        }
+        terminar(ts);
+    }
+
+    // One workstation deletes a client while another adds a pet to it: never a pet without
+    // its client, whichever wins.
+    void clienteBorradoMientrasSeAnadeMascota() {
+        TestDb t;
+        Trabajadores ts;
+        for (int i = 0; i < 2; ++i) {
+            ts.push_back(std::make_unique<Trabajador>(t, QStringList{QStringLiteral("registros")}));
+            QVERIFY(ts.back()->arrancado());
+        }
+        for (int r = 1; r <= kRondasRegistros; ++r) {
+            t.db().ejecutarCambio(QStringLiteral("INSERT INTO Clientes (IdCliente, Nombre) VALUES (?, 'Ana')"), {r});
+            const QStringList resp = ronda(ts, [r](int i) {
+                return i == 0 ? QStringLiteral("borrarcliente %1").arg(r) : QStringLiteral("mascota %1").arg(r);
+            });
+            QVERIFY2(!resp.contains(QStringLiteral("E")), qPrintable(resp.join(',')));
+            QVERIFY2(resp.count(QStringLiteral("1")) == 1, qPrintable(QStringLiteral("ronda %1: %2").arg(r).arg(resp.join(','))));
+            QCOMPARE(t.db()
+                         .valor(QStringLiteral("SELECT COUNT(*) FROM Mascotas m WHERE NOT EXISTS "
+                                               "(SELECT 1 FROM Clientes c WHERE c.IdCliente = m.IdCliente)"))
+                         .toInt(),
+                     0);
+        }
+        terminar(ts);
+    }
+
+    // Switching to single-workstation mode while another workstation starts: either the
+    // switch is refused or the workstation is, never both let through.
+    void monopuestoContraEntrada() {
+        TestDb t;
+        Ajustes(t.db()).escribir(claves::PUESTO_SERVIDOR, QStringLiteral("SERVIDOR"));
+        Trabajadores ts;
+        for (int i = 0; i < 2; ++i) {
+            ts.push_back(std::make_unique<Trabajador>(t, QStringList{QStringLiteral("registros")}));
+            QVERIFY(ts.back()->arrancado());
+        }
+        for (int r = 1; r <= kRondasRegistros; ++r) {
+            Ajustes(t.db()).escribir(claves::MULTIPUESTO, QStringLiteral("SI"));
+            const QStringList resp = ronda(ts, [](int i) {
+                return i == 0 ? QStringLiteral("monopuesto") : QStringLiteral("entrar PUESTO1");
+            });
+            QVERIFY2(resp.count(QStringLiteral("1")) == 1, qPrintable(QStringLiteral("ronda %1: %2").arg(r).arg(resp.join(','))));
+            const bool dentro = PuestosActivosStore(t.db()).contar() > 0;
+            const bool no = Ajustes(t.db()).leer(claves::MULTIPUESTO) == QStringLiteral("NO");
+            QVERIFY(dentro != no);
+            ronda(ts, [](int i) { return i == 0 ? QStringLiteral("salir NADIE") : QStringLiteral("salir PUESTO1"); });
+        }
+        terminar(ts);
     }
 
     // A process killed while its transaction holds a number: the number is handed out

@@ -11,12 +11,23 @@
 //   pmx_trabajador_carrera <motor> <origen> albaranes <serie> <cuantos>
 //       saves <cuantos> delivery notes of one line through the store, each as the screen
 //       saves it, and prints each note's number. Ends with "fin".
+//   pmx_trabajador_carrera <motor> <origen> registros
+//       reads orders like "bloqueos" does: "leer <tabla> <clave>" keeps the record as a
+//       screen reads it ("1"); "guardar <columna> <valor>" saves it as a screen does ("1",
+//       or "0" when another workstation saved it since); "mascota <idCliente>" adds a pet
+//       to the client ("1"/"0"); "borrarcliente <id>" deletes the client as its screen
+//       does, refusing one with pets ("1"/"0"); "entrar <puesto>" registers a starting
+//       workstation ("1" inside, "0" refused); "salir <puesto>"; "monopuesto" switches to
+//       single-workstation mode ("1"/"0").
 //   pmx_trabajador_carrera <motor> <origen> colgado <serie>
 //       takes a number inside a transaction, prints it and waits forever before
 //       committing (the parent kills it).
 #include "core/clock.h"
 #include "data/bloqueos.h"
 #include "data/contadores.h"
+#include "data/esquema.h"
+#include "data/puestos.h"
+#include "data/registro.h"
 #include "sales/albaran_store.h"
 
 #include <QCoreApplication>
@@ -59,7 +70,7 @@ int bloqueos(Database& db, const QString& nombre) {
     DescriptorTabla clientes;
     clientes.tabla = QStringLiteral("Clientes");
     clientes.descTabla = QStringLiteral("Cliente");
-    BloqueoStore s(db, d, reloj,
+    Bloqueos s(db, d, reloj,
                    {nombre + QLatin1Char('-') + QString::number(QCoreApplication::applicationPid()),
                     QStringLiteral("usuario-") + nombre, nombre});
     s.setIntentos(50);
@@ -83,6 +94,96 @@ int bloqueos(Database& db, const QString& nombre) {
             responder(QString::number(s.desbloquearSesion()));
         else
             responder(QStringLiteral("?"));
+    }
+    return 0;
+}
+
+// Runs one order; an unexpected database failure answers "E" with the text on stderr.
+QString registros(Database& db, const QString& orden, std::optional<Registro>& leido) {
+    const QStringList p = orden.split(QLatin1Char(' '));
+    RegistroStore store(db);
+    if (p.at(0) == QLatin1String("leer")) {
+        leido = store.cargar(descriptorRequerido(p.at(1)), p.at(2).toLongLong());
+        return leido ? QStringLiteral("1") : QStringLiteral("0");
+    }
+    if (p.at(0) == QLatin1String("guardar")) {
+        leido->setValor(p.at(1), p.at(2));
+        try {
+            Transaction tx = db.transaccion();
+            store.actualizar(*leido);
+            tx.commit();
+            return QStringLiteral("1");
+        } catch (const ErrorRegistroCambiado&) {
+            return QStringLiteral("0");
+        }
+    }
+    if (p.at(0) == QLatin1String("mascota")) {
+        Registro m(descriptorRequerido(QStringLiteral("Mascotas")));
+        m.setValor(QStringLiteral("IdCliente"), p.at(1).toLongLong());
+        m.setValor(QStringLiteral("Nombre"), QStringLiteral("Toby"));
+        try {
+            Transaction tx = db.transaccion();
+            store.crear(m);
+            tx.commit();
+            return QStringLiteral("1");
+        } catch (const ErrorBD& e) {
+            if (esErrorDeConcurrencia(e)) throw;
+            return QStringLiteral("0");
+        }
+    }
+    if (p.at(0) == QLatin1String("borrarcliente")) {
+        try {
+            Transaction tx = db.transaccion();
+            if (db.valor(QStringLiteral("SELECT COUNT(*) FROM Mascotas WHERE IdCliente = ?"), {p.at(1).toLongLong()})
+                    .toLongLong() > 0)
+                return QStringLiteral("0");
+            const int n = db.ejecutarCambio(QStringLiteral("DELETE FROM Clientes WHERE IdCliente = ?"),
+                                            {p.at(1).toLongLong()});
+            tx.commit();
+            return n > 0 ? QStringLiteral("1") : QStringLiteral("0");
+        } catch (const ErrorBD& e) {
+            if (esErrorDeConcurrencia(e)) throw;
+            return QStringLiteral("0");
+        }
+    }
+    PuestosActivosStore puestos(db);
+    if (p.at(0) == QLatin1String("entrar"))
+        return puestos.entrar(p.at(1), QStringLiteral("u"), QDateTime::currentDateTime()).resultado ==
+                       EntradaPuesto::Dentro
+                   ? QStringLiteral("1")
+                   : QStringLiteral("0");
+    if (p.at(0) == QLatin1String("salir")) return puestos.quitar(p.at(1)) ? QStringLiteral("1") : QStringLiteral("0");
+    if (p.at(0) == QLatin1String("monopuesto"))
+        return puestos.desactivarMultipuesto() ? QStringLiteral("1") : QStringLiteral("0");
+    return QStringLiteral("?");
+}
+
+int registros(Database& db) {
+    std::optional<Registro> leido;
+    std::string entrada;
+    while (std::getline(std::cin, entrada)) {
+        QString orden = QString::fromStdString(entrada).trimmed();
+        if (orden.startsWith(QLatin1Char('@'))) {
+            const qsizetype blanco = orden.indexOf(QLatin1Char(' '));
+            esperarHasta(orden.mid(1, blanco - 1).toLongLong());
+            orden = orden.mid(blanco + 1);
+        }
+        if (orden == QLatin1String("fin")) break;
+        // A busy database (SQLite's single writer, a PostgreSQL lock wait cut short) is tried
+        // again, as the program's own retries do.
+        for (int intento = 1;; ++intento) {
+            try {
+                responder(registros(db, orden, leido));
+                break;
+            } catch (const ErrorBD& e) {
+                if (!esErrorDeConcurrencia(e) || intento >= 50) {
+                    std::fprintf(stderr, "%s\n", qPrintable(e.mensaje()));
+                    responder(QStringLiteral("E"));
+                    break;
+                }
+                QThread::msleep(5 * intento);
+            }
+        }
     }
     return 0;
 }
@@ -171,6 +272,7 @@ int main(int argc, char** argv) {
         if (orden == QLatin1String("contador") && a.size() >= 7)
             return contador(*db, a.at(4), a.at(5).toInt(), a.at(6).toInt());
         if (orden == QLatin1String("colgado") && a.size() >= 5) return colgado(*db, a.at(4));
+        if (orden == QLatin1String("registros")) return registros(*db);
         if (orden == QLatin1String("albaranes") && a.size() >= 6)
             return albaranes(*db, a.at(4), a.at(5).toInt());
         std::fprintf(stderr, "orden desconocida: %s\n", qPrintable(orden));

@@ -1,0 +1,55 @@
+#include "app/guardado_registro.h"
+
+#include "app/login_form.h"
+#include "data/registro.h"
+
+#include <optional>
+
+QString textoRegistroModificado(const QString& clase) {
+    return QStringLiteral("Otro puesto ha guardado cambios en este/a ") + clase +
+           QStringLiteral(" desde que usted lo/a abrió. No se ha guardado nada. ¿Desea volver a cargarlo/a? "
+                          "Se perderán los cambios hechos en esta ventana.");
+}
+
+QString textoRegistroEliminado(const QString& clase) {
+    return QStringLiteral("Otro puesto ha eliminado este/a ") + clase +
+           QStringLiteral(" desde que usted lo/a abrió. No se ha guardado nada.");
+}
+
+ResultadoGuardado guardarRegistro(Entorno& e, CommandTrace& traza, BloqueoEdicion& bloqueo, const QString& clase,
+                                  const std::function<void()>& escribir) {
+    bool hecho = false;
+    bool perdido = false;
+    std::optional<bool> eliminado;
+    traza.ejecutar([&] {
+        try {
+            Transaction tx = e.db().transaccion();
+            if (bloqueo.tomado()) {
+                traza.paso(QStringLiteral("Comprobar el bloqueo del registro"));
+                if (!bloqueo.vigente()) {
+                    perdido = true;
+                    return;
+                }
+            }
+            escribir();
+            tx.commit();
+            hecho = true;
+        } catch (const ErrorRegistroCambiado& cambio) {
+            eliminado = cambio.eliminado();
+        }
+    });
+    if (hecho) return ResultadoGuardado::Guardado;
+    if (perdido) {
+        e.dialogs().avisar(kTituloAtencion, bloqueo.mensajePerdido());
+        bloqueo.olvidar();
+        return ResultadoGuardado::Fallido;
+    }
+    if (!eliminado) return ResultadoGuardado::Fallido;
+    if (*eliminado) {
+        e.dialogs().avisar(kTituloAtencion, textoRegistroEliminado(clase));
+        return ResultadoGuardado::Fallido;
+    }
+    return e.dialogs().preguntar(Icono::Exclamacion, kTituloAtencion, textoRegistroModificado(clase))
+               ? ResultadoGuardado::Recargar
+               : ResultadoGuardado::Fallido;
+}
