@@ -34,6 +34,13 @@ public:
     // the old one, which stays held when the new one is refused.
     bool tomar(const DescriptorTabla& clase, const QString& clave, const QString& descripcion,
                AccionBloqueo accion, bool mostrarMensajes = true);
+    // The "Alta" lock of a record not yet saved (it has no key): a key of its own for this
+    // window, refused like any lock while an administrator holds the database or another
+    // workstation the whole table.
+    bool tomarAlta(const DescriptorTabla& clase, const QString& descripcion, bool mostrarMensajes = true) {
+        return tomar(clase, QStringLiteral("(nuevo ") + e_.sesion + QLatin1Char(' ') + ventana_ + QLatin1Char(')'),
+                     descripcion, AccionBloqueo::Alta, mostrarMensajes);
+    }
     // Releases the lock held, if any (save, cancel, close). Never throws; a database error
     // is shown as "Desbloqueo de registro".
     void liberar();

@@ -3,6 +3,7 @@
 // logged-in user and type, the workstation, the settings, and the values read from
 // PRAMELVIX.INI. Every screen is handed it.
 #include "app/buscadores.h"
+#include "app/editores_abiertos.h"
 #include "app/instalacion.h"
 #include "core/clock.h"
 #include "core/dialogs.h"
@@ -59,6 +60,8 @@ public:
     ImpresoraTickets impresoraTickets;
     ModemGsm modemGsm;
 
+    // The records open in an editor on this workstation (one editor per record).
+    EditoresAbiertos editores;
     // The search screens other screens open to pick a client, an article, a plan.
     Buscadores buscadores;
     // Where previews and printed documents go on a display (set by the main window); null

@@ -25,8 +25,7 @@ QString sinFra(const QString& columna) {
 } // namespace
 
 ClienteForm::ClienteForm(Entorno& entorno)
-    : e_(entorno), registro_(ClienteStore::tabla()), condiciones_(entorno, DuenoCondiciones::Cliente),
-      bloqueo_(entorno) {
+    : FormularioRegistro(entorno, ClienteStore::tabla()), condiciones_(entorno, DuenoCondiciones::Cliente) {
     condiciones_.antesDeCambiar = [this] {
         if (!bloquear()) return false;
         modificado_ = true;
@@ -35,33 +34,45 @@ ClienteForm::ClienteForm(Entorno& entorno)
     nuevo();
 }
 
-void ClienteForm::mostrarRegistro() {
-    textos_.clear();
-    for (const auto& c : registro_.descriptor().columnaS)
-        if (editable(c)) textos_.insert(c.nombre, FichaForm::textoValor(c, registro_.valor(c.nombre)));
-    nombreGuardado_ = registro_.texto(QStringLiteral("Nombre")).trimmed();
-    modificado_ = false;
+QStringList ClienteForm::columnasEditables() const {
+    QStringList l;
+    for (const auto& c : ClienteStore::tabla().columnaS)
+        if (editable(c)) l << c.nombre;
+    return l;
+}
+
+QString ClienteForm::preguntaAbandonar() const {
+    return QStringLiteral("Las modificaciones realizadas a este Cliente no han sido guardadas. "
+                          "¿Desea perder los cambios efectuados?");
+}
+
+void ClienteForm::alCambiar(const QString& columna) {
+    if (kFichaComercial.contains(columna)) fichaComercial_ = true;
+}
+
+void ClienteForm::mostrar(const Registro& r) {
+    mostrarRegistro(r);
+    nombreGuardado_ = r.texto(QStringLiteral("Nombre")).trimmed();
     fichaComercial_ = false;
-    foco.clear();
 }
 
 void ClienteForm::nuevo() {
-    bloqueo_.liberar();
-    registro_ = Registro(ClienteStore::tabla());
-    id_.reset();
-    registro_.setValor(QStringLiteral("FechaAlta"), e_.reloj().hoy());
-    registro_.setValor(QStringLiteral("LOPD"), QStringLiteral("0"));
+    Registro registro(ClienteStore::tabla());
+    empezarNuevo(registro);
+    registro.setValor(QStringLiteral("FechaAlta"), e_.reloj().hoy());
+    registro.setValor(QStringLiteral("LOPD"), QStringLiteral("0"));
     CommandTrace traza(e_.dialogs(), QStringLiteral("preparar un Cliente nuevo") + kEnPantalla);
     traza.ejecutar([&] {
         traza.paso(QStringLiteral("Leer la tarifa general por defecto del puesto"));
         const QString tarifa = ConfPuestoStore(e_.db()).cargar(e_.puesto).Tarifa;
-        if (!tarifa.isEmpty()) registro_.setValor(QStringLiteral("Tarifa"), tarifa);
+        if (!tarifa.isEmpty()) registro.setValor(QStringLiteral("Tarifa"), tarifa);
     });
     condiciones_.cargar(std::nullopt);
-    mostrarRegistro();
+    mostrar(registro);
 }
 
 bool ClienteForm::cargar(qint64 idCliente) {
+    if (!ocupar(idCliente)) return false;
     std::optional<Registro> leido;
     CommandTrace traza(e_.dialogs(), QStringLiteral("cargar un Cliente") + kEnPantalla);
     const bool ok = traza.ejecutar([&] {
@@ -71,6 +82,10 @@ bool ClienteForm::cargar(qint64 idCliente) {
         traza.paso(QStringLiteral("Leer la Ficha Comercial"));
         condiciones_.cargar(idCliente);
     });
+    if (!ok || !leido) {
+        e_.editores.soltar(this);
+        if (id_) ocupar(*id_);
+    }
     if (!ok) return false;
     if (!leido) {
         e_.dialogs().error(QStringLiteral("Error al intentar acceder al Cliente nº: ") +
@@ -81,9 +96,8 @@ bool ClienteForm::cargar(qint64 idCliente) {
         return false;
     }
     bloqueo_.liberar();
-    registro_ = *leido;
     id_ = idCliente;
-    mostrarRegistro();
+    mostrar(*leido);
     return true;
 }
 
@@ -91,26 +105,6 @@ QString ClienteForm::titulo() const {
     if (!id_) return kPantallaClientes + QStringLiteral(" - (Nuevo cliente)");
     return kPantallaClientes + QStringLiteral(" - ") + QString::number(*id_) + QStringLiteral(" - ") +
            nombreGuardado_;
-}
-
-QString ClienteForm::texto(const QString& columna) const {
-    return textos_.value(columna);
-}
-
-bool ClienteForm::bloquear() {
-    if (!id_) return true;
-    return bloqueo_.tomar(registro_.descriptor(), QString::number(*id_), nombreGuardado_,
-                          AccionBloqueo::Modificacion);
-}
-
-bool ClienteForm::setTexto(const QString& columna, const QString& texto) {
-    if (!textos_.contains(columna)) return false;
-    if (textos_.value(columna) == texto) return true;
-    if (!bloquear()) return false;
-    textos_.insert(columna, texto);
-    modificado_ = true;
-    if (kFichaComercial.contains(columna)) fichaComercial_ = true;
-    return true;
 }
 
 QString ClienteForm::saldo(const QString& columna) const {
@@ -169,12 +163,6 @@ QList<OpcionLista> ClienteForm::opciones(const QString& columna) {
         }
     });
     return l;
-}
-
-bool ClienteForm::fallo(Icono icono, const QString& titulo, const QString& texto, const QString& columna) {
-    foco = columna;
-    e_.dialogs().mostrar(icono, titulo, texto);
-    return false;
 }
 
 bool ClienteForm::guardar() {
@@ -262,24 +250,18 @@ bool ClienteForm::guardar() {
     }
 
     // Every other typed value must be valid for its column.
-    Registro r = registro_.getCopia();
-    for (const auto& c : r.descriptor().columnaS) {
-        if (!editable(c)) continue;
-        QString error;
-        const auto v = FichaForm::leerValor(c, texto(c.nombre), &error);
-        if (!v) return fallo(Icono::Exclamacion, kTituloErronea, error, c.nombre);
-        r.setValor(c.nombre, *v);
-    }
+    auto leido = leerTextos();
+    if (!leido) return false;
+    Registro r = *leido;
     r.setValor(QStringLiteral("Nombre"), nombre);
     r.setValor(QStringLiteral("DNI"), texto(QStringLiteral("DNI")).trimmed());
     if (empresaExtranjero && r.valor(QStringLiteral("IdTipoIVA")).isNull())
         r.setValor(QStringLiteral("IdTipoIVA"), static_cast<qlonglong>(*ivaCero));
 
-    if (id_ && !bloquear()) return false;
     const bool eraNuevo = !id_;
     const bool avisarFicha = !eraNuevo && fichaComercialModificada();
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Cliente") + kEnPantalla);
-    const ResultadoGuardado resultado = guardarRegistro(e_, traza, bloqueo_, registro_.descriptor().descTabla, [&] {
+    const ResultadoGuardado resultado = escribir(traza, r, [&] {
         ClienteStore store(e_.db());
         if (eraNuevo) {
             traza.paso(QStringLiteral("Crear el Cliente"));
@@ -297,14 +279,10 @@ bool ClienteForm::guardar() {
         cargar(id);
         return false;
     }
-    if (resultado != ResultadoGuardado::Guardado) {
-        if (eraNuevo) r.setValor(QStringLiteral("IdCliente"), QVariant());
-        return false;
-    }
-    registro_ = r;
-    id_ = r.valor(QStringLiteral("IdCliente")).toLongLong();
-    mostrarRegistro();
-    bloqueo_.liberar();
+    if (resultado != ResultadoGuardado::Guardado) return false;
+    guardado(r, r.valor(QStringLiteral("IdCliente")).toLongLong());
+    nombreGuardado_ = r.texto(QStringLiteral("Nombre")).trimmed();
+    fichaComercial_ = false;
     if (avisarFicha)
         e_.dialogs().informar(
             QStringLiteral("Aviso"),
@@ -335,23 +313,31 @@ bool ClienteForm::eliminar() {
         if (!modificado_) bloqueo_.liberar();
         return false;
     }
+    bool referido = false;
     traza.ejecutar([&] {
-        Transaction tr = e_.db().transaccion();
-        contar();
-        if (tieneMascotas) return;
-        traza.paso(QStringLiteral("Eliminar el Cliente y su Ficha Comercial"));
-        ClienteStore(e_.db()).eliminar(id);
-        tr.commit();
-        eliminado = true;
+        try {
+            Transaction tr = e_.db().transaccion();
+            contar();
+            if (tieneMascotas) return;
+            traza.paso(QStringLiteral("Eliminar el Cliente y su Ficha Comercial"));
+            ClienteStore(e_.db()).eliminar(id);
+            tr.commit();
+            eliminado = true;
+        } catch (const ErrorBD& e) {
+            // A pet or a note added to the client by another workstation meanwhile.
+            if (!esErrorDeReferencia(e)) throw;
+            referido = true;
+        }
     });
     if (tieneMascotas) return fallo(Icono::Exclamacion, kTituloAtencion, refusal, QString());
+    if (referido)
+        return fallo(Icono::Exclamacion, kTituloAtencion,
+                     QStringLiteral("No se puede eliminar este Cliente porque tiene Mascotas, Albaranes u otros "
+                                    "registros que dependen de él."),
+                     QString());
     if (!eliminado) return false;
     nuevo();
     return true;
-}
-
-void ClienteForm::cerrar() {
-    bloqueo_.liberar();
 }
 
 bool ClienteForm::mascotas() {
@@ -376,10 +362,3 @@ bool ClienteForm::buscar() {
     return cargar(elegido->claveCliente);
 }
 
-bool ClienteForm::puedeAbandonar() {
-    if (!modificado_) return true;
-    return e_.dialogs().preguntar(
-        Icono::Pregunta, QStringLiteral("ATENCIÓN"),
-        QStringLiteral("Las modificaciones realizadas a este Cliente no han sido guardadas. "
-                       "¿Desea perder los cambios efectuados?"));
-}

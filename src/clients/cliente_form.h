@@ -9,9 +9,8 @@
 // refused lock leaves the field as it was. Saving or loading another client releases it, and
 // deleting takes a "Baja" lock before the question. A new client takes no lock: no other
 // workstation can reach it before it is saved.
-#include "app/bloqueo_edicion.h"
 #include "app/conf_puesto_store.h"
-#include "app/entorno.h"
+#include "app/formulario_registro.h"
 #include "clients/condiciones_form.h"
 #include "data/registro.h"
 
@@ -21,7 +20,7 @@
 
 inline const QString kPantallaClientes = QStringLiteral("Mantenimiento de Clientes");
 
-class ClienteForm {
+class ClienteForm : public FormularioRegistro {
 public:
     explicit ClienteForm(Entorno& entorno);
 
@@ -35,17 +34,12 @@ public:
     // client when the user asked for one. False when nothing was chosen.
     bool buscar();
 
-    bool esNuevo() const { return !id_; }
     std::optional<qint64> idCliente() const { return id_; }
     // "Mantenimiento de Clientes - 12 - Ana Pérez" or "Mantenimiento de Clientes - (Nuevo cliente)".
     QString titulo() const;
 
-    // The text of a column; setTexto returns false when the change was refused (lock).
-    QString texto(const QString& columna) const;
-    bool setTexto(const QString& columna, const QString& texto);
     // Read-only balances, "#,##0.00" (FechaUltimoCobro "dd/mm/yyyy").
     QString saldo(const QString& columna) const;
-    bool modificado() const { return modificado_; }
     // Whether the general tariff, the general discount or the special conditions changed.
     bool fichaComercialModificada() const;
 
@@ -66,32 +60,19 @@ public:
     // Asks and deletes the client; on success the form holds a new, empty client. A client
     // with pets is not deleted.
     bool eliminar();
-    // Releases the lock (the screen closes or the user discards the changes).
-    void cerrar();
-    // Before leaving a record with unsaved changes (new record, another one, closing): asks
-    // whether to lose them; true when the screen may go on.
-    bool puedeAbandonar();
 
     // Opens the pets of the client (set by the main window's registry).
     std::function<void(qint64 idCliente)> abrirMascotas;
     bool mascotas();
 
 private:
-    bool bloquear();
-    bool fallo(Icono icono, const QString& titulo, const QString& texto, const QString& columna);
-    void mostrarRegistro();
+    QStringList columnasEditables() const override;
+    QString descripcionBloqueo() const override { return nombreGuardado_; }
+    QString preguntaAbandonar() const override;
+    void alCambiar(const QString& columna) override;
+    void mostrar(const Registro& r);
 
-    Entorno& e_;
-    Registro registro_;
-    std::optional<qint64> id_;
-    QHash<QString, QString> textos_;
     QString nombreGuardado_;
-    bool modificado_ = false;
     bool fichaComercial_ = false;
     CondicionesForm condiciones_;
-    BloqueoEdicion bloqueo_;
-
-public:
-    // The column that should take the focus after a refusal.
-    QString foco;
 };

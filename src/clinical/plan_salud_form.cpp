@@ -13,8 +13,7 @@ const QString kEnPantalla = QStringLiteral(" en el 'Mantenimiento de Planes de S
 }
 
 PlanSaludForm::PlanSaludForm(Entorno& entorno)
-    : e_(entorno), registro_(PlanSaludStore::tabla()), condiciones_(entorno, DuenoCondiciones::PlanSalud),
-      bloqueo_(entorno) {
+    : FormularioRegistro(entorno, PlanSaludStore::tabla()), condiciones_(entorno, DuenoCondiciones::PlanSalud) {
     condiciones_.antesDeCambiar = [this] {
         if (!bloquear()) return false;
         modificado_ = true;
@@ -28,25 +27,21 @@ QStringList PlanSaludForm::campos() {
             QStringLiteral("Notas"), QStringLiteral("Aviso")};
 }
 
-void PlanSaludForm::mostrarRegistro() {
-    textos_.clear();
-    for (const QString& c : campos())
-        textos_.insert(c, FichaForm::textoValor(*registro_.descriptor().columna(c), registro_.valor(c)));
-    nombreGuardado_ = registro_.texto(QStringLiteral("Nombre")).trimmed();
-    modificado_ = false;
-    foco.clear();
+void PlanSaludForm::mostrar(const Registro& r) {
+    mostrarRegistro(r);
+    nombreGuardado_ = r.texto(QStringLiteral("Nombre")).trimmed();
 }
 
 void PlanSaludForm::nuevo() {
-    bloqueo_.liberar();
-    registro_ = Registro(PlanSaludStore::tabla());
-    registro_.setValor(QStringLiteral("FechaAlta"), e_.reloj().hoy());
-    id_.reset();
+    Registro r(PlanSaludStore::tabla());
+    empezarNuevo(r);
+    r.setValor(QStringLiteral("FechaAlta"), e_.reloj().hoy());
     condiciones_.cargar(std::nullopt);
-    mostrarRegistro();
+    mostrar(r);
 }
 
 bool PlanSaludForm::cargar(qint64 idPlan) {
+    if (!ocupar(idPlan)) return false;
     std::optional<Registro> leido;
     CommandTrace traza(e_.dialogs(), QStringLiteral("cargar un Plan de Salud") + kEnPantalla);
     const bool ok = traza.ejecutar([&] {
@@ -56,6 +51,10 @@ bool PlanSaludForm::cargar(qint64 idPlan) {
         traza.paso(QStringLiteral("Leer las condiciones"));
         condiciones_.cargar(idPlan);
     });
+    if (!ok || !leido) {
+        e_.editores.soltar(this);
+        if (id_) ocupar(*id_);
+    }
     if (!ok) return false;
     if (!leido) {
         e_.dialogs().error(QStringLiteral("Error al intentar acceder al PlanSalud numero ") +
@@ -65,9 +64,8 @@ bool PlanSaludForm::cargar(qint64 idPlan) {
         return false;
     }
     bloqueo_.liberar();
-    registro_ = *leido;
     id_ = idPlan;
-    mostrarRegistro();
+    mostrar(*leido);
     return true;
 }
 
@@ -75,27 +73,6 @@ QString PlanSaludForm::titulo() const {
     if (!id_) return kPantallaPlanes + QStringLiteral(" - (Nuevo Plan de Salud)");
     return kPantallaPlanes + QStringLiteral(" - ") + QString::number(*id_) + QStringLiteral(" - ") +
            nombreGuardado_;
-}
-
-bool PlanSaludForm::bloquear() {
-    if (!id_) return true;
-    return bloqueo_.tomar(registro_.descriptor(), QString::number(*id_), nombreGuardado_,
-                          AccionBloqueo::Modificacion);
-}
-
-bool PlanSaludForm::setTexto(const QString& campo, const QString& texto) {
-    if (!textos_.contains(campo)) return false;
-    if (textos_.value(campo) == texto) return true;
-    if (!bloquear()) return false;
-    textos_.insert(campo, texto);
-    modificado_ = true;
-    return true;
-}
-
-bool PlanSaludForm::fallo(const QString& titulo, const QString& texto, const QString& campo) {
-    foco = campo;
-    e_.dialogs().avisar(titulo, texto);
-    return false;
 }
 
 bool PlanSaludForm::guardar() {
@@ -122,19 +99,13 @@ bool PlanSaludForm::guardar() {
     if (condiciones_.filas().isEmpty())
         return fallo(kTituloObligatorios,
                      QStringLiteral("Debe informar al menos una condición en el listado"), QString());
-    Registro r = registro_.getCopia();
-    for (const QString& c : campos()) {
-        QString error;
-        const auto v = FichaForm::leerValor(*r.descriptor().columna(c), texto(c), &error);
-        if (!v) return fallo(kTituloErronea, error, c);
-        r.setValor(c, *v);
-    }
+    auto leido = leerTextos();
+    if (!leido) return false;
+    Registro r = *leido;
     r.setValor(QStringLiteral("Nombre"), nombre);
-
-    if (id_ && !bloquear()) return false;
     const bool eraNuevo = !id_;
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Plan de Salud") + kEnPantalla);
-    const auto resultado = guardarRegistro(e_, traza, bloqueo_, registro_.descriptor().descTabla, [&] {
+    const auto resultado = escribir(traza, r, [&] {
         PlanSaludStore store(e_.db());
         if (eraNuevo) {
             traza.paso(QStringLiteral("Crear el Plan de Salud"));
@@ -152,10 +123,8 @@ bool PlanSaludForm::guardar() {
         return false;
     }
     if (resultado != ResultadoGuardado::Guardado) return false;
-    registro_ = r;
-    id_ = r.valor(QStringLiteral("IdPlanSalud")).toLongLong();
-    mostrarRegistro();
-    bloqueo_.liberar();
+    guardado(r, r.valor(QStringLiteral("IdPlanSalud")).toLongLong());
+    nombreGuardado_ = r.texto(QStringLiteral("Nombre")).trimmed();
     return true;
 }
 
@@ -195,14 +164,9 @@ bool PlanSaludForm::eliminar() {
     return true;
 }
 
-void PlanSaludForm::cerrar() {
-    bloqueo_.liberar();
-}
 
-bool PlanSaludForm::puedeAbandonar() {
-    if (!modificado_) return true;
-    return e_.dialogs().preguntar(
-        Icono::Pregunta, QStringLiteral("ATENCIÓN"),
-        QStringLiteral("Las modificaciones realizadas a este Plan de Salud no han sido guardadas. "
-                       "¿Desea perder los cambios efectuados?"));
+
+QString PlanSaludForm::preguntaAbandonar() const {
+    return QStringLiteral("Las modificaciones realizadas a este Plan de Salud no han sido guardadas. "
+                          "¿Desea perder los cambios efectuados?");
 }

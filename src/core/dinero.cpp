@@ -31,3 +31,11 @@ double redondear2(double x) {
     const double resultado = static_cast<double>(centimos) / 100.0;
     return x < 0 ? -resultado : resultado;
 }
+
+bool mismoImporte(double a, double b) {
+    return redondear2(a) == redondear2(b);
+}
+
+bool importeNulo(double x) {
+    return redondear2(x) == 0.0;
+}

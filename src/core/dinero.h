@@ -8,3 +8,9 @@
 // always +0.0 (so that -0.001 never reaches a screen as "-0,00"). NaN and infinities pass
 // through unchanged.
 double redondear2(double x);
+
+// Amounts compared as the cents they round to, never with an epsilon of one's own:
+// mismoImporte(0.1 + 0.2, 0.3) is true, mismoImporte(10.00, 10.01) is false.
+bool mismoImporte(double a, double b);
+// True when the amount rounds to 0.00 (so -0.004 and 0.004 are nothing owed).
+bool importeNulo(double x);

@@ -39,6 +39,11 @@ ErrorRegistroCambiado::ErrorRegistroCambiado(const DescriptorTabla& t, const QVa
                        eliminado ? QStringLiteral("ha sido eliminado") : QStringLiteral("ha sido modificado"))),
       eliminado_(eliminado) {}
 
+bool esErrorDeReferencia(const ErrorBD& error) {
+    const QString t = error.texto().toLower();
+    return t.contains(QLatin1String("foreign key"));
+}
+
 QVariant valorDesdeBD(TipoColumna tipo, const QVariant& crudo) {
     if (crudo.isNull() || !crudo.isValid()) return {};
     switch (tipo) {

@@ -44,6 +44,10 @@ private:
     bool eliminado_;
 };
 
+// True for a failure because a child row still points at the row being deleted, or at a
+// parent that no longer exists (foreign key), on either engine.
+bool esErrorDeReferencia(const ErrorBD& error);
+
 // A condition on columns with its values bound: {"Descripcion = ?", {texto}}.
 struct Condicion {
     QString sql;

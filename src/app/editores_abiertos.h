@@ -1,0 +1,30 @@
+#pragma once
+// The records open in an editor on this workstation. One editor per record: opening a
+// record already open brings its editor forward instead; a list refuses to delete a record
+// that an editor here has open.
+#include <QHash>
+#include <QString>
+#include <functional>
+
+class EditoresAbiertos {
+public:
+    // Takes the record for the editor dueno. False when another editor has it: that one is
+    // brought forward (its traerAlFrente is called) and dueno must not open it.
+    bool ocupar(const QString& tabla, qint64 id, const void* dueno, std::function<void()> traerAlFrente);
+    // The editor leaves whatever record it held.
+    void soltar(const void* dueno);
+    // Whether an editor here has the record open.
+    bool abierto(const QString& tabla, qint64 id) const;
+
+private:
+    struct Editor {
+        const void* dueno = nullptr;
+        std::function<void()> traerAlFrente;
+    };
+    static QString clave(const QString& tabla, qint64 id) { return tabla + QLatin1Char(' ') + QString::number(id); }
+    QHash<QString, Editor> abiertos_;
+};
+
+// "No es posible eliminar este/a Cliente porque lo/a tiene abierto/a en otra ventana de este equipo.
+// Ciérrela antes de eliminarlo/a."
+QString textoAbiertoEnOtraVentana(const QString& clase);
