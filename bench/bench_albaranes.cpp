@@ -74,7 +74,8 @@ Albaran nota(const Catalogo& c, int lineas, int semilla) {
     a.setRetencion(semilla % 5 == 0 ? 15 : 0);
     for (int i = 0; i < lineas; ++i) {
         const ArticuloVenta& art = c.articulos.at((semilla + i * 7) % c.articulos.size());
-        a.anadirLinea(lineaDeArticulo(art, elegirPrecio(art, c.contexto), 1 + (i % 3)));
+        const PrecioElegido precio = elegirPrecio(art, c.contexto);
+        if (precio.valido()) a.anadirLinea(lineaDeArticulo(art, precio, 1 + (i % 3)));
     }
     return a;
 }

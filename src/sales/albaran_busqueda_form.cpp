@@ -47,7 +47,7 @@ QList<SerieVenta> AlbaranBusquedaForm::series() {
 bool AlbaranBusquedaForm::buscar() {
     CriteriosBusquedaAlbaran c;
     c.serie = serie.trimmed();
-    const QString n = numero.trimmed();
+    const QString n = numAlbaran.trimmed();
     if (!n.isEmpty()) {
         static const QRegularExpression digitos(QStringLiteral("^[0-9]{1,18}$"));
         if (!digitos.match(n).hasMatch()) {
@@ -55,7 +55,7 @@ bool AlbaranBusquedaForm::buscar() {
                                 QStringLiteral("El número de albarán introducido no es válido."));
             return false;
         }
-        c.numero = n.toLongLong();
+        c.numAlbaran = n.toLongLong();
     }
     if (!desde.trimmed().isEmpty()) {
         c.desde = leerFecha(desde);

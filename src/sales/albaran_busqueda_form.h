@@ -25,7 +25,7 @@ public:
 
     // The criteria, as typed.
     QString serie;  // a series code; "" for "(Todas)"
-    QString numero; // the note's number
+    QString numAlbaran; // the note's number within its series
     QString cliente;
     bool clienteEnCualquierParte = false;
     QString mascota;

@@ -40,7 +40,7 @@ QList<FilaAlbaranBusqueda> AlbaranBusquedaStore::buscar(const CriteriosBusquedaA
     FiltroSql f;
     const QString serie = c.serie.trimmed();
     if (!serie.isEmpty()) f.y(QStringLiteral("a.Serie = ?"), {serie});
-    if (c.numero) f.y(QStringLiteral("a.NumAlbaran = ?"), {*c.numero});
+    if (c.numAlbaran) f.y(QStringLiteral("a.NumAlbaran = ?"), {*c.numAlbaran});
     if (c.idCliente) f.y(QStringLiteral("a.IdCliente = ?"), {*c.idCliente});
     const QString cliente = normalizarBusqueda(c.cliente);
     if (!cliente.isEmpty()) {

@@ -20,7 +20,7 @@ enum class EstadoAlbaran { Todos, PendientesFacturar, Facturados, PendientesCobr
 
 struct CriteriosBusquedaAlbaran {
     QString serie;                        // exact; "" for every series
-    std::optional<qint64> numero;         // NumAlbaran
+    std::optional<qint64> numAlbaran;     // within the series
     std::optional<qint64> idCliente;      // the client the opener fixed
     QString cliente;                      // client's name, accents and case ignored
     bool clienteEnCualquierParte = false; // anywhere in the name; otherwise at its start

@@ -4,15 +4,30 @@
 #include "core/formatos.h"
 #include "data/esquema.h"
 
+#include <QLocale>
+#include <algorithm>
+
 namespace {
 const QString kFacturadoOCobrado =
     QStringLiteral("Este albarán ha sido facturado o cobrado mientras lo tenía abierto en esta pantalla. ");
 const QString kAtencion = QStringLiteral("¡Atención!");
 
+const QString kPreguntaRepreciar =
+    QStringLiteral("Los precios de los artículos incluidos en este albarán han podido sufrir variaciones "
+                   "debido al cambio del Plan de Salud de la mascota. ¿Desea que se recalculen los precios "
+                   "de este albarán?");
+
 QString textoPorcentaje(double p) {
     return p == 0 ? QString() : formatoImporte(p);
 }
 } // namespace
+
+QString textoCifra(double valor) {
+    QString s = QString::number(valor, 'f', QLocale::FloatingPointShortest);
+    const qsizetype punto = s.indexOf(QLatin1Char('.'));
+    if (punto < 0 || s.size() - punto - 1 <= 2) return formatoImporte(valor);
+    return s.replace(QLatin1Char('.'), QLatin1Char(','));
+}
 
 AlbaranForm::AlbaranForm(Entorno& entorno) : e_(entorno), store_(entorno.db()), bloqueo_(entorno) {
     cargarListas();
@@ -28,6 +43,9 @@ void AlbaranForm::cargarListas() {
         series_ = store_.seriesVenta();
         vendedores_ = store_.vendedores(a_.idVendedor);
         tiposIVA_ = store_.tiposIVA();
+        for (OpcionVenta& t : tiposIVA_)
+            if (const auto p = leerImporte(t.texto.replace(QLatin1Char('.'), QLatin1Char(','))))
+                t.texto = formatoImporte(*p) + QStringLiteral(" %");
     });
 }
 
@@ -43,7 +61,7 @@ void AlbaranForm::limpiar() {
     condicionesPlan_.clear();
     deuda_ = 0;
     seriesPendientes_.clear();
-    ivaCliente_.reset();
+    apertura_ = AperturaAlbaran();
     soloLectura_ = false;
     modificado_ = false;
     marcar();
@@ -61,35 +79,50 @@ void AlbaranForm::notificar() {
 }
 
 void AlbaranForm::abrir(const AperturaAlbaran& ap) {
+    if (ap.IdAlbaran) {
+        cargar(*ap.IdAlbaran);
+        return;
+    }
     if (ap.numAlbaran) {
-        cargar(*ap.numAlbaran);
+        cargar(ap.serie, *ap.numAlbaran);
         return;
     }
     limpiar();
+    apertura_ = ap;
     if (ap.IdVendedor) a_.idVendedor = ap.IdVendedor;
     if (ap.NumVisita) a_.idVisita = ap.NumVisita;
     if (ap.IdCliente) {
         cargarCliente(*ap.IdCliente);
-        if (cliente_) {
-            // What the caller knows of the client stands over the record.
-            if (!ap.Cliente.isEmpty()) cliente_->nombre = ap.Cliente;
-            if (!ap.TarifaCliente.isEmpty()) cliente_->tarifa = ap.TarifaCliente;
-            if (ap.DtoGralCliente) cliente_->dtoGeneral = *ap.DtoGralCliente;
-            if (ap.IVAaAplicarCliente && ap.IVAaAplicarCliente != cliente_->idTipoIVA) {
-                cliente_->idTipoIVA = ap.IVAaAplicarCliente;
-                cliente_->porcentajeIVA = store_.porcentajeIVA(*ap.IVAaAplicarCliente).value_or(0);
-            }
-            if (ap.ExentoIVA) {
-                cliente_->exento = *ap.ExentoIVA;
-                a_.setExento(*ap.ExentoIVA);
-            }
-            if (!ap.LOPDCliente.isEmpty()) cliente_->lopd = ap.LOPDCliente;
-        }
+        aplicarApertura();
     }
     if (cliente_ && ap.idMascota) cargarMascota(ap.idMascota);
     if (cliente_ && ap.EntradaDesdeHistorial && ap.IdArticuloHistorial)
         anadirArticuloPorDefecto(*ap.IdArticuloHistorial);
     notificar();
+}
+
+// What the caller knows of its client stands over the client's record.
+void AlbaranForm::aplicarApertura() {
+    const AperturaAlbaran& ap = apertura_;
+    if (!cliente_ || ap.IdCliente != cliente_->id) return;
+    if (!ap.Cliente.isEmpty()) cliente_->nombre = ap.Cliente;
+    if (!ap.TarifaCliente.isEmpty()) cliente_->tarifa = ap.TarifaCliente;
+    if (ap.DtoGralCliente) cliente_->dtoGeneral = *ap.DtoGralCliente;
+    if (ap.IVAaAplicarCliente) {
+        // A percentage that is no VAT type leaves the type empty: pricing refuses every line.
+        cliente_->porcentajeIVA = *ap.IVAaAplicarCliente;
+        cliente_->idTipoIVA.reset();
+        CommandTrace traza(e_.dialogs(), QStringLiteral("cargar el Cliente") + kEnPantallaAlbaranes);
+        traza.ejecutar([&] {
+            traza.paso(QStringLiteral("Buscar el tipo de I.V.A. del Cliente"));
+            cliente_->idTipoIVA = store_.tipoIVADePorcentaje(*ap.IVAaAplicarCliente);
+        });
+    }
+    if (ap.ExentoIVA) {
+        cliente_->exento = *ap.ExentoIVA;
+        if (a_.esNuevo()) a_.setExento(*ap.ExentoIVA);
+    }
+    if (!ap.LOPDCliente.isEmpty()) cliente_->lopd = ap.LOPDCliente;
 }
 
 bool AlbaranForm::editable() const {
@@ -100,6 +133,42 @@ QString AlbaranForm::titulo() const {
     if (a_.esNuevo()) return kPantallaAlbaranes + QStringLiteral(" - (Nuevo Albarán)");
     return kPantallaAlbaranes + QStringLiteral(" - ") + a_.serie + QLatin1Char('/') +
            QString::number(a_.numAlbaran.value_or(0));
+}
+
+QString AlbaranForm::numeroNota() const {
+    if (a_.esNuevo()) return {};
+    return a_.serie + QLatin1Char('/') + QString::number(a_.numAlbaran.value_or(0));
+}
+
+QString AlbaranForm::textoEstado() const {
+    if (a_.facturado())
+        return QStringLiteral("Facturado: ") + a_.serieFactura + QLatin1Char('-') +
+               QString::number(*a_.numFactura);
+    if (a_.algoCobrado()) return QStringLiteral("Cobrado");
+    if (!a_.esNuevo()) return QStringLiteral("Pendiente");
+    return {};
+}
+
+QString AlbaranForm::textoPagos() const {
+    return a_.facturado() ? QStringLiteral("Pa&gos Factura") : QStringLiteral("Pa&gos Albarán");
+}
+
+QString AlbaranForm::textoVariasFacturas() const {
+    return variasFacturas() ? QStringLiteral("Varias facturas") : QString();
+}
+
+QList<OpcionVenta> AlbaranForm::mascotasCliente() const {
+    QList<OpcionVenta> r = mascotas_;
+    if (mascota_ &&
+        std::none_of(r.cbegin(), r.cend(), [&](const OpcionVenta& m) { return m.id == mascota_->id; }))
+        r << OpcionVenta{mascota_->id, mascota_->nombre}; // a pet of a former owner
+    return r;
+}
+
+QStringList AlbaranForm::series() const {
+    QStringList r = series_;
+    if (!r.contains(a_.serie)) r.prepend(a_.serie);
+    return r;
 }
 
 QString AlbaranForm::textoDeuda() const {
@@ -147,9 +216,9 @@ QStringList AlbaranForm::columnas() {
 QStringList AlbaranForm::celdas(int fila) const {
     const LineaAlbaran& l = a_.lineas().at(fila);
     return {l.concepto,
-            formatoImporte(l.cantidad),
-            formatoImporte(l.pvp),
-            formatoImporte(l.descuento),
+            textoCifra(l.cantidad),
+            textoCifra(l.pvp),
+            textoCifra(l.descuento),
             formatoImporte(l.iva),
             formatoImporte(l.importes.total)};
 }
@@ -161,8 +230,7 @@ bool AlbaranForm::fallo(const QString& titulo, const QString& texto) {
 
 // --- re-reading the note ---
 
-bool AlbaranForm::comprobarSinCambiosAjenos(const QString& mensaje, const QString& titulo) {
-    if (a_.esNuevo()) return true;
+std::optional<SituacionAlbaran> AlbaranForm::releer() {
     std::optional<SituacionAlbaran> estado;
     CommandTrace traza(e_.dialogs(),
                        QStringLiteral("comprobar el estado del Albarán") + kEnPantallaAlbaranes);
@@ -170,15 +238,24 @@ bool AlbaranForm::comprobarSinCambiosAjenos(const QString& mensaje, const QStrin
             traza.paso(QStringLiteral("Leer de nuevo el Albarán"));
             estado = store_.estado(*a_.IdAlbaran);
         }))
-        return false;
-    if (!estado) {
-        e_.dialogs().error(QStringLiteral("Error al intentar acceder al Albarán número ") +
-                               QString::number(a_.numAlbaran.value_or(0)),
-                           QStringLiteral("Ha sido imposible recuperar la información solicitada. Este error "
-                                          "puede deberse a ") +
-                               QStringLiteral("que el Albarán haya sido eliminado."));
-        return false;
-    }
+        return std::nullopt;
+    if (!estado) errorDeLectura(numeroNota());
+    return estado;
+}
+
+void AlbaranForm::errorDeLectura(const QString& numero) {
+    e_.dialogs().error(QStringLiteral("Error al intentar acceder al Albarán") +
+                           (numero.isEmpty() ? QString() : QStringLiteral(" número ") + numero),
+                       QStringLiteral("Ha sido imposible recuperar la información solicitada. Este error "
+                                      "puede deberse a ") +
+                           QStringLiteral("que el Albarán haya sido eliminado."));
+}
+
+// For a note that was pending when it was opened here.
+bool AlbaranForm::comprobarSinCambiosAjenos(const QString& mensaje, const QString& titulo) {
+    if (a_.esNuevo()) return true;
+    const auto estado = releer();
+    if (!estado) return false;
     if (!estado->facturadoOCobrado()) return true;
     a_.numFactura = estado->numFactura;
     a_.serieFactura = estado->serieFactura;
@@ -189,16 +266,15 @@ bool AlbaranForm::comprobarSinCambiosAjenos(const QString& mensaje, const QStrin
     return false;
 }
 
+// A note invoiced or collected when it was opened here is refused as such.
+bool AlbaranForm::rechazoPorEstado(const QString& accion) {
+    if (a_.facturado()) return fallo(kAtencion, QStringLiteral("Este albarán está facturado. ") + accion);
+    if (a_.algoCobrado()) return fallo(kAtencion, QStringLiteral("Este albarán está cobrado. ") + accion);
+    return true;
+}
+
 bool AlbaranForm::antesDeCambiar() {
-    if (a_.facturado()) {
-        e_.dialogs().informar(kAtencion,
-                              QStringLiteral("Este albarán está facturado. No se puede modificar."));
-        return false;
-    }
-    if (a_.algoCobrado()) {
-        e_.dialogs().informar(kAtencion, QStringLiteral("Este albarán está cobrado. No se puede modificar."));
-        return false;
-    }
+    if (!rechazoPorEstado(QStringLiteral("No se puede modificar."))) return false;
     if (soloLectura_) {
         e_.dialogs().informar(kAtencion, QStringLiteral("Este albarán está siendo modificado en otro puesto. "
                                                         "No se puede modificar."));
@@ -215,8 +291,7 @@ bool AlbaranForm::tomarBloqueo() {
     if (a_.esNuevo()) return true;
     if (bloqueo_.tomado()) return true;
     const QString clave = QString::number(*a_.IdAlbaran);
-    const QString descripcion =
-        QStringLiteral("Albarán ") + a_.serie + QLatin1Char('/') + QString::number(a_.numAlbaran.value_or(0));
+    const QString descripcion = QStringLiteral("Albarán ") + numeroNota();
     return bloqueo_.tomar(descriptorRequerido(QStringLiteral("Albaranes")), clave, descripcion,
                           AccionBloqueo::Modificacion);
 }
@@ -270,7 +345,8 @@ void AlbaranForm::cargarMascota(std::optional<qint64> idMascota) {
     traza.ejecutar([&] {
         traza.paso(QStringLiteral("Leer la Mascota"));
         mascota_ = store_.mascota(*idMascota);
-        if (mascota_ && planEnVigor()) {
+        // Loaded whatever the date: whether the plan prices depends on the note's date.
+        if (mascota_ && mascota_->idPlanSalud) {
             traza.paso(QStringLiteral("Leer el Plan de Salud"));
             condicionesPlan_ = store_.condicionesPlan(*mascota_->idPlanSalud);
         }
@@ -314,18 +390,10 @@ bool AlbaranForm::ponerMascota(std::optional<qint64> idMascota) {
     if (a_.idMascota == idMascota) return true;
     if (!requiereCliente(false)) return false;
     if (!a_.esNuevo() && !antesDeCambiar()) return false;
-    std::optional<qint64> planAntes, planAhora;
-    if (planEnVigor()) planAntes = mascota_->idPlanSalud;
+    const std::optional<qint64> antes = planVigente();
     cargarMascota(idMascota);
     modificado_ = true;
-    if (planEnVigor()) planAhora = mascota_->idPlanSalud;
-    if (planAntes != planAhora && !a_.lineas().isEmpty() &&
-        e_.dialogs().preguntar(
-            Icono::Pregunta, QStringLiteral("ATENCION"),
-            QStringLiteral("Los precios de los artículos incluidos en este albarán han podido "
-                           "sufrir variaciones debido al cambio del Plan de Salud de la "
-                           "mascota. ¿Desea que se recalculen los precios de este albarán?")))
-        repreciarLineas();
+    preguntarRepreciar(antes);
     notificar();
     return true;
 }
@@ -334,13 +402,28 @@ void AlbaranForm::RecuperarFichaComercial() {
     if (!a_.idCliente) return;
     const std::optional<qint64> mascota = a_.idMascota;
     cargarCliente(*a_.idCliente);
+    aplicarApertura();
     if (mascota) cargarMascota(mascota);
     notificar();
 }
 
 void AlbaranForm::RecuperarPlanSalud() {
+    const std::optional<qint64> antes = planVigente();
     cargarMascota(a_.idMascota);
+    if (editable()) preguntarRepreciar(antes);
     notificar();
+}
+
+std::optional<qint64> AlbaranForm::planVigente() const {
+    return planEnVigor() ? mascota_->idPlanSalud : std::nullopt;
+}
+
+// The plan that prices the note changed (another pet, another plan, another date): with lines
+// on the note the user is asked whether to price them again.
+void AlbaranForm::preguntarRepreciar(std::optional<qint64> planAntes) {
+    if (planAntes == planVigente() || a_.lineas().isEmpty()) return;
+    if (e_.dialogs().preguntar(Icono::Pregunta, QStringLiteral("ATENCION"), kPreguntaRepreciar))
+        repreciarLineas();
 }
 
 ContextoPrecios AlbaranForm::contexto() const {
@@ -356,21 +439,18 @@ ContextoPrecios AlbaranForm::contexto() const {
     return c;
 }
 
+// Every line priced again as if its article were put on the note now; quantity and concept
+// stay. A line whose price is refused keeps the one it had (the reason is shown).
 void AlbaranForm::repreciarLineas() {
-    const ContextoPrecios ctx = contexto();
     QList<LineaAlbaran> lineas = a_.lineas();
-    CommandTrace traza(e_.dialogs(), QStringLiteral("recalcular los precios") + kEnPantallaAlbaranes);
-    traza.ejecutar([&] {
-        for (LineaAlbaran& l : lineas) {
-            if (!l.idArticulo) continue;
-            traza.paso(QStringLiteral("Leer el Artículo ") + QString::number(*l.idArticulo));
-            const auto articulo = store_.articulo(*l.idArticulo);
-            if (!articulo) continue;
-            const PrecioElegido p = elegirPrecio(*articulo, ctx);
-            l.pvp = p.pvp;
-            l.descuento = p.descuento;
-        }
-    });
+    for (LineaAlbaran& l : lineas) {
+        if (!l.idArticulo) continue;
+        auto nueva = lineaDe(*l.idArticulo, QStringLiteral("recalcular los precios"));
+        if (!nueva) continue;
+        nueva->cantidad = l.cantidad;
+        nueva->concepto = l.concepto;
+        l = *nueva;
+    }
     a_.ponerLineas(lineas);
     modificado_ = true;
 }
@@ -387,8 +467,10 @@ bool AlbaranForm::setFecha(const QString& texto) {
     }
     if (*f == a_.fecha) return true;
     if (!a_.esNuevo() && !antesDeCambiar()) return false;
+    const std::optional<qint64> antes = planVigente();
     a_.fecha = *f;
     modificado_ = true;
+    preguntarRepreciar(antes);
     notificar();
     return true;
 }

@@ -41,17 +41,28 @@ struct AperturaAlbaran {
     QString Cliente;
     std::optional<qint64> idMascota;
     std::optional<qint64> NumVisita;
+    // What the caller knows of the client stands over the client's record, also when the
+    // commercial file is reloaded (RecuperarFichaComercial).
     QString TarifaCliente;
     std::optional<double> DtoGralCliente;
-    std::optional<qint64> IVAaAplicarCliente; // the client's own VAT type
+    std::optional<double> IVAaAplicarCliente; // the client's own VAT percentage
     std::optional<bool> ExentoIVA;
     QString LOPDCliente;
     std::optional<qint64> IdVendedor;
     bool EntradaDesdeVisitas = false;
     bool EntradaDesdeHistorial = false;
     std::optional<qint64> IdArticuloHistorial;
-    std::optional<qint64> numAlbaran; // an existing note: its IdAlbaran
+    // An existing note, by its series and number...
+    QString serie;
+    std::optional<qint64> numAlbaran;
+    // ...or by its record key (what the note search returns).
+    std::optional<qint64> IdAlbaran;
 };
+
+// A quantity, price or percentage as the editing row and the grid show it: "#,##0.00", or
+// every decimal it has when it has more than two ("0,895"), so that reading the text back
+// gives the very same number.
+QString textoCifra(double valor);
 
 // The editing row under the grid: the article chosen and the typed texts.
 struct EntradaLineaAlbaran {
@@ -81,9 +92,19 @@ public:
     bool editable() const;
     // "Albaranes de Venta - A/12" or "Albaranes de Venta - (Nuevo Albarán)".
     QString titulo() const;
+    // The note's number as the user knows it: "A/12" ("" for a new note).
+    QString numeroNota() const;
+    // "Facturado: A-5", "Cobrado", "Pendiente", or "" for a new note.
+    QString textoEstado() const;
+    // The series can be chosen only on a new note (the number belongs to the series).
+    bool serieEditable() const { return editable() && a_.esNuevo(); }
+    // "Pa&gos Factura" once invoiced, otherwise "Pa&gos Albarán".
+    QString textoPagos() const;
+    QString textoVariasFacturas() const;
     const std::optional<ClienteVenta>& cliente() const { return cliente_; }
     const std::optional<MascotaVenta>& mascota() const { return mascota_; }
-    QList<OpcionVenta> mascotasCliente() const { return mascotas_; }
+    // The client's pets, and the note's own pet when it belongs to a former owner.
+    QList<OpcionVenta> mascotasCliente() const;
     // "Deuda Actual: 1.234,50 €"; empty with no client.
     QString textoDeuda() const;
     bool hayDeuda() const { return deuda_ >= 0.005; }
@@ -92,8 +113,9 @@ public:
     // The client's pending notes are of several series: invoicing makes several invoices.
     bool variasFacturas() const { return seriesPendientes_.size() > 1; }
 
-    // Drop-downs.
-    QStringList series() const { return series_; }
+    // Drop-downs: the sale series (with the note's own, or "" when it has none), the
+    // salespeople, the VAT types shown "21,00 %".
+    QStringList series() const;
     QList<OpcionVenta> vendedores() const { return vendedores_; }
     QList<OpcionVenta> tiposIVA() const { return tiposIVA_; }
 
@@ -118,7 +140,8 @@ public:
     bool setVendedor(std::optional<qint64> idVendedor);
     bool setRetencion(const QString& texto);
     bool setExento(bool exento);
-    // Reload the client's commercial data / the pet's health plan (prices of later lines).
+    // Reload the client's commercial data (what the caller set stays) / the pet's health plan
+    // (asking to reprice the lines when the plan in force changed).
     void RecuperarFichaComercial();
     void RecuperarPlanSalud();
 
@@ -136,6 +159,7 @@ public:
     bool nuevo();
     bool buscar();
     bool cargar(qint64 idAlbaran);
+    bool cargar(const QString& serie, qint64 numAlbaran);
     bool guardar();
     bool eliminar();
     // The note through a format of "DocAlbaranes" (or "NotaVenta"), to the preview.
@@ -159,7 +183,20 @@ public:
 
 private:
     bool comprobarSinCambiosAjenos(const QString& mensaje, const QString& titulo = {});
+    void tomarEstado(const SituacionAlbaran& estado);
+    bool rechazoPorEstado(const QString& accion);
     bool antesDeCambiar();
+    void errorDeLectura(const QString& numero);
+    bool ponerLeido(const Albaran& leido);
+    void aplicarApertura();
+    std::optional<qint64> planVigente() const;
+    void preguntarRepreciar(std::optional<qint64> planAntes);
+    // The line of an article for this client and pet, built as every path builds it (typed,
+    // picked, the workstation's default, the history's article, repriced); nullopt when the
+    // article cannot be read (noExiste says so) or its price is refused (the reason is shown).
+    std::optional<LineaAlbaran> lineaDe(qint64 codigo, const QString& accion,
+                                        const std::function<void()>& noExiste = {});
+    std::optional<SituacionAlbaran> releer();
     bool requiereCliente(bool buscando);
     bool fallo(const QString& titulo, const QString& texto);
     void limpiar();
@@ -196,7 +233,7 @@ private:
     QList<OpcionVenta> vendedores_;
     QList<OpcionVenta> tiposIVA_;
     QString fecha_, hora_, retencionTexto_;
-    std::optional<qint64> ivaCliente_; // set by the caller, when it differs from the record
-    ConfiguracionPuesto conf_;         // this workstation's defaults, read when the screen opens
+    AperturaAlbaran apertura_; // what the caller set of the client (kept while it is the client)
+    ConfiguracionPuesto conf_; // this workstation's defaults, read when the screen opens
     BloqueoEdicion bloqueo_;
 };

@@ -6,24 +6,29 @@
 #include "sales/albaran_documento.h"
 #include "sales/albaran_form.h"
 
-// The note as stored, ready to print: unsaved changes are saved first, unless the note was
-// invoiced or collected meanwhile (then the stored note prints, without the changes).
+// The note as stored, ready to print: it is always read again. A note invoiced or collected
+// since it was opened here is not printed (its message is shown and the stored note comes
+// back on the screen); unsaved changes of a note that can still change are saved first.
 bool AlbaranForm::prepararImpresion() {
     if (a_.esNuevo()) return guardar();
-    if (!modificado_) return true;
+    if (a_.facturado() || a_.algoCobrado()) return releer().has_value(); // closed when opened: as stored
     if (!comprobarSinCambiosAjenos(QStringLiteral("No se imprimirán los cambios efectuados"),
                                    kTituloImposibleGuardar)) {
-        if (!a_.facturado() && !a_.algoCobrado()) return false; // could not be read
-        modificado_ = false;
-        return cargar(*a_.IdAlbaran);
+        if (a_.facturado() || a_.algoCobrado()) {
+            modificado_ = false;
+            bloqueo_.liberar();
+            cargar(*a_.IdAlbaran);
+        }
+        return false;
     }
-    return guardar();
+    return !modificado_ || guardar();
 }
 
 bool AlbaranForm::documento(const std::function<bool(const DatosDocumento&)>& enviar) {
-    if (!prepararImpresion()) return false;
+    // The data-protection notice comes before anything is saved, read or printed.
     if (cliente_ && cliente_->lopd == kLopdNoConsiente && !avisoLopd(e_.dialogs(), cliente_->nombre, true))
         return false;
+    if (!prepararImpresion()) return false;
     bool hecho = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("imprimir un Albarán") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {

@@ -6,31 +6,50 @@
 
 // --- lines ---
 
-std::optional<EntradaLineaAlbaran> AlbaranForm::entradaArticulo(qint64 codigo) {
-    if (!requiereCliente(false)) return std::nullopt;
+namespace {
+EntradaLineaAlbaran entradaDe(const LineaAlbaran& l) {
+    EntradaLineaAlbaran e;
+    e.idArticulo = l.idArticulo;
+    e.concepto = l.concepto;
+    e.cantidad = textoCifra(l.cantidad);
+    e.pvp = textoCifra(l.pvp);
+    e.descuento = l.descuento == 0 ? QString() : textoCifra(l.descuento);
+    e.idTipoIVA = l.idTipoIVA;
+    e.serie = l.serie;
+    return e;
+}
+} // namespace
+
+std::optional<LineaAlbaran> AlbaranForm::lineaDe(qint64 codigo, const QString& accion,
+                                                 const std::function<void()>& noExiste) {
     std::optional<ArticuloVenta> articulo;
-    CommandTrace traza(e_.dialogs(), QStringLiteral("incluir un Artículo") + kEnPantallaAlbaranes);
+    CommandTrace traza(e_.dialogs(), accion + kEnPantallaAlbaranes);
     if (!traza.ejecutar([&] {
-            traza.paso(QStringLiteral("Leer el Artículo"));
+            traza.paso(QStringLiteral("Leer el Artículo ") + QString::number(codigo));
             articulo = store_.articulo(codigo);
         }))
         return std::nullopt;
     if (!articulo) {
-        e_.dialogs().avisar(QStringLiteral("¡Atención!"),
-                            QStringLiteral("No existe ningún artículo con el código ") +
-                                QString::number(codigo) + QLatin1Char('.'));
+        if (noExiste) noExiste();
         return std::nullopt;
     }
     const PrecioElegido p = elegirPrecio(*articulo, contexto());
-    EntradaLineaAlbaran e;
-    e.idArticulo = codigo;
-    e.concepto = articulo->descripcion;
-    e.cantidad = QStringLiteral("1");
-    e.pvp = formatoImporte(p.pvp);
-    e.descuento = p.descuento == 0 ? QString() : formatoImporte(p.descuento);
-    e.idTipoIVA = p.idTipoIVA;
-    e.serie = articulo->serie;
-    return e;
+    if (!p.valido()) {
+        e_.dialogs().avisar(QStringLiteral("¡Atención!"), p.rechazo);
+        return std::nullopt;
+    }
+    return lineaDeArticulo(*articulo, p);
+}
+
+std::optional<EntradaLineaAlbaran> AlbaranForm::entradaArticulo(qint64 codigo) {
+    if (!requiereCliente(false)) return std::nullopt;
+    const auto l = lineaDe(codigo, QStringLiteral("incluir un Artículo"), [&] {
+        e_.dialogs().avisar(QStringLiteral("¡Atención!"),
+                            QStringLiteral("No existe ningún artículo con el código ") +
+                                QString::number(codigo) + QLatin1Char('.'));
+    });
+    if (!l) return std::nullopt;
+    return entradaDe(*l);
 }
 
 std::optional<EntradaLineaAlbaran> AlbaranForm::buscarArticulo(const QString& texto) {
@@ -42,16 +61,7 @@ std::optional<EntradaLineaAlbaran> AlbaranForm::buscarArticulo(const QString& te
 }
 
 EntradaLineaAlbaran AlbaranForm::entradaDeLinea(int fila) const {
-    const LineaAlbaran& l = a_.lineas().at(fila);
-    EntradaLineaAlbaran e;
-    e.idArticulo = l.idArticulo;
-    e.concepto = l.concepto;
-    e.cantidad = formatoImporte(l.cantidad);
-    e.pvp = formatoImporte(l.pvp);
-    e.descuento = l.descuento == 0 ? QString() : formatoImporte(l.descuento);
-    e.idTipoIVA = l.idTipoIVA;
-    e.serie = l.serie;
-    return e;
+    return entradaDe(a_.lineas().at(fila));
 }
 
 // The line an editing row describes, or nullopt with the first thing missing told.
@@ -139,19 +149,15 @@ bool AlbaranForm::quitarLinea(int fila) {
 }
 
 bool AlbaranForm::anadirArticuloPorDefecto(qint64 codigo) {
-    std::optional<ArticuloVenta> articulo;
-    CommandTrace traza(e_.dialogs(),
-                       QStringLiteral("incluir el artículo por defecto") + kEnPantallaAlbaranes);
-    if (!traza.ejecutar([&] { articulo = store_.articulo(codigo); })) return false;
-    if (!articulo) {
+    const auto l = lineaDe(codigo, QStringLiteral("incluir el artículo por defecto"), [&] {
         e_.dialogs().error(
             QStringLiteral("Error al intentar acceder al Artículo ") + QString::number(codigo),
             QStringLiteral("Ha sido imposible incluir el artículo por defecto en el albarán. Este "
                            "error puede deberse a ") +
                 QStringLiteral("que el artículo haya sido eliminado."));
-        return false;
-    }
-    a_.anadirLinea(lineaDeArticulo(*articulo, elegirPrecio(*articulo, contexto())));
+    });
+    if (!l) return false;
+    a_.anadirLinea(*l);
     modificado_ = true;
     return true;
 }
@@ -204,16 +210,35 @@ bool AlbaranForm::cargar(qint64 idAlbaran) {
         }))
         return false;
     if (!leido) {
-        e_.dialogs().error(QStringLiteral("Error al intentar acceder al Albarán número ") +
-                               QString::number(idAlbaran),
-                           QStringLiteral("Ha sido imposible recuperar la información solicitada. Este error "
-                                          "puede deberse a ") +
-                               QStringLiteral("que el Albarán haya sido eliminado."));
+        // The number is known only of the note this screen showed.
+        errorDeLectura(a_.IdAlbaran == idAlbaran ? numeroNota() : QString());
         return false;
     }
+    return ponerLeido(*leido);
+}
+
+bool AlbaranForm::cargar(const QString& serie, qint64 numAlbaran) {
+    std::optional<Albaran> leido;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("cargar un Albarán") + kEnPantallaAlbaranes);
+    if (!traza.ejecutar([&] {
+            traza.paso(QStringLiteral("Buscar el Albarán por serie y número"));
+            if (const auto id = store_.buscarPorNumero(serie, numAlbaran)) {
+                traza.paso(QStringLiteral("Leer el Albarán"));
+                leido = store_.cargar(*id);
+            }
+        }))
+        return false;
+    if (!leido) {
+        errorDeLectura(serie + QLatin1Char('/') + QString::number(numAlbaran));
+        return false;
+    }
+    return ponerLeido(*leido);
+}
+
+bool AlbaranForm::ponerLeido(const Albaran& leido) {
     bloqueo_.liberar();
     limpiar();
-    a_ = *leido;
+    a_ = leido;
     if (a_.idCliente) cargarCliente(*a_.idCliente);
     cargarMascota(a_.idMascota);
     vendedores_ = store_.vendedores(a_.idVendedor);
@@ -241,23 +266,26 @@ bool AlbaranForm::guardar() {
     if (a_.lineas().isEmpty())
         return fallo(kTituloObligatoriosAlbaran, QStringLiteral("Debe incluir al menos un artículo"));
 
-    if (!a_.esNuevo()) {
-        if (!comprobarSinCambiosAjenos(QStringLiteral("Se pasará directamente a la ventana de Cobros"),
-                                       kTituloImposibleGuardar)) {
-            if (a_.facturado() || a_.algoCobrado()) {
-                modificado_ = false;
-                bloqueo_.liberar();
-                const qint64 id = *a_.IdAlbaran;
-                cargar(id);
-                if (abrirCobros) abrirCobros(id);
-            }
-            return false;
+    const QString aCobros = QStringLiteral("Se pasará directamente a la ventana de Cobros");
+    // Invoiced or collected meanwhile: the changes go and the collection screen opens.
+    auto pasarACobros = [&] {
+        if (a_.facturado() || a_.algoCobrado()) {
+            modificado_ = false;
+            bloqueo_.liberar();
+            const qint64 id = *a_.IdAlbaran;
+            cargar(id);
+            if (abrirCobros) abrirCobros(id);
         }
+        return false;
+    };
+    if (!a_.esNuevo()) {
+        if (!rechazoPorEstado(QStringLiteral("No se pueden guardar los cambios."))) return false;
+        if (!comprobarSinCambiosAjenos(aCobros, kTituloImposibleGuardar)) return pasarACobros();
         if (!tomarBloqueo()) return false;
     }
 
     Albaran copia = a_;
-    bool guardado = false;
+    std::optional<GuardadoAlbaran> guardado;
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Albarán") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
         traza.paso(copia.esNuevo() ? QStringLiteral("Crear el Albarán con el siguiente número de la serie")
@@ -266,6 +294,18 @@ bool AlbaranForm::guardar() {
     });
     e_.dialogs().progreso(QString());
     if (!guardado) return false;
+    switch (guardado->resultado) {
+    case ResultadoAlbaran::Hecho:
+        break;
+    case ResultadoAlbaran::FacturadoOCobrado: // between the re-reading and the writing
+        comprobarSinCambiosAjenos(aCobros, kTituloImposibleGuardar);
+        return pasarACobros();
+    case ResultadoAlbaran::NoExiste:
+        errorDeLectura(numeroNota());
+        return false;
+    case ResultadoAlbaran::Cancelado:
+        return false;
+    }
     const bool eraNuevo = a_.esNuevo();
     a_ = copia;
     modificado_ = false;
@@ -298,14 +338,18 @@ bool AlbaranForm::eliminar() {
                                 QStringLiteral("¿Desea realmente eliminar este Albarán?")))
         return false;
     if (!tomarBloqueo()) return false;
-    bool hecho = false;
+    std::optional<ResultadoAlbaran> hecho;
     CommandTrace traza(e_.dialogs(), QStringLiteral("eliminar un Albarán") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
         traza.paso(QStringLiteral("Borrar el Albarán y sus líneas"));
-        store_.eliminar(*a_.IdAlbaran);
-        hecho = true;
+        hecho = store_.eliminar(*a_.IdAlbaran);
     });
     if (!hecho) return false;
+    if (*hecho == ResultadoAlbaran::FacturadoOCobrado) { // between the re-reading and the deletion
+        comprobarSinCambiosAjenos(QStringLiteral("No se puede eliminar"), QStringLiteral("¡Atención!"));
+        notificar();
+        return false;
+    }
     bloqueo_.liberar();
     limpiar();
     notificar();

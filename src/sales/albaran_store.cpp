@@ -18,6 +18,10 @@ std::optional<qint64> optDe(const QVariant& v) {
 bool logico(const QVariant& v) {
     return valorDesdeBD(TipoColumna::Logico, v).toBool();
 }
+// The note can still change: no invoice, not marked collected, nothing of its total collected
+// (the stored amounts are rounded to cents, so equal amounts are equal doubles).
+const QString kSinFacturarNiCobrar = QStringLiteral(" AND NumFactura IS NULL AND (Cobrado IS NULL OR Cobrado "
+                                                    "= ?) AND COALESCE(Pendiente, 0) = COALESCE(Total, 0)");
 const QString kSelectCabecera = QStringLiteral(
     "SELECT IdAlbaran, Serie, NumAlbaran, Fecha, Hora, IdCliente, IdMascota, IdVendedor, IdVisita, "
     "Retencion, Exento, NumFactura, SerieFactura, Cobrado, Pendiente, Total FROM Albaranes WHERE IdAlbaran = "
@@ -94,7 +98,11 @@ std::optional<SituacionAlbaran> AlbaranStore::estado(qint64 idAlbaran) {
     return e;
 }
 
-bool AlbaranStore::guardar(Albaran& a, Dialogs& dialogs) {
+ResultadoAlbaran AlbaranStore::sinCambiar(qint64 idAlbaran) {
+    return estado(idAlbaran) ? ResultadoAlbaran::FacturadoOCobrado : ResultadoAlbaran::NoExiste;
+}
+
+GuardadoAlbaran AlbaranStore::guardar(Albaran& a, Dialogs& dialogs) {
     Transaction tr = db_.transaccion();
     const TotalesDocumento& t = a.totales();
     const QVariantList comunes = {a.serie, a.fecha, a.hora.isValid() ? QVariant(a.hora) : QVariant(),
@@ -107,7 +115,7 @@ bool AlbaranStore::guardar(Albaran& a, Dialogs& dialogs) {
         ContadorStore contadores(db_);
         const QString clave = claveContador(QStringLiteral("Albaranes"), a.serie);
         const auto numero = contadores.siguiente(clave, QStringLiteral("Albarán"), dialogs);
-        if (!numero) return false;
+        if (!numero) return {ResultadoAlbaran::Cancelado};
         qint64 n = *numero;
         // The next free number: a series whose counter fell behind its notes goes on after them.
         const qint64 mayor =
@@ -131,21 +139,22 @@ bool AlbaranStore::guardar(Albaran& a, Dialogs& dialogs) {
         a.numAlbaran = n;
     } else {
         QVariantList v = comunes;
-        v << static_cast<qlonglong>(*a.IdAlbaran);
+        v << static_cast<qlonglong>(*a.IdAlbaran) << false;
         if (db_.ejecutarCambio(
                 QStringLiteral("UPDATE Albaranes SET Serie = ?, Fecha = ?, Hora = ?, IdCliente = ?, "
                                "IdMascota = ?, IdVendedor = ?, IdVisita = ?, Retencion = ?, Exento = ?, "
                                "TotalBruto = ?, TotalBI = ?, TotalIVA = ?, TotalRetencion = ?, "
-                               "Total = ?, Pendiente = ? WHERE IdAlbaran = ?"),
+                               "Total = ?, Pendiente = ? WHERE IdAlbaran = ?") +
+                    kSinFacturarNiCobrar,
                 v) != 1)
-            throw ErrorBD(QStringLiteral("El Albarán ya no existe."));
+            return {sinCambiar(*a.IdAlbaran)};
         db_.ejecutarCambio(QStringLiteral("DELETE FROM LineasAlbaran WHERE IdAlbaran = ?"), {*a.IdAlbaran});
     }
     escribirLineas(a);
     tr.commit();
     a.pendiente = t.total();
     a.totalGuardado = t.total();
-    return true;
+    return {ResultadoAlbaran::Hecho};
 }
 
 void AlbaranStore::escribirLineas(const Albaran& a) {
@@ -165,13 +174,15 @@ void AlbaranStore::escribirLineas(const Albaran& a) {
     }
 }
 
-bool AlbaranStore::eliminar(qint64 idAlbaran) {
+ResultadoAlbaran AlbaranStore::eliminar(qint64 idAlbaran) {
     Transaction tr = db_.transaccion();
+    // The header first: its condition decides whether the lines go too.
+    if (db_.ejecutarCambio(QStringLiteral("DELETE FROM Albaranes WHERE IdAlbaran = ?") + kSinFacturarNiCobrar,
+                           {idAlbaran, false}) != 1)
+        return sinCambiar(idAlbaran);
     db_.ejecutarCambio(QStringLiteral("DELETE FROM LineasAlbaran WHERE IdAlbaran = ?"), {idAlbaran});
-    const int n =
-        db_.ejecutarCambio(QStringLiteral("DELETE FROM Albaranes WHERE IdAlbaran = ?"), {idAlbaran});
     tr.commit();
-    return n > 0;
+    return ResultadoAlbaran::Hecho;
 }
 
 std::optional<ClienteVenta> AlbaranStore::cliente(qint64 idCliente) {
@@ -193,7 +204,7 @@ std::optional<ClienteVenta> AlbaranStore::cliente(qint64 idCliente) {
     c.tarifa = q.value(6).toString();
     c.dtoGeneral = q.value(7).toDouble();
     c.idTipoIVA = optDe(q.value(8));
-    c.porcentajeIVA = q.value(9).toDouble();
+    if (!q.value(9).isNull()) c.porcentajeIVA = q.value(9).toDouble();
     c.exento = logico(q.value(10));
     c.empresaExtranjero = logico(q.value(11));
     c.lopd = q.value(12).isNull() ? QStringLiteral("0") : q.value(12).toString();
@@ -209,7 +220,8 @@ std::optional<ClienteVenta> AlbaranStore::cliente(qint64 idCliente) {
 
 std::optional<MascotaVenta> AlbaranStore::mascota(qint64 idMascota) {
     QSqlQuery q = db_.ejecutar(
-        QStringLiteral("SELECT m.Nombre, m.IdCliente, m.IdPlanSalud, p.Nombre, m.CaducidadPlan, p.FechaBaja "
+        QStringLiteral("SELECT m.Nombre, m.IdCliente, m.IdPlanSalud, p.Nombre, m.CaducidadPlan, p.FechaAlta, "
+                       "p.FechaBaja "
                        "FROM Mascotas m LEFT JOIN PlanesSalud p ON p.IdPlanSalud = m.IdPlanSalud "
                        "WHERE m.IdMascota = ?"),
         {idMascota});
@@ -221,7 +233,8 @@ std::optional<MascotaVenta> AlbaranStore::mascota(qint64 idMascota) {
     m.idPlanSalud = optDe(q.value(2));
     m.plan = q.value(3).toString();
     m.caducidadPlan = valorDesdeBD(TipoColumna::Fecha, q.value(4)).toDate();
-    m.planDeBaja = !q.value(5).isNull();
+    m.altaPlan = valorDesdeBD(TipoColumna::Fecha, q.value(5)).toDate();
+    m.bajaPlan = valorDesdeBD(TipoColumna::Fecha, q.value(6)).toDate();
     return m;
 }
 
@@ -293,6 +306,11 @@ QList<CondicionEspecial> AlbaranStore::condicionesPlan(qint64 idPlanSalud) {
 std::optional<qint64> AlbaranStore::tipoIVACero() {
     return optDe(
         db_.valor(QStringLiteral("SELECT MIN(IdTipoIVA) FROM TiposIVA WHERE Porcentaje = ?"), {0.0}));
+}
+
+std::optional<qint64> AlbaranStore::tipoIVADePorcentaje(double porcentaje) {
+    return optDe(
+        db_.valor(QStringLiteral("SELECT MIN(IdTipoIVA) FROM TiposIVA WHERE Porcentaje = ?"), {porcentaje}));
 }
 
 std::optional<double> AlbaranStore::porcentajeIVA(qint64 idTipoIVA) {

@@ -15,8 +15,8 @@ struct ClienteVenta {
     QString nombre, dni, direccion, poblacion, codigoPostal, provincia;
     QString tarifa;
     double dtoGeneral = 0;
-    std::optional<qint64> idTipoIVA; // the client's own VAT type
-    double porcentajeIVA = 0;        // and its percentage
+    std::optional<qint64> idTipoIVA;     // the client's own VAT type
+    std::optional<double> porcentajeIVA; // and its percentage (none: the type no longer exists)
     bool exento = false;
     bool empresaExtranjero = false;
     QString lopd = QStringLiteral("0");
@@ -28,12 +28,16 @@ struct MascotaVenta {
     qint64 idCliente = 0; // the owner now
     std::optional<qint64> idPlanSalud;
     QString plan;        // the plan's name
-    QDate caducidadPlan; // invalid: no expiry
-    bool planDeBaja = false;
+    QDate caducidadPlan; // the pet's enrolment ends; invalid: no expiry
+    QDate altaPlan;      // the plan's registration and leaving dates; invalid: none
+    QDate bajaPlan;
 
-    // The pet has a plan, not withdrawn and not expired on that date: its conditions price.
+    // On that date (the note's) the plan exists, has not been withdrawn and the pet's enrolment
+    // has not expired: its conditions price the note's lines.
     bool planEnVigor(const QDate& fecha) const {
-        return idPlanSalud && !planDeBaja && (!caducidadPlan.isValid() || caducidadPlan >= fecha);
+        return idPlanSalud && (!altaPlan.isValid() || altaPlan <= fecha) &&
+               (!bajaPlan.isValid() || bajaPlan > fecha) &&
+               (!caducidadPlan.isValid() || caducidadPlan >= fecha);
     }
 };
 
@@ -52,6 +56,14 @@ struct OpcionVenta {
     QString texto;
 };
 
+// What became of a save or a deletion. An existing note is written or deleted only while it
+// is neither invoiced nor collected (the condition is part of the statement itself).
+enum class ResultadoAlbaran { Hecho, Cancelado, FacturadoOCobrado, NoExiste };
+struct GuardadoAlbaran {
+    ResultadoAlbaran resultado = ResultadoAlbaran::Hecho;
+    explicit operator bool() const { return resultado == ResultadoAlbaran::Hecho; }
+};
+
 class AlbaranStore {
 public:
     explicit AlbaranStore(Database& db) : db_(db) {}
@@ -62,11 +74,13 @@ public:
     std::optional<SituacionAlbaran> estado(qint64 idAlbaran);
 
     // Writes the note and its lines in one transaction (joining the caller's). A new note
-    // takes the next free number of its series first; false when the user gave up waiting
-    // for the series counter (nothing written). Sets IdAlbaran, numAlbaran and pendiente.
-    bool guardar(Albaran& albaran, Dialogs& dialogs);
-    // Deletes the note and its lines; false when it no longer existed.
-    bool eliminar(qint64 idAlbaran);
+    // takes the next free number of its series first (Cancelado when the user gave up waiting
+    // for the series counter). An existing note invoiced or collected by now is left as it is
+    // (FacturadoOCobrado), one deleted meanwhile gives NoExiste. Nothing is written unless
+    // Hecho, which sets IdAlbaran, numAlbaran and pendiente.
+    GuardadoAlbaran guardar(Albaran& albaran, Dialogs& dialogs);
+    // Deletes the note and its lines: Hecho, NoExiste or FacturadoOCobrado (nothing deleted).
+    ResultadoAlbaran eliminar(qint64 idAlbaran);
 
     std::optional<ClienteVenta> cliente(qint64 idCliente);
     std::optional<MascotaVenta> mascota(qint64 idMascota);
@@ -75,6 +89,8 @@ public:
     QList<CondicionEspecial> condicionesCliente(qint64 idCliente);
     QList<CondicionEspecial> condicionesPlan(qint64 idPlanSalud);
     std::optional<qint64> tipoIVACero();
+    // The VAT type of that percentage (the lowest key of several); none when there is none.
+    std::optional<qint64> tipoIVADePorcentaje(double porcentaje);
     std::optional<double> porcentajeIVA(qint64 idTipoIVA);
 
     // What the client still owes on its delivery notes.
@@ -89,5 +105,6 @@ public:
 
 private:
     void escribirLineas(const Albaran& a);
+    ResultadoAlbaran sinCambiar(qint64 idAlbaran);
     Database& db_;
 };

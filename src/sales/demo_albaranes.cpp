@@ -50,9 +50,10 @@ int cargarAlbaranesDemo(Database& db, const QString& serie, const QDate& hoy, in
         for (int n = 0; n < lineas; ++n) {
             const auto art = store.articulo(articulos.at((i + n * 2) % articulos.size()));
             if (!art) continue;
-            a.anadirLinea(lineaDeArticulo(*art, elegirPrecio(*art, ctx), n == 2 ? 2 : 1));
+            const PrecioElegido precio = elegirPrecio(*art, ctx);
+            if (precio.valido()) a.anadirLinea(lineaDeArticulo(*art, precio, n == 2 ? 2 : 1));
         }
-        if (store.guardar(a, dialogos)) ++creados;
+        if (!a.lineas().isEmpty() && store.guardar(a, dialogos)) ++creados;
     }
     tr.commit();
     return creados;

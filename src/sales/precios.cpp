@@ -1,6 +1,6 @@
 #include "sales/precios.h"
 
-#include "core/dinero.h"
+#include "core/formatos.h"
 
 double pvpDeTarifa(const ArticuloVenta& a, const QString& tarifa) {
     const QString t = tarifa.trimmed().toUpper();
@@ -23,26 +23,30 @@ int especificidad(const CondicionEspecial& c, const ArticuloVenta& a) {
     return 1;
 }
 
-struct Candidato {
-    double pvp = 0;
-    double descuento = 0;
-    OrigenPrecio origen = OrigenPrecio::TarifaGeneral;
-    double neto() const { return redondear2(pvp * (100.0 - descuento) / 100.0); }
-};
+QString rechazoTarifaVacia(const ArticuloVenta& a, const QString& tarifa, OrigenPrecio origen) {
+    return QStringLiteral("El artículo '") + a.descripcion + QStringLiteral("' no tiene precio en la ") +
+           tarifa.trimmed().toUpper() + QStringLiteral(" que le asigna ") +
+           (origen == OrigenPrecio::PlanSalud ? QStringLiteral("el Plan de Salud de la mascota")
+                                              : QStringLiteral("la Ficha Comercial del cliente")) +
+           QStringLiteral(". Asigne ese precio al artículo o corrija la condición antes de incluirlo.");
+}
 
-std::optional<Candidato> candidatoDe(const QList<CondicionEspecial>& lista, const ArticuloVenta& a,
+// The price a list gives the article, or nothing when no condition of the list names it.
+std::optional<PrecioElegido> deLista(const QList<CondicionEspecial>& lista, const ArticuloVenta& a,
                                      const ContextoPrecios& ctx, OrigenPrecio origen) {
     const CondicionEspecial* c = condicionAplicable(lista, a);
     if (!c) return std::nullopt;
-    Candidato r;
+    PrecioElegido r;
     r.origen = origen;
     if (c->Precio) {
         r.pvp = *c->Precio;
         r.descuento = c->Descuento.value_or(0);
-    } else {
-        r.pvp = pvpDeTarifa(a, c->Tarifa);
-        r.descuento = c->Descuento.value_or(ctx.dtoGeneral);
+        return r;
     }
+    r.pvp = pvpDeTarifa(a, c->Tarifa);
+    if (r.pvp == 0) r.rechazo = rechazoTarifaVacia(a, c->Tarifa.isEmpty() ? kTarifa1 : c->Tarifa, origen);
+    // The plan's own discount; the commercial file's, or else the client's general one.
+    r.descuento = c->Descuento.value_or(origen == OrigenPrecio::PlanSalud ? 0 : ctx.dtoGeneral);
     return r;
 }
 } // namespace
@@ -62,19 +66,26 @@ const CondicionEspecial* condicionAplicable(const QList<CondicionEspecial>& cond
 }
 
 PrecioElegido elegirPrecio(const ArticuloVenta& a, const ContextoPrecios& ctx) {
-    Candidato elegido{pvpDeTarifa(a, ctx.tarifa), ctx.dtoGeneral, OrigenPrecio::TarifaGeneral};
-    // Candidates are tried from the least to the most preferred; a later one wins ties.
-    for (const auto& candidato : {candidatoDe(ctx.condicionesCliente, a, ctx, OrigenPrecio::FichaComercial),
-                                  candidatoDe(ctx.condicionesPlan, a, ctx, OrigenPrecio::PlanSalud)}) {
-        if (candidato && candidato->neto() <= elegido.neto()) elegido = *candidato;
-    }
     PrecioElegido p;
-    p.pvp = elegido.pvp;
-    p.descuento = elegido.descuento;
-    p.origen = elegido.origen;
-    if (ctx.idTipoIVACliente) {
+    if (auto plan = deLista(ctx.condicionesPlan, a, ctx, OrigenPrecio::PlanSalud))
+        p = *plan;
+    else if (auto ficha = deLista(ctx.condicionesCliente, a, ctx, OrigenPrecio::FichaComercial))
+        p = *ficha;
+    else {
+        p.pvp = pvpDeTarifa(a, ctx.tarifa);
+        p.descuento = ctx.dtoGeneral;
+    }
+    if (ctx.idTipoIVACliente && ctx.porcentajeIVACliente) {
         p.idTipoIVA = ctx.idTipoIVACliente;
-        p.iva = ctx.porcentajeIVACliente;
+        p.iva = *ctx.porcentajeIVACliente;
+    } else if (ctx.porcentajeIVACliente) {
+        p.rechazo = QStringLiteral("El I.V.A. a aplicar al cliente (") +
+                    formatoImporte(*ctx.porcentajeIVACliente) +
+                    QStringLiteral(" %) no corresponde a ningún tipo de I.V.A. Añada ese tipo de I.V.A. o "
+                                   "corrija el I.V.A. del cliente antes de incluir artículos.");
+    } else if (ctx.idTipoIVACliente) {
+        p.rechazo = QStringLiteral("El tipo de I.V.A. a aplicar al cliente ya no existe. Corrija el I.V.A. "
+                                   "del cliente antes de incluir artículos.");
     } else {
         p.idTipoIVA = a.idTipoIVA;
         p.iva = a.porcentajeIVA;

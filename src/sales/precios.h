@@ -1,15 +1,16 @@
 #pragma once
 // Choosing the price of an article put on a sale line.
 //
-// Three rules may price a line: the client's general tariff with the client's general
-// discount, a special condition of the client's commercial file, and a special condition
-// of the health plan of the pet (while the plan is in force). Within one list the most
-// specific condition that names the article wins: the article itself, then its subfamily,
-// its family, its section. A condition gives a special price (net: no further discount
-// unless the condition names one) or a particular tariff (with the client's general
-// discount unless the condition names its own). Of the rules that apply, the line takes
-// the one that leaves the client the lowest price after discount; on equal prices the
-// plan goes before the commercial file, and the file before the general tariff.
+// A special condition applies because the clinic set it, whatever the price it leaves: the
+// health plan of the pet (while the plan is in force on the note's date) goes first, then
+// the client's commercial file, then the client's general tariff with the client's general
+// discount. Within one list the most specific condition that names the article wins: the
+// article itself, then its subfamily, its family, its section. A condition gives a special
+// price (net: no discount unless the condition names one) or a particular tariff. A tariff
+// condition of the commercial file keeps the client's general discount unless it names its
+// own; one of the plan takes the plan's own discount (none unless it names one), never the
+// owner's. A tariff condition that points at an empty price (0) of the article is refused,
+// never applied: the line is not priced and the reason is given.
 #include "clients/condiciones_form.h"
 
 #include <QList>
@@ -33,10 +34,13 @@ struct ArticuloVenta {
 
 // What pricing needs of the client and the pet.
 struct ContextoPrecios {
-    QString tarifa;                              // "TARIFA 1".."TARIFA 3"; anything else prices at PVP1
-    double dtoGeneral = 0;                       // the client's general discount
-    std::optional<qint64> idTipoIVACliente;      // the client's own VAT type (a non-resident
-    double porcentajeIVACliente = 0;             // company's is the 0 % type) and its percentage
+    QString tarifa;        // "TARIFA 1".."TARIFA 3"; anything else prices at PVP1
+    double dtoGeneral = 0; // the client's general discount
+    // The client's own VAT (a non-resident company's is the 0 % type): its type and percentage.
+    // One known without the other (a percentage that is no VAT type, a type that no longer
+    // exists) refuses every price rather than selling at 0 %.
+    std::optional<qint64> idTipoIVACliente;
+    std::optional<double> porcentajeIVACliente;
     QList<CondicionEspecial> condicionesCliente; // the client's commercial file
     QList<CondicionEspecial> condicionesPlan;    // the pet's health plan in force, if any
 };
@@ -49,6 +53,9 @@ struct PrecioElegido {
     std::optional<qint64> idTipoIVA;
     double iva = 0; // VAT percentage
     OrigenPrecio origen = OrigenPrecio::TarifaGeneral;
+    // Why the article cannot be priced for this client ("" when it can): the line is refused.
+    QString rechazo;
+    bool valido() const { return rechazo.isEmpty(); }
 };
 
 // The article's price under a tariff text: "TARIFA 2" gives PVP2, "TARIFA 3" PVP3,
@@ -59,5 +66,5 @@ double pvpDeTarifa(const ArticuloVenta& articulo, const QString& tarifa);
 const CondicionEspecial* condicionAplicable(const QList<CondicionEspecial>& condiciones,
                                             const ArticuloVenta& articulo);
 
-// Price, discount and VAT of a new line holding the article (its quantity is 1).
+// Price, discount and VAT of a new line holding the article, or the reason it is refused.
 PrecioElegido elegirPrecio(const ArticuloVenta& articulo, const ContextoPrecios& contexto);

@@ -11,6 +11,7 @@
 #include "sales/calculo.h"
 
 #include <QtTest>
+#include <array>
 #include <cmath>
 
 Q_DECLARE_METATYPE(EntradaLinea)
@@ -59,6 +60,12 @@ class TestCalculo : public QObject {
     static void restar(TotalesDocumento& t, const EntradaLinea& l, double retencion = 0,
                        bool exento = false) {
         t.restar(calcularLinea(l, retencion, exento), l.iva);
+    }
+    // bruto, base, VAT, withholding and total of the document, exactly.
+    static void totales(const TotalesDocumento& t, std::array<double, 5> e) {
+        const std::array<double, 5> r = {t.bruto(), t.baseImponible(), t.iva(), t.retencion(), t.total()};
+        for (int i = 0; i < 5; ++i)
+            EXACTO(r[i], e[i]);
     }
 
 private slots:
@@ -216,11 +223,7 @@ private slots:
         EXACTO(doc.lineas.at(2).brutoSinIVA, 1.24);
         EXACTO(doc.lineas.at(2).base, 1.25);
         const TotalesDocumento& t = doc.totales;
-        EXACTO(t.bruto(), 58.36);
-        EXACTO(t.baseImponible(), 56.87);
-        EXACTO(t.iva(), 9.80);
-        EXACTO(t.retencion(), 0);
-        EXACTO(t.total(), 66.67);
+        totales(t, {58.36, 56.87, 9.80, 0, 66.67});
         const QList<DesgloseIVA>& g = t.desglose();
         QCOMPARE(g.size(), 4);
         const double tipos[] = {0, 4, 10, 21};
@@ -292,10 +295,7 @@ private slots:
         sumar(t, e());
         // bruto 10.00+1.24+30.00 = 41.24; base 10.00+1.25+30.00 = 41.25; VAT 2.10+0.05+6.30
         // = 8.45; total 12.10+1.30+36.30 = 49.70.
-        EXACTO(t.bruto(), 41.24);
-        EXACTO(t.baseImponible(), 41.25);
-        EXACTO(t.iva(), 8.45);
-        EXACTO(t.total(), 49.70);
+        totales(t, {41.24, 41.25, 8.45, 0, 49.70});
         QCOMPARE(t.desglose().size(), 2);
         restar(t, a());
         // 21 % keeps line e: 30.00 / 6.30.
@@ -309,17 +309,10 @@ private slots:
         // The 4 % row went with its only line.
         QCOMPARE(t.desglose().size(), 1);
         EXACTO(t.desglose().at(0).porcentaje, 21);
-        EXACTO(t.bruto(), 30.00);
-        EXACTO(t.baseImponible(), 30.00);
-        EXACTO(t.iva(), 6.30);
-        EXACTO(t.total(), 36.30);
+        totales(t, {30.00, 30.00, 6.30, 0, 36.30});
         restar(t, e());
         QVERIFY(t.desglose().isEmpty());
-        EXACTO(t.bruto(), 0);
-        EXACTO(t.baseImponible(), 0);
-        EXACTO(t.iva(), 0);
-        EXACTO(t.retencion(), 0);
-        EXACTO(t.total(), 0);
+        totales(t, {0, 0, 0, 0, 0});
     }
 
     // Ten lines of 0.10 add to exactly 1.00 (adding the doubles without rounding gives
@@ -354,10 +347,7 @@ private slots:
         sumar(t, e());
         sumar(t, {-1, 12.10, 0, 21});
         // 30.00 − 10.00 = 20.00; VAT 6.30 − 2.10 = 4.20; total 36.30 − 12.10 = 24.20.
-        EXACTO(t.bruto(), 20.00);
-        EXACTO(t.baseImponible(), 20.00);
-        EXACTO(t.iva(), 4.20);
-        EXACTO(t.total(), 24.20);
+        totales(t, {20.00, 20.00, 4.20, 0, 24.20});
         QCOMPARE(t.desglose().size(), 1);
         QCOMPARE(t.desglose().at(0).lineas, 2);
         EXACTO(t.desglose().at(0).base, 20.00);

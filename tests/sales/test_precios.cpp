@@ -1,10 +1,12 @@
-// Price choice for a new sale line: every source of a price (tariff, general discount,
-// commercial file, health plan), the specificity of conditions and the VAT that applies.
+// Price choice for a new sale line: the order of the sources (health plan, commercial file,
+// general tariff), the specificity of conditions within a list, the discount each kind of
+// condition takes, the refused empty tariff price and the client's own VAT.
 #include "sales/precios.h"
 
 #include <QtTest>
 
 Q_DECLARE_METATYPE(CondicionEspecial)
+Q_DECLARE_METATYPE(QList<CondicionEspecial>)
 
 namespace {
 // An article of section 1 / family 10 / subfamily 100 at 20, 18 and 15 euros, VAT type 3 (21 %).
@@ -23,21 +25,14 @@ ArticuloVenta vacuna() {
     return a;
 }
 
-CondicionEspecial deArticulo(qint64 articulo, std::optional<double> precio, const QString& tarifa = {},
-                             std::optional<double> dto = std::nullopt) {
+// A condition on the article (articulo set) or on section 1 narrowed as given.
+CondicionEspecial cond(std::optional<qint64> articulo, std::optional<double> precio,
+                       const QString& tarifa = {}, std::optional<double> dto = std::nullopt,
+                       std::optional<qint64> familia = std::nullopt,
+                       std::optional<qint64> subfamilia = std::nullopt) {
     CondicionEspecial c;
     c.IdArticulo = articulo;
-    c.Precio = precio;
-    c.Tarifa = tarifa;
-    c.Descuento = dto;
-    return c;
-}
-
-CondicionEspecial deSeccion(qint64 seccion, std::optional<qint64> familia, std::optional<qint64> subfamilia,
-                            std::optional<double> precio, const QString& tarifa = {},
-                            std::optional<double> dto = std::nullopt) {
-    CondicionEspecial c;
-    c.IdSeccion = seccion;
+    if (!articulo) c.IdSeccion = 1;
     c.IdFamilia = familia;
     c.IdSubfamilia = subfamilia;
     c.Precio = precio;
@@ -45,6 +40,7 @@ CondicionEspecial deSeccion(qint64 seccion, std::optional<qint64> familia, std::
     c.Descuento = dto;
     return c;
 }
+const std::optional<qint64> kSeccion;
 } // namespace
 
 class TestPrecios : public QObject {
@@ -55,7 +51,6 @@ private slots:
         QTest::addColumn<double>("pvp");
         QTest::newRow("tarifa 1") << QStringLiteral("TARIFA 1") << 20.0;
         QTest::newRow("tarifa 2") << QStringLiteral("TARIFA 2") << 18.0;
-        QTest::newRow("tarifa 3") << QStringLiteral("TARIFA 3") << 15.0;
         QTest::newRow("minúsculas y blancos") << QStringLiteral(" tarifa 3 ") << 15.0;
         QTest::newRow("sin tarifa") << QString() << 20.0;
         QTest::newRow("tarifa desconocida") << QStringLiteral("TARIFA 9") << 20.0;
@@ -72,114 +67,114 @@ private slots:
         QCOMPARE(p.origen, OrigenPrecio::TarifaGeneral);
         QCOMPARE(p.idTipoIVA, std::optional<qint64>(3));
         QCOMPARE(p.iva, 21.0);
+        QVERIFY(p.valido());
     }
 
     // The most specific condition that names the article is the one that counts.
     void especificidad() {
         const ArticuloVenta a = vacuna();
-        QList<CondicionEspecial> lista = {deSeccion(1, std::nullopt, std::nullopt, 19.0),
-                                          deSeccion(1, 10, std::nullopt, 18.5), deSeccion(1, 10, 100, 17.5),
-                                          deArticulo(7, 16.0)};
-        QCOMPARE(condicionAplicable(lista, a)->Precio, std::optional<double>(16.0));
-        lista.removeLast();
-        QCOMPARE(condicionAplicable(lista, a)->Precio, std::optional<double>(17.5));
-        lista.removeLast();
-        QCOMPARE(condicionAplicable(lista, a)->Precio, std::optional<double>(18.5));
-        lista.removeLast();
-        QCOMPARE(condicionAplicable(lista, a)->Precio, std::optional<double>(19.0));
-        // Conditions of another article, another section, or a family of the section other than
-        // the article's do not apply.
-        const QList<CondicionEspecial> ajenas = {
-            deArticulo(8, 1.0), deSeccion(2, std::nullopt, std::nullopt, 1.0),
-            deSeccion(1, 11, std::nullopt, 1.0), deSeccion(1, 10, 101, 1.0)};
-        QVERIFY(condicionAplicable(ajenas, a) == nullptr);
-        // An article without classification is named only by a condition of its own.
+        QList<CondicionEspecial> lista = {cond(kSeccion, 19.0), cond(kSeccion, 18.5, {}, {}, 10),
+                                          cond(kSeccion, 17.5, {}, {}, 10, 100), cond(7, 16.0)};
+        for (const double esperado : {16.0, 17.5, 18.5, 19.0}) {
+            QCOMPARE(condicionAplicable(lista, a)->Precio, std::optional<double>(esperado));
+            lista.removeLast();
+        }
+        // Another article, another section, a family or subfamily the article is not in.
+        CondicionEspecial otraSeccion = cond(kSeccion, 1.0);
+        otraSeccion.IdSeccion = 2;
+        QVERIFY(!condicionAplicable({cond(8, 1.0), otraSeccion, cond(kSeccion, 1.0, {}, {}, 11),
+                                     cond(kSeccion, 1.0, {}, {}, 10, 101)},
+                                    a));
         ArticuloVenta suelto = a;
         suelto.seccion.reset();
-        suelto.familia.reset();
-        suelto.subfamilia.reset();
-        QVERIFY(condicionAplicable({deSeccion(1, std::nullopt, std::nullopt, 1.0)}, suelto) == nullptr);
+        QVERIFY(!condicionAplicable({cond(kSeccion, 1.0)}, suelto));
     }
 
-    // A special price is net unless the condition names a discount; a particular tariff keeps
-    // the client's general discount unless the condition names its own.
-    void condicionesDeLaFicha_data() {
-        QTest::addColumn<CondicionEspecial>("condicion");
+    // The plan first, then the commercial file, then the tariff, whatever the price each leaves.
+    // General tariff TARIFA 1 (20.00) with the client's general discount of 5 %.
+    void origenYDescuento_data() {
+        QTest::addColumn<QList<CondicionEspecial>>("plan");
+        QTest::addColumn<QList<CondicionEspecial>>("ficha");
         QTest::addColumn<double>("pvp");
         QTest::addColumn<double>("descuento");
         QTest::addColumn<int>("origen");
-        QTest::newRow("precio especial")
-            << deArticulo(7, 17.0) << 17.0 << 0.0 << int(OrigenPrecio::FichaComercial);
-        QTest::newRow("precio especial con dto")
-            << deArticulo(7, 17.0, {}, 10.0) << 17.0 << 10.0 << int(OrigenPrecio::FichaComercial);
-        QTest::newRow("tarifa particular")
-            << deArticulo(7, std::nullopt, kTarifa3) << 15.0 << 5.0 << int(OrigenPrecio::FichaComercial);
-        QTest::newRow("tarifa particular con dto") << deArticulo(7, std::nullopt, kTarifa2, 20.0) << 18.0
-                                                   << 20.0 << int(OrigenPrecio::FichaComercial);
-        // 19.50 net is dearer than the general tariff's 20 less 5 % = 19.00: the tariff stays.
-        QTest::newRow("condición más cara que la tarifa")
-            << deArticulo(7, 19.5) << 20.0 << 5.0 << int(OrigenPrecio::TarifaGeneral);
-        // 20 at 5 % is the same 19.00: on a tie the commercial file goes first.
-        QTest::newRow("empate con la tarifa")
-            << deArticulo(7, 19.0) << 19.0 << 0.0 << int(OrigenPrecio::FichaComercial);
+        using L = QList<CondicionEspecial>;
+        const int plan = int(OrigenPrecio::PlanSalud), ficha = int(OrigenPrecio::FichaComercial);
+        QTest::newRow("precio especial: neto") << L{} << L{cond(7, 17.0)} << 17.0 << 0.0 << ficha;
+        QTest::newRow("precio especial con dto.")
+            << L{} << L{cond(7, 17.0, {}, 10.0)} << 17.0 << 10.0 << ficha;
+        QTest::newRow("tarifa de la ficha: dto. general")
+            << L{} << L{cond(7, {}, kTarifa3)} << 15.0 << 5.0 << ficha;
+        QTest::newRow("tarifa de la ficha con su dto.")
+            << L{} << L{cond(7, {}, kTarifa2, 20.0)} << 18.0 << 20.0 << ficha;
+        QTest::newRow("ficha más cara que la tarifa") << L{} << L{cond(7, 25.0)} << 25.0 << 0.0 << ficha;
+        QTest::newRow("tarifa del plan: sin el dto. del dueño")
+            << L{cond(kSeccion, {}, kTarifa2)} << L{} << 18.0 << 0.0 << plan;
+        QTest::newRow("tarifa del plan con su dto.")
+            << L{cond(kSeccion, {}, kTarifa3, 25.0)} << L{} << 15.0 << 25.0 << plan;
+        QTest::newRow("plan más caro que la ficha")
+            << L{cond(kSeccion, 19.0)} << L{cond(7, 10.0)} << 19.0 << 0.0 << plan;
+        QTest::newRow("plan de otro artículo: la ficha")
+            << L{cond(99, 1.0)} << L{cond(7, 16.0)} << 16.0 << 0.0 << ficha;
+        QTest::newRow("ninguna condición: la tarifa")
+            << L{cond(99, 1.0)} << L{cond(8, 1.0)} << 20.0 << 5.0 << int(OrigenPrecio::TarifaGeneral);
     }
-    void condicionesDeLaFicha() {
-        QFETCH(CondicionEspecial, condicion);
+    void origenYDescuento() {
+        QFETCH(QList<CondicionEspecial>, plan);
+        QFETCH(QList<CondicionEspecial>, ficha);
         QFETCH(double, pvp);
         QFETCH(double, descuento);
         QFETCH(int, origen);
         ContextoPrecios ctx;
         ctx.tarifa = kTarifa1;
         ctx.dtoGeneral = 5;
-        ctx.condicionesCliente = {condicion};
+        ctx.condicionesPlan = plan;
+        ctx.condicionesCliente = ficha;
         const PrecioElegido p = elegirPrecio(vacuna(), ctx);
+        QVERIFY(p.valido());
         QCOMPARE(p.pvp, pvp);
         QCOMPARE(p.descuento, descuento);
         QCOMPARE(int(p.origen), origen);
     }
 
-    // Plan, commercial file and tariff: the lowest net price wins; on a tie the plan first.
-    void planFichaYTarifa() {
+    // A tariff condition pointing at an empty price is refused, never applied; a special price
+    // of 0 is the clinic's own and applies.
+    void tarifaVaciaRechazada() {
+        ArticuloVenta a = vacuna();
+        a.pvp2 = 0;
         ContextoPrecios ctx;
-        ctx.tarifa = kTarifa1; // 20.00
-        ctx.condicionesCliente = {deArticulo(7, 16.0)};
-        ctx.condicionesPlan = {
-            deSeccion(1, std::nullopt, std::nullopt, std::nullopt, kTarifa1, 25.0)}; // 15.00
-        PrecioElegido p = elegirPrecio(vacuna(), ctx);
-        QCOMPARE(p.origen, OrigenPrecio::PlanSalud);
-        QCOMPARE(p.pvp, 20.0);
-        QCOMPARE(p.descuento, 25.0);
-
-        ctx.condicionesPlan = {deArticulo(7, 17.0)}; // the file's 16.00 is lower
-        p = elegirPrecio(vacuna(), ctx);
-        QCOMPARE(p.origen, OrigenPrecio::FichaComercial);
-        QCOMPARE(p.pvp, 16.0);
-
-        ctx.condicionesPlan = {deArticulo(7, 20.0, {}, 20.0)}; // 16.00 too: the plan wins the tie
-        p = elegirPrecio(vacuna(), ctx);
-        QCOMPARE(p.origen, OrigenPrecio::PlanSalud);
-        QCOMPARE(p.descuento, 20.0);
-
-        // A plan condition for another article leaves the file's price.
-        ctx.condicionesPlan = {deArticulo(99, 1.0)};
-        QCOMPARE(elegirPrecio(vacuna(), ctx).origen, OrigenPrecio::FichaComercial);
+        ctx.condicionesPlan = {cond(kSeccion, {}, QStringLiteral("tarifa 2"))};
+        QCOMPARE(
+            elegirPrecio(a, ctx).rechazo,
+            QStringLiteral("El artículo 'Vacuna polivalente' no tiene precio en la TARIFA 2 que le asigna el "
+                           "Plan de Salud de la mascota. Asigne ese precio al artículo o corrija la "
+                           "condición antes de incluirlo."));
+        ctx.condicionesPlan.clear();
+        ctx.condicionesCliente = {cond(7, {}, kTarifa2)};
+        QVERIFY(elegirPrecio(a, ctx).rechazo.contains(QStringLiteral("la Ficha Comercial del cliente")));
+        ctx.condicionesCliente = {cond(7, 0.0)};
+        QVERIFY(elegirPrecio(a, ctx).valido());
     }
 
-    // The client's own VAT type (a non-resident company's is the 0 % type) stands over the article's.
+    // The client's own VAT stands over the article's; an unknown one refuses instead of 0 %.
     void ivaDelCliente() {
         ContextoPrecios ctx;
-        ctx.tarifa = kTarifa1;
         ctx.idTipoIVACliente = 9;
-        ctx.porcentajeIVACliente = 0;
+        ctx.porcentajeIVACliente = 0.0;
         PrecioElegido p = elegirPrecio(vacuna(), ctx);
         QCOMPARE(p.idTipoIVA, std::optional<qint64>(9));
         QCOMPARE(p.iva, 0.0);
-        QCOMPARE(p.pvp, 20.0); // the price itself does not change
+        QCOMPARE(p.pvp, 20.0);
+        ctx.idTipoIVACliente.reset();
+        ctx.porcentajeIVACliente = 7.5;
+        QCOMPARE(
+            elegirPrecio(vacuna(), ctx).rechazo,
+            QStringLiteral("El I.V.A. a aplicar al cliente (7,50 %) no corresponde a ningún tipo de I.V.A. "
+                           "Añada ese tipo de I.V.A. o corrija el I.V.A. del cliente antes de incluir "
+                           "artículos."));
         ctx.idTipoIVACliente = 4;
-        ctx.porcentajeIVACliente = 10;
-        p = elegirPrecio(vacuna(), ctx);
-        QCOMPARE(p.idTipoIVA, std::optional<qint64>(4));
-        QCOMPARE(p.iva, 10.0);
+        ctx.porcentajeIVACliente.reset();
+        QVERIFY(!elegirPrecio(vacuna(), ctx).valido());
     }
 };
 

@@ -50,9 +50,9 @@ AlbaranBusquedaWindow::AlbaranBusquedaWindow(Entorno& entorno, QWidget* padre,
     serie_->setObjectName(QStringLiteral("cboSerie"));
     for (const SerieVenta& s : form_.series())
         serie_->addItem(s.texto, s.serie);
-    numero_ = campo(QStringLiteral("txtNumero"), 18);
-    numero_->setValidator(
-        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), numero_));
+    numAlbaran_ = campo(QStringLiteral("txtNumero"), 18);
+    numAlbaran_->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), numAlbaran_));
     cliente_ = campo(QStringLiteral("txtCliente"), 100);
     comienzo_ = new QRadioButton(QStringLiteral("Al comienzo"));
     comienzo_->setObjectName(QStringLiteral("optComienzo"));
@@ -86,7 +86,7 @@ AlbaranBusquedaWindow::AlbaranBusquedaWindow(Entorno& entorno, QWidget* padre,
     auto* grupo = new QGroupBox(QStringLiteral("Condiciones de búsqueda"));
     auto* g = new QGridLayout(grupo);
     etiqueta(g, 0, 0, QStringLiteral("Serie:"), serie_);
-    etiqueta(g, 0, 2, QStringLiteral("Nº Albarán:"), numero_);
+    etiqueta(g, 0, 2, QStringLiteral("Nº Albarán:"), numAlbaran_);
     etiqueta(g, 1, 0, QStringLiteral("Cliente:"), cliente_, 3);
     g->addLayout(modos, 2, 1, 1, 3);
     etiqueta(g, 3, 0, QStringLiteral("Mascota:"), mascota_);
@@ -140,7 +140,7 @@ AlbaranBusquedaWindow::AlbaranBusquedaWindow(Entorno& entorno, QWidget* padre,
 
 void AlbaranBusquedaWindow::buscar() {
     form_.serie = serie_->currentData().toString();
-    form_.numero = numero_->text();
+    form_.numAlbaran = numAlbaran_->text();
     form_.cliente = cliente_->text();
     form_.clienteEnCualquierParte = contiene_->isChecked();
     form_.mascota = mascota_->text();

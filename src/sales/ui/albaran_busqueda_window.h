@@ -38,7 +38,7 @@ private:
 
     AlbaranBusquedaForm form_;
     QComboBox* serie_ = nullptr;
-    QLineEdit* numero_ = nullptr;
+    QLineEdit* numAlbaran_ = nullptr;
     QLineEdit* cliente_ = nullptr;
     QRadioButton* comienzo_ = nullptr;
     QRadioButton* contiene_ = nullptr;

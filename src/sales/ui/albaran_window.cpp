@@ -1,7 +1,5 @@
 #include "sales/ui/albaran_window.h"
 
-#include "core/formatos.h"
-
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -252,8 +250,6 @@ void AlbaranWindow::refrescar() {
         mascota_->addItem(QString());
         for (const OpcionVenta& m : form_.mascotasCliente())
             mascota_->addItem(m.texto, m.id);
-        if (a.idMascota && mascota_->findData(*a.idMascota) < 0 && form_.mascota())
-            mascota_->addItem(form_.mascota()->nombre, *a.idMascota); // a pet of a former owner
         elegirDato(mascota_, a.idMascota ? QVariant(*a.idMascota) : QVariant());
     }
     fecha_->setText(form_.fecha());
@@ -262,10 +258,7 @@ void AlbaranWindow::refrescar() {
     {
         const QSignalBlocker b(serie_);
         serie_->clear();
-        QStringList series = form_.series();
-        if (!a.serie.isEmpty() && !series.contains(a.serie)) series.prepend(a.serie);
-        if (a.serie.isEmpty()) series.prepend(QString());
-        serie_->addItems(series);
+        serie_->addItems(form_.series());
         serie_->setCurrentText(a.serie);
     }
     numero_->setText(a.numAlbaran ? QString::number(*a.numAlbaran) : QString());
@@ -286,10 +279,8 @@ void AlbaranWindow::refrescar() {
         const QVariant actual = iva_->currentData();
         iva_->clear();
         iva_->addItem(QString());
-        for (const OpcionVenta& t : form_.tiposIVA()) {
-            const auto p = leerImporte(t.texto);
-            iva_->addItem(p ? formatoImporte(*p) + QStringLiteral(" %") : t.texto, t.id);
-        }
+        for (const OpcionVenta& t : form_.tiposIVA())
+            iva_->addItem(t.texto, t.id);
         elegirDato(iva_, actual);
     }
     deuda_->setText(form_.textoDeuda());
@@ -299,16 +290,8 @@ void AlbaranWindow::refrescar() {
     plan_->setText(form_.textoPlan());
     plan_->setStyleSheet(form_.marcaPlan() == MarcaPlan::Caducado ? QStringLiteral("color: #b00000;")
                                                                   : QStringLiteral("color: #006000;"));
-    variasFacturas_->setText(form_.variasFacturas() ? QStringLiteral("Varias facturas") : QString());
-    QString estado;
-    if (a.facturado())
-        estado = QStringLiteral("Facturado: ") + a.serieFactura + QLatin1Char('-') +
-                 QString::number(*a.numFactura);
-    else if (a.algoCobrado())
-        estado = QStringLiteral("Cobrado");
-    else if (!a.esNuevo())
-        estado = QStringLiteral("Pendiente");
-    estado_->setText(estado);
+    variasFacturas_->setText(form_.textoVariasFacturas());
+    estado_->setText(form_.textoEstado());
 
     {
         const QSignalBlocker b(lineas_);
@@ -332,8 +315,8 @@ void AlbaranWindow::refrescar() {
     const bool editable = form_.editable();
     for (QWidget* w : editables_)
         w->setEnabled(editable);
-    serie_->setEnabled(editable && a.esNuevo());
-    pagos_->setText(a.facturado() ? QStringLiteral("Pa&gos Factura") : QStringLiteral("Pa&gos Albarán"));
+    serie_->setEnabled(form_.serieEditable());
+    pagos_->setText(form_.textoPagos());
     pagos_->setEnabled(!a.esNuevo());
     pagos_->setVisible(static_cast<bool>(form_.abrirCobros)); // once there is a collection screen
 }
