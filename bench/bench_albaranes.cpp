@@ -187,7 +187,7 @@ int main(int argc, char** argv) {
     QElapsedTimer t;
     t.start();
     for (Albaran a : notas)
-        if (!store.guardar(a, dialogos)) qFatal("no se guardó");
+        if (!store.guardar(a)) qFatal("no se guardó");
     const double msStore = static_cast<double>(t.nsecsElapsed()) / 1e6;
 
     t.restart();

@@ -100,33 +100,6 @@ qint64 ContadorStore::tomarSiguiente(const QString& serie, int esperaMs) {
     }
 }
 
-std::optional<qint64> ContadorStore::siguiente(const QString& serie, const QString& que, Dialogs& dialogs,
-                                               int intentosPorAviso, int esperaMs) {
-    if (intentosPorAviso < 1) intentosPorAviso = 1;
-    dialogs.progreso(QStringLiteral("Localizando el siguiente nº de ") + que +
-                     QStringLiteral(". Espere, por favor..."));
-    struct QuitarProgreso {
-        Dialogs& d;
-        ~QuitarProgreso() { d.progreso(QString()); }
-    } quitar{dialogs};
-    int fallos = 0;
-    for (;;) {
-        try {
-            return tomarSiguiente(serie, esperaMs);
-        } catch (const ErrorBD& e) {
-            if (!esErrorDeConcurrencia(e)) throw;
-        }
-        if (++fallos < intentosPorAviso) continue;
-        fallos = 0;
-        if (!dialogs.preguntar(
-                Icono::Exclamacion, QStringLiteral("¡Atención!"),
-                QStringLiteral("Todavía no se ha podido localizar el siguiente nº de ") + que +
-                    QStringLiteral(". ¿Desea seguir intentándolo? Si este aviso persiste contacte "
-                                   "con un Administrador.")))
-            return std::nullopt;
-    }
-}
-
 qint64 ContadorStore::ultimo(const QString& serie) {
     return db_.valor(QStringLiteral("SELECT Ultimo FROM Contadores WHERE Serie = ?"), {serie}).toLongLong();
 }

@@ -4,7 +4,6 @@
 // "UPDATE ... SET Ultimo = Ultimo + 1 ... RETURNING Ultimo" inside the caller's
 // transaction, so two workstations never get the same number, and a document that is
 // rolled back gives its number back: the series has no gaps.
-#include "core/dialogs.h"
 #include "data/database.h"
 
 #include <optional>
@@ -13,7 +12,8 @@
 // ("Facturas.A").
 QString claveContador(const QString& tabla, const QString& serie);
 
-// Failed attempts after which siguiente() asks whether to go on.
+// Failed attempts after which a save that takes a number asks whether to go on
+// (reintentarNumeracion).
 inline constexpr int kIntentosPorAviso = 20;
 // How long one attempt waits for another workstation that holds the counter (ms).
 inline constexpr int kEsperaPorIntento = 1000;
@@ -29,16 +29,6 @@ public:
     // waits for another connection (0: the connection's usual wait). Throws ErrorBD; a
     // failure because the counter is held elsewhere satisfies esErrorDeConcurrencia.
     qint64 tomarSiguiente(const QString& serie, int esperaMs = 0);
-
-    // Tries until the number is taken, showing "Localizando el siguiente nº de " + que +
-    // ". Espere, por favor..." meanwhile. After every intentosPorAviso failed attempts it
-    // asks (exclamation, "¡Atención!", Yes/No) "Todavía no se ha podido localizar el
-    // siguiente nº de " + que + ". ¿Desea seguir intentándolo? Si este aviso persiste
-    // contacte con un Administrador."; Yes goes on (the count starts again), No gives
-    // nullopt with nothing taken. Any other database failure throws ErrorBD.
-    std::optional<qint64> siguiente(const QString& serie, const QString& que, Dialogs& dialogs,
-                                    int intentosPorAviso = kIntentosPorAviso,
-                                    int esperaMs = kEsperaPorIntento);
 
     // The last number handed out; 0 for a series never used.
     qint64 ultimo(const QString& serie);

@@ -32,6 +32,7 @@ LineaAlbaran lineaDeArticulo(const ArticuloVenta& articulo, const PrecioElegido&
 class Albaran {
 public:
     std::optional<qint64> IdAlbaran; // the record's key, once saved
+    qint64 versionFila = 0;          // the row version read (VersionFila)
     QString serie;
     std::optional<qint64> numAlbaran; // given at the first save
     QDate fecha;

@@ -1,6 +1,9 @@
 // The delivery-note screen's lines and its record commands: new, search, load, save,
 // delete, close.
+#include "app/guardado_registro.h"
+#include "app/numeracion.h"
 #include "core/command_trace.h"
+#include "data/esquema.h"
 #include "core/formatos.h"
 #include "sales/albaran_form.h"
 
@@ -284,15 +287,36 @@ bool AlbaranForm::guardar() {
         if (!tomarBloqueo()) return false;
     }
 
+    if (a_.esNuevo() && !bloqueo_.tomarAlta(descriptorRequerido(QStringLiteral("Albaranes")), cliente_->nombre)) return false;
     Albaran copia = a_;
     std::optional<GuardadoAlbaran> guardado;
+    bool bloqueoPerdido = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Albarán") + kEnPantallaAlbaranes);
-    traza.ejecutar([&] {
+    // A new note waits for its series' counter: the whole save is tried again, and the
+    // question whether to go on waiting comes with no transaction open.
+    auto intento = [&] {
+        copia = a_;
+        Transaction tx = e_.db().transaccion();
+        if (bloqueo_.tomado() && !bloqueo_.vigente()) {
+            bloqueoPerdido = true;
+            guardado = GuardadoAlbaran{ResultadoAlbaran::Cancelado};
+            return;
+        }
         traza.paso(copia.esNuevo() ? QStringLiteral("Crear el Albarán con el siguiente número de la serie")
                                    : QStringLiteral("Guardar el Albarán y sus líneas"));
-        guardado = store_.guardar(copia, e_.dialogs());
+        guardado = store_.guardar(copia);
+        if (*guardado) tx.commit();
+    };
+    traza.ejecutar([&] {
+        if (!reintentarNumeracion(e_.dialogs(), QStringLiteral("Albarán"), intento))
+            guardado = GuardadoAlbaran{ResultadoAlbaran::Cancelado};
     });
-    e_.dialogs().progreso(QString());
+    if (a_.esNuevo()) bloqueo_.liberar();
+    if (bloqueoPerdido) {
+        e_.dialogs().avisar(QStringLiteral("¡Atención!"), bloqueo_.mensajePerdido());
+        bloqueo_.olvidar();
+        return false;
+    }
     if (!guardado) return false;
     switch (guardado->resultado) {
     case ResultadoAlbaran::Hecho:
@@ -304,6 +328,12 @@ bool AlbaranForm::guardar() {
         errorDeLectura(numeroNota());
         return false;
     case ResultadoAlbaran::Cancelado:
+        return false;
+    case ResultadoAlbaran::CambiadoEnOtroPuesto:
+        if (e_.dialogs().preguntar(Icono::Exclamacion, QStringLiteral("¡Atención!"), textoRegistroModificado(QStringLiteral("Albarán")))) {
+            modificado_ = false;
+            cargar(*a_.IdAlbaran);
+        }
         return false;
     }
     const bool eraNuevo = a_.esNuevo();
@@ -342,9 +372,14 @@ bool AlbaranForm::eliminar() {
     CommandTrace traza(e_.dialogs(), QStringLiteral("eliminar un Albarán") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
         traza.paso(QStringLiteral("Borrar el Albarán y sus líneas"));
-        hecho = store_.eliminar(*a_.IdAlbaran);
+        hecho = store_.eliminar(*a_.IdAlbaran, a_.versionFila);
     });
     if (!hecho) return false;
+    if (*hecho == ResultadoAlbaran::CambiadoEnOtroPuesto) {
+        e_.dialogs().avisar(QStringLiteral("¡Atención!"), QStringLiteral("Otro puesto ha guardado cambios en este Albarán desde que usted "
+                                                      "lo abrió. No se ha eliminado."));
+        return false;
+    }
     if (*hecho == ResultadoAlbaran::FacturadoOCobrado) { // between the re-reading and the deletion
         comprobarSinCambiosAjenos(QStringLiteral("No se puede eliminar"), QStringLiteral("¡Atención!"));
         notificar();

@@ -24,12 +24,13 @@ const QString kSinFacturarNiCobrar = QStringLiteral(" AND NumFactura IS NULL AND
                                                     "= ?) AND COALESCE(Pendiente, 0) = COALESCE(Total, 0)");
 const QString kSelectCabecera = QStringLiteral(
     "SELECT IdAlbaran, Serie, NumAlbaran, Fecha, Hora, IdCliente, IdMascota, IdVendedor, IdVisita, "
-    "Retencion, Exento, NumFactura, SerieFactura, Cobrado, Pendiente, Total FROM Albaranes WHERE IdAlbaran = "
+    "Retencion, Exento, NumFactura, SerieFactura, Cobrado, Pendiente, Total, VersionFila FROM Albaranes "
+    "WHERE IdAlbaran = "
     "?");
 } // namespace
 
 bool SituacionAlbaran::facturadoOCobrado() const {
-    return numFactura.has_value() || cobrado || std::fabs(pendiente - total) >= 0.005;
+    return numFactura.has_value() || cobrado || !mismoImporte(pendiente, total);
 }
 
 std::optional<Albaran> AlbaranStore::cargar(qint64 idAlbaran) {
@@ -75,6 +76,7 @@ std::optional<Albaran> AlbaranStore::cargar(qint64 idAlbaran) {
     a.setRetencion(retencion);
     a.setExento(exento);
     a.totalGuardado = q.value(15).toDouble();
+    a.versionFila = q.value(16).toLongLong();
     return a;
 }
 
@@ -98,11 +100,17 @@ std::optional<SituacionAlbaran> AlbaranStore::estado(qint64 idAlbaran) {
     return e;
 }
 
-ResultadoAlbaran AlbaranStore::sinCambiar(qint64 idAlbaran) {
-    return estado(idAlbaran) ? ResultadoAlbaran::FacturadoOCobrado : ResultadoAlbaran::NoExiste;
+ResultadoAlbaran AlbaranStore::sinCambiar(qint64 idAlbaran, qint64 versionLeida) {
+    const auto e = estado(idAlbaran);
+    if (!e) return ResultadoAlbaran::NoExiste;
+    if (e->facturadoOCobrado()) return ResultadoAlbaran::FacturadoOCobrado;
+    return db_.valor(QStringLiteral("SELECT VersionFila FROM Albaranes WHERE IdAlbaran = ?"), {idAlbaran}).toLongLong() !=
+                   versionLeida
+               ? ResultadoAlbaran::CambiadoEnOtroPuesto
+               : ResultadoAlbaran::FacturadoOCobrado;
 }
 
-GuardadoAlbaran AlbaranStore::guardar(Albaran& a, Dialogs& dialogs) {
+GuardadoAlbaran AlbaranStore::guardar(Albaran& a) {
     Transaction tr = db_.transaccion();
     const TotalesDocumento& t = a.totales();
     const QVariantList comunes = {a.serie, a.fecha, a.hora.isValid() ? QVariant(a.hora) : QVariant(),
@@ -114,9 +122,7 @@ GuardadoAlbaran AlbaranStore::guardar(Albaran& a, Dialogs& dialogs) {
     if (a.esNuevo()) {
         ContadorStore contadores(db_);
         const QString clave = claveContador(QStringLiteral("Albaranes"), a.serie);
-        const auto numero = contadores.siguiente(clave, QStringLiteral("Albarán"), dialogs);
-        if (!numero) return {ResultadoAlbaran::Cancelado};
-        qint64 n = *numero;
+        qint64 n = contadores.tomarSiguiente(clave, kEsperaPorIntento);
         // The next free number: a series whose counter fell behind its notes goes on after them.
         const qint64 mayor =
             db_.valor(QStringLiteral("SELECT MAX(NumAlbaran) FROM Albaranes WHERE Serie = ?"), {a.serie})
@@ -137,17 +143,20 @@ GuardadoAlbaran AlbaranStore::guardar(Albaran& a, Dialogs& dialogs) {
         if (!q.next()) throw ErrorBD(QStringLiteral("No se ha podido crear el Albarán."));
         a.IdAlbaran = q.value(0).toLongLong();
         a.numAlbaran = n;
+        a.versionFila = 0;
     } else {
         QVariantList v = comunes;
-        v << static_cast<qlonglong>(*a.IdAlbaran) << false;
+        v << static_cast<qlonglong>(*a.IdAlbaran) << a.versionFila << false;
         if (db_.ejecutarCambio(
                 QStringLiteral("UPDATE Albaranes SET Serie = ?, Fecha = ?, Hora = ?, IdCliente = ?, "
                                "IdMascota = ?, IdVendedor = ?, IdVisita = ?, Retencion = ?, Exento = ?, "
                                "TotalBruto = ?, TotalBI = ?, TotalIVA = ?, TotalRetencion = ?, "
-                               "Total = ?, Pendiente = ? WHERE IdAlbaran = ?") +
+                               "Total = ?, Pendiente = ?, VersionFila = VersionFila + 1 WHERE IdAlbaran = ? "
+                               "AND VersionFila = ?") +
                     kSinFacturarNiCobrar,
                 v) != 1)
-            return {sinCambiar(*a.IdAlbaran)};
+            return {sinCambiar(*a.IdAlbaran, a.versionFila)};
+        ++a.versionFila;
         db_.ejecutarCambio(QStringLiteral("DELETE FROM LineasAlbaran WHERE IdAlbaran = ?"), {*a.IdAlbaran});
     }
     escribirLineas(a);
@@ -174,12 +183,13 @@ void AlbaranStore::escribirLineas(const Albaran& a) {
     }
 }
 
-ResultadoAlbaran AlbaranStore::eliminar(qint64 idAlbaran) {
+ResultadoAlbaran AlbaranStore::eliminar(qint64 idAlbaran, qint64 versionLeida) {
     Transaction tr = db_.transaccion();
     // The header first: its condition decides whether the lines go too.
-    if (db_.ejecutarCambio(QStringLiteral("DELETE FROM Albaranes WHERE IdAlbaran = ?") + kSinFacturarNiCobrar,
-                           {idAlbaran, false}) != 1)
-        return sinCambiar(idAlbaran);
+    if (db_.ejecutarCambio(QStringLiteral("DELETE FROM Albaranes WHERE IdAlbaran = ? AND VersionFila = ?") +
+                               kSinFacturarNiCobrar,
+                           {idAlbaran, versionLeida, false}) != 1)
+        return sinCambiar(idAlbaran, versionLeida);
     db_.ejecutarCambio(QStringLiteral("DELETE FROM LineasAlbaran WHERE IdAlbaran = ?"), {idAlbaran});
     tr.commit();
     return ResultadoAlbaran::Hecho;

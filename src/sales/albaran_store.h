@@ -58,7 +58,8 @@ struct OpcionVenta {
 
 // What became of a save or a deletion. An existing note is written or deleted only while it
 // is neither invoiced nor collected (the condition is part of the statement itself).
-enum class ResultadoAlbaran { Hecho, Cancelado, FacturadoOCobrado, NoExiste };
+// CambiadoEnOtroPuesto: saved by another workstation since it was read (its row version moved on).
+enum class ResultadoAlbaran { Hecho, Cancelado, FacturadoOCobrado, NoExiste, CambiadoEnOtroPuesto };
 struct GuardadoAlbaran {
     ResultadoAlbaran resultado = ResultadoAlbaran::Hecho;
     explicit operator bool() const { return resultado == ResultadoAlbaran::Hecho; }
@@ -74,13 +75,16 @@ public:
     std::optional<SituacionAlbaran> estado(qint64 idAlbaran);
 
     // Writes the note and its lines in one transaction (joining the caller's). A new note
-    // takes the next free number of its series first (Cancelado when the user gave up waiting
-    // for the series counter). An existing note invoiced or collected by now is left as it is
-    // (FacturadoOCobrado), one deleted meanwhile gives NoExiste. Nothing is written unless
-    // Hecho, which sets IdAlbaran, numAlbaran and pendiente.
-    GuardadoAlbaran guardar(Albaran& albaran, Dialogs& dialogs);
-    // Deletes the note and its lines: Hecho, NoExiste or FacturadoOCobrado (nothing deleted).
-    ResultadoAlbaran eliminar(qint64 idAlbaran);
+    // takes the next free number of its series first; a counter held by another workstation
+    // right now throws ErrorBD (esErrorDeConcurrencia), and the caller tries the whole save
+    // again (reintentarNumeracion). An existing note invoiced or collected by now is left as
+    // it is (FacturadoOCobrado), one deleted meanwhile gives NoExiste, one saved elsewhere
+    // since it was read CambiadoEnOtroPuesto. Nothing is written unless Hecho, which sets
+    // IdAlbaran, numAlbaran, pendiente and the row version.
+    GuardadoAlbaran guardar(Albaran& albaran);
+    // Deletes the note and its lines: Hecho, NoExiste, FacturadoOCobrado or
+    // CambiadoEnOtroPuesto (nothing deleted).
+    ResultadoAlbaran eliminar(qint64 idAlbaran, qint64 versionLeida);
 
     std::optional<ClienteVenta> cliente(qint64 idCliente);
     std::optional<MascotaVenta> mascota(qint64 idMascota);
@@ -105,6 +109,6 @@ public:
 
 private:
     void escribirLineas(const Albaran& a);
-    ResultadoAlbaran sinCambiar(qint64 idAlbaran);
+    ResultadoAlbaran sinCambiar(qint64 idAlbaran, qint64 versionLeida);
     Database& db_;
 };

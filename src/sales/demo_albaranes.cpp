@@ -53,7 +53,7 @@ int cargarAlbaranesDemo(Database& db, const QString& serie, const QDate& hoy, in
             const PrecioElegido precio = elegirPrecio(*art, ctx);
             if (precio.valido()) a.anadirLinea(lineaDeArticulo(*art, precio, n == 2 ? 2 : 1));
         }
-        if (!a.lineas().isEmpty() && store.guardar(a, dialogos)) ++creados;
+        if (!a.lineas().isEmpty() && store.guardar(a)) ++creados;
     }
     tr.commit();
     return creados;

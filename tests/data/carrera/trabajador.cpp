@@ -24,6 +24,7 @@
 //       committing (the parent kills it).
 #include "core/clock.h"
 #include "data/bloqueos.h"
+#include "app/numeracion.h"
 #include "data/contadores.h"
 #include "data/esquema.h"
 #include "data/puestos.h"
@@ -196,20 +197,19 @@ int contador(Database& db, const QString& serie, int cuantos, int deshacerCada) 
         // Like a document being saved: the number is taken inside the document's own
         // transaction, whose start may find the database busy and is then tried again.
         std::optional<qint64> n;
-        try {
+        bool deshecho = false;
+        const bool seguir = reintentarNumeracion(d, QStringLiteral("Factura"), [&] {
             Transaction tx = db.transaccion();
-            n = c.siguiente(serie, QStringLiteral("Factura"), d, 20, 200);
-            if (!n) return 2;
+            n = c.tomarSiguiente(serie, 200);
             if (deshacerCada > 0 && vuelta % deshacerCada == 0) {
                 tx.rollback();
-                continue;
+                deshecho = true;
+                return;
             }
             tx.commit();
-        } catch (const ErrorBD& e) {
-            if (!esErrorDeConcurrencia(e)) throw;
-            --vuelta;
-            continue;
-        }
+        }, 20);
+        if (!seguir) return 2;
+        if (deshecho) continue;
         responder(QString::number(*n));
         ++hechos;
     }
@@ -233,12 +233,11 @@ int albaranes(Database& db, const QString& serie, int cuantos) {
         l.idTipoIVA = 1;
         l.iva = 21;
         a.anadirLinea(l);
-        try {
-            if (!store.guardar(a, d)) return 2;
-        } catch (const ErrorBD& e) {
-            if (!esErrorDeConcurrencia(e)) throw;
-            continue; // the database was busy: the screen's user would save again
-        }
+        // As the screen saves: the whole save is tried again while the counter is held.
+        bool hecho = false;
+        if (!reintentarNumeracion(d, QStringLiteral("Albarán"), [&] { hecho = static_cast<bool>(store.guardar(a)); }))
+            return 2;
+        if (!hecho) return 2;
         responder(QString::number(*a.numAlbaran));
         ++hechos;
     }
@@ -249,9 +248,8 @@ int albaranes(Database& db, const QString& serie, int cuantos) {
 int colgado(Database& db, const QString& serie) {
     DialogosTrabajador d;
     Transaction tx = db.transaccion();
-    const auto n = ContadorStore(db).siguiente(serie, QStringLiteral("Factura"), d);
-    if (!n) return 2;
-    responder(QString::number(*n));
+    const qint64 n = ContadorStore(db).tomarSiguiente(serie);
+    responder(QString::number(n));
     for (;;)
         QThread::sleep(60);
 }
