@@ -1,6 +1,6 @@
 #include "app/editores_abiertos.h"
 
-bool EditoresAbiertos::ocupar(const QString& tabla, qint64 id, const void* dueno,
+bool EditoresAbiertos::ocupar(const QString& tabla, const QString& id, const void* dueno,
                               std::function<void()> traerAlFrente) {
     const QString k = clave(tabla, id);
     const auto it = abiertos_.constFind(k);
@@ -18,7 +18,7 @@ void EditoresAbiertos::soltar(const void* dueno) {
         it = it->dueno == dueno ? abiertos_.erase(it) : std::next(it);
 }
 
-bool EditoresAbiertos::abierto(const QString& tabla, qint64 id) const {
+bool EditoresAbiertos::abierto(const QString& tabla, const QString& id) const {
     return abiertos_.contains(clave(tabla, id));
 }
 

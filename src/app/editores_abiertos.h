@@ -10,18 +10,22 @@ class EditoresAbiertos {
 public:
     // Takes the record for the editor dueno. False when another editor has it: that one is
     // brought forward (its traerAlFrente is called) and dueno must not open it.
-    bool ocupar(const QString& tabla, qint64 id, const void* dueno, std::function<void()> traerAlFrente);
+    bool ocupar(const QString& tabla, const QString& clave, const void* dueno, std::function<void()> traerAlFrente);
+    bool ocupar(const QString& tabla, qint64 id, const void* dueno, std::function<void()> traerAlFrente) {
+        return ocupar(tabla, QString::number(id), dueno, std::move(traerAlFrente));
+    }
     // The editor leaves whatever record it held.
     void soltar(const void* dueno);
     // Whether an editor here has the record open.
-    bool abierto(const QString& tabla, qint64 id) const;
+    bool abierto(const QString& tabla, const QString& clave) const;
+    bool abierto(const QString& tabla, qint64 id) const { return abierto(tabla, QString::number(id)); }
 
 private:
     struct Editor {
         const void* dueno = nullptr;
         std::function<void()> traerAlFrente;
     };
-    static QString clave(const QString& tabla, qint64 id) { return tabla + QLatin1Char(' ') + QString::number(id); }
+    static QString clave(const QString& tabla, const QString& id) { return tabla + QLatin1Char(' ') + id; }
     QHash<QString, Editor> abiertos_;
 };
 

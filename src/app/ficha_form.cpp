@@ -163,6 +163,12 @@ FichaForm::FichaForm(Entorno& entorno, const DescriptorTabla& tabla, const QVari
 
 FichaForm::FichaForm(Entorno& entorno, const Registro& existente)
     : e_(&entorno), t_(&existente.descriptor()), registro_(existente.getCopia()), nuevo_(false) {
+    // The record counts as open in an editor here while any copy of this form lives.
+    std::shared_ptr<const int> editor(new int(0), [e = e_](const int* p) {
+        e->editores.soltar(p);
+        delete p;
+    });
+    if (e_->editores.ocupar(t_->tabla, registro_.clave().toString(), editor.get(), {})) editor_ = editor;
     prepararCampos();
 }
 

@@ -51,6 +51,9 @@ public:
     // successful guardar(), by cancelar(), and when the last copy of the form goes away.
     bool bloquear();
     void cancelar();
+    // False when another editor of this workstation already had the record open when this
+    // form was made (the caller then brings that one forward instead).
+    bool editorUnico() const { return nuevo_ || editor_ != nullptr; }
 
     // Validates and writes the record; false (with one message) when something is missing or
     // wrong, or the database refused it. Nothing is written on a refusal.
@@ -80,6 +83,7 @@ private:
     QHash<QString, QString> textos_;
     QString foco_;
     std::shared_ptr<BloqueoEdicion> bloqueo_;
+    std::shared_ptr<const int> editor_;
 };
 
 // The text of a value in a list: amounts "#,##0.00", whole numbers "#,##0", dates

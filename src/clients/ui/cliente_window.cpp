@@ -3,6 +3,7 @@
 #include "clients/cliente_store.h"
 #include "clients/ui/condiciones_widget.h"
 #include "gui/editor_lista_window.h"
+#include "gui/traer_al_frente.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -42,6 +43,7 @@ QString etiqueta(const QString& columna) {
 } // namespace
 
 ClienteWindow::ClienteWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e_(entorno), form_(entorno) {
+    form_.traerAlFrente = [this] { traerAlFrente(this); };
     setObjectName(QStringLiteral("frmMttoCliente"));
     pestanas_ = new QTabWidget;
     pestanas_->setObjectName(QStringLiteral("tabCliente"));

@@ -1,5 +1,7 @@
 #include "clinical/ui/plan_salud_window.h"
 
+#include "gui/traer_al_frente.h"
+
 #include "clients/ui/condiciones_widget.h"
 #include "clinical/ui/plan_salud_busqueda_window.h"
 
@@ -24,6 +26,7 @@ QPushButton* boton(const QString& nombre, const QString& texto) {
 
 PlanSaludWindow::PlanSaludWindow(Entorno& entorno, QWidget* padre)
     : QWidget(padre), e_(entorno), form_(entorno) {
+    form_.traerAlFrente = [this] { traerAlFrente(this); };
     setObjectName(QStringLiteral("frmMttoPlanSalud"));
     auto* datos = new QFormLayout;
     const QStringList etiquetas = {QStringLiteral("Nombre:"), QStringLiteral("Fecha de alta:"),
