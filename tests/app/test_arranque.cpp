@@ -16,6 +16,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 QByteArray leerBytes(const QString& ruta) {
     QFile f(ruta);
@@ -29,7 +31,7 @@ void escribirBytes(const QString& ruta, const QByteArray& bytes) {
 }
 
 QStringList temporales(const QString& carpeta) {
-    return QDir(carpeta).entryList({QStringLiteral("BDTemp*")}, QDir::Files);
+    return QDir(carpeta).entryList({u"BDTemp*"_s}, QDir::Files);
 }
 } // namespace
 
@@ -40,7 +42,7 @@ class TestArranque : public QObject {
     struct Instalacion {
         QTemporaryDir dir;
         QTemporaryDir bloqueos;
-        QString datos() const { return dir.filePath(QStringLiteral("datos")); }
+        QString datos() const { return dir.filePath(u"datos"_s); }
         QString bd() const { return QDir(datos()).filePath(kNombreBaseDatos); }
     };
 
@@ -48,15 +50,15 @@ class TestArranque : public QObject {
         auto i = std::make_unique<Instalacion>();
         OpcionesInstalacion op;
         op.carpeta = i->dir.path();
-        op.administrador = QStringLiteral("admin");
-        op.clave = QStringLiteral("clave");
-        op.puestoServidor = QStringLiteral("SERVIDOR");
+        op.administrador = u"admin"_s;
+        op.clave = u"clave"_s;
+        op.puestoServidor = u"SERVIDOR"_s;
         const QString error = crearInstalacion(op);
         if (!error.isEmpty()) qFatal("%s", qPrintable(error));
         return i;
     }
 
-    OpcionesArranque opciones(const Instalacion& i, const QString& puesto = QStringLiteral("RECEPCION")) {
+    OpcionesArranque opciones(const Instalacion& i, const QString& puesto = u"RECEPCION"_s) {
         OpcionesArranque op;
         op.carpetaPrograma = i.dir.path();
         op.puesto = puesto;
@@ -65,7 +67,7 @@ class TestArranque : public QObject {
     }
 
     static const QStringList& inicio() {
-        static const QStringList a{QStringLiteral("-app:Start")};
+        static const QStringList a{u"-app:Start"_s};
         return a;
     }
 
@@ -73,20 +75,17 @@ private slots:
     void lineaDeOrdenes_data() {
         QTest::addColumn<QStringList>("argumentos");
         QTest::addColumn<int>("modo"); // -1: refused
-        QTest::newRow("vacía") << QStringList{} << -1;
-        QTest::newRow("Start") << QStringList{QStringLiteral("-app:Start")} << int(Modo::Start);
-        QTest::newRow("RepairDB") << QStringList{QStringLiteral("-app:RepairDB")} << int(Modo::RepairDB);
-        QTest::newRow("Purge") << QStringList{QStringLiteral("-app:PurgeActiveComputers")}
-                               << int(Modo::PurgeActiveComputers);
-        QTest::newRow("Activate") << QStringList{QStringLiteral("-app:ActivateBlockingMode")}
-                                  << int(Modo::ActivateBlockingMode);
-        QTest::newRow("Deactivate") << QStringList{QStringLiteral("-app:DeactivateBlockingMode")}
-                                    << int(Modo::DeactivateBlockingMode);
-        QTest::newRow("minúsculas") << QStringList{QStringLiteral("-app:start")} << -1;
-        QTest::newRow("blanco") << QStringList{QStringLiteral("-app:Start ")} << -1;
-        QTest::newRow("dos") << QStringList{QStringLiteral("-app:Start"), QStringLiteral("-app:RepairDB")}
-                             << -1;
-        QTest::newRow("texto vacío") << QStringList{QString()} << -1;
+        auto fila = [](const char* nombre, QStringList a0, int a1) { QTest::newRow(nombre) << a0 << a1; };
+        fila("vacía", QStringList{}, -1);
+        fila("Start", QStringList{u"-app:Start"_s}, int(Modo::Start));
+        fila("RepairDB", QStringList{u"-app:RepairDB"_s}, int(Modo::RepairDB));
+        fila("Purge", QStringList{u"-app:PurgeActiveComputers"_s}, int(Modo::PurgeActiveComputers));
+        fila("Activate", QStringList{u"-app:ActivateBlockingMode"_s}, int(Modo::ActivateBlockingMode));
+        fila("Deactivate", QStringList{u"-app:DeactivateBlockingMode"_s}, int(Modo::DeactivateBlockingMode));
+        fila("minúsculas", QStringList{u"-app:start"_s}, -1);
+        fila("blanco", QStringList{u"-app:Start "_s}, -1);
+        fila("dos", QStringList{u"-app:Start"_s, u"-app:RepairDB"_s}, -1);
+        fila("texto vacío", QStringList{QString()}, -1);
     }
     void lineaDeOrdenes() {
         QFETCH(QStringList, argumentos);
@@ -99,26 +98,26 @@ private slots:
         auto i = instalar();
         ScriptedDialogs d;
         Arranque a(d, reloj_, opciones(*i));
-        QVERIFY(!a.ejecutar({QStringLiteral("-app:Otra")}));
+        QVERIFY(!a.ejecutar({u"-app:Otra"_s}));
         QCOMPARE(a.codigoSalida(), 1);
         QCOMPARE(d.mensajes().size(), 1);
         QCOMPARE(d.ultimo().icono, Icono::Critico);
-        QCOMPARE(d.ultimo().titulo, QStringLiteral("Pramelvix"));
-        QCOMPARE(d.ultimoTexto(), QStringLiteral("Error en la ejecución"));
+        QCOMPARE(d.ultimo().titulo, u"Pramelvix"_s);
+        QCOMPARE(d.ultimoTexto(), u"Error en la ejecución"_s);
     }
 
     void configuracionRegionalDistinta() {
         auto i = instalar();
         ScriptedDialogs d;
         OpcionesArranque op = opciones(*i);
-        op.regional.formatoFechaCorta = QStringLiteral("dd/MM/yy");
+        op.regional.formatoFechaCorta = u"dd/MM/yy"_s;
         Arranque a(d, reloj_, op);
         QVERIFY(!a.ejecutar(inicio()));
-        QCOMPARE(d.ultimo().titulo, QStringLiteral("Conflicto con la configuración de Windows"));
-        QVERIFY(d.ultimoTexto().startsWith(QStringLiteral(
-            "La Configuración Regional de su ordenador indica que tiene configurado como formato de fecha "
+        QCOMPARE(d.ultimo().titulo, u"Conflicto con la configuración de Windows"_s);
+        QVERIFY(d.ultimoTexto().startsWith(
+            u"La Configuración Regional de su ordenador indica que tiene configurado como formato de fecha "
             "corta el valor  "
-            "'dd/MM/yy'\nPara un correcto funcionamiento de Pramelvix, debe cambiarlo a 'dd/MM/yyyy'")));
+            "'dd/MM/yy'\nPara un correcto funcionamiento de Pramelvix, debe cambiarlo a 'dd/MM/yyyy'"_s));
         // Nothing was registered: the program stopped before the database.
         auto db = Database::abrirSQLite(i->bd());
         QCOMPARE(PuestosActivosStore(*db).contar(), 0);
@@ -133,14 +132,13 @@ private slots:
         Arranque segunda(d2, reloj_, opciones(*i));
         QVERIFY(!segunda.ejecutar(inicio()));
         QCOMPARE(d2.ultimo().icono, Icono::Informacion);
-        QCOMPARE(d2.ultimo().titulo, QStringLiteral("Atención"));
-        QCOMPARE(d2.ultimoTexto(), QStringLiteral("Existe una instancia previa de PRAMELVIX ejecutándose."));
+        QCOMPARE(d2.ultimo().titulo, u"Atención"_s);
+        QCOMPARE(d2.ultimoTexto(), u"Existe una instancia previa de PRAMELVIX ejecutándose."_s);
         // Another workstation name is another workstation.
         ScriptedDialogs d3;
-        Arranque otra(d3, reloj_, opciones(*i, QStringLiteral("CONSULTA2")));
+        Arranque otra(d3, reloj_, opciones(*i, u"CONSULTA2"_s));
         QVERIFY(otra.ejecutar(inicio()));
-        QCOMPARE(PuestosActivosStore(e->db()).puestos(),
-                 (QStringList{QStringLiteral("CONSULTA2"), QStringLiteral("RECEPCION")}));
+        QCOMPARE(PuestosActivosStore(e->db()).puestos(), (QStringList{u"CONSULTA2"_s, u"RECEPCION"_s}));
     }
 
     void arranqueCompletoLeeElIniYAnotaLaVersion() {
@@ -150,33 +148,30 @@ private slots:
         auto e = a.ejecutar(inicio());
         QVERIFY(e);
         QVERIFY(d.mensajes().isEmpty());
-        QCOMPARE(e->puesto, QStringLiteral("RECEPCION"));
-        QCOMPARE(e->impresoraTickets.PARIDAD, QStringLiteral("NINGUNO (N)"));
-        QCOMPARE(e->impresoraTickets.VELOCIDAD, QStringLiteral("9600"));
-        QCOMPARE(e->modemGsm.BITSDATOS, QStringLiteral("8"));
+        QCOMPARE(e->puesto, u"RECEPCION"_s);
+        QCOMPARE(e->impresoraTickets.PARIDAD, u"NINGUNO (N)"_s);
+        QCOMPARE(e->impresoraTickets.VELOCIDAD, u"9600"_s);
+        QCOMPARE(e->modemGsm.BITSDATOS, u"8"_s);
         QCOMPARE(Ajustes(e->db()).leer(claves::VERSION_INFORMADA), kVersionPrograma);
-        QCOMPARE(e->db()
-                     .valor(QStringLiteral("SELECT Hora FROM PuestosActivos WHERE Puesto = ?"), {e->puesto})
-                     .toString(),
-                 QStringLiteral("10:05:07"));
+        QCOMPARE(e->db().valor(u"SELECT Hora FROM PuestosActivos WHERE Puesto = ?"_s, {e->puesto}).toString(),
+                 u"10:05:07"_s);
     }
 
     void servidorEntraEnMonopuesto() {
         auto i = instalar();
         {
             auto db = Database::abrirSQLite(i->bd());
-            Ajustes(*db).escribir(claves::MULTIPUESTO, QStringLiteral("NO"));
+            Ajustes(*db).escribir(claves::MULTIPUESTO, u"NO"_s);
         }
         ScriptedDialogs d;
         // The server's name is compared without regard to case, as host names are.
-        Arranque a(d, reloj_, opciones(*i, QStringLiteral("servidor")));
+        Arranque a(d, reloj_, opciones(*i, u"servidor"_s));
         QVERIFY(a.ejecutar(inicio()));
         ScriptedDialogs d2;
-        Arranque b(d2, reloj_, opciones(*i, QStringLiteral("CONSULTA1")));
+        Arranque b(d2, reloj_, opciones(*i, u"CONSULTA1"_s));
         QVERIFY(!b.ejecutar(inicio()));
-        QCOMPARE(d2.ultimoTexto(),
-                 QStringLiteral("Este puesto Cliente no puede entrar en Pramelvix porque el Servidor "
-                                "está en modo 'Monopuesto'. Consulte con Soporte a Clientes."));
+        QCOMPARE(d2.ultimoTexto(), u"Este puesto Cliente no puede entrar en Pramelvix porque el Servidor "
+                                   "está en modo 'Monopuesto'. Consulte con Soporte a Clientes."_s);
     }
 
     void informeDeFacturaNoCreada() {
@@ -184,48 +179,44 @@ private slots:
         {
             auto db = Database::abrirSQLite(i->bd());
             LogErroresStore log(*db);
-            log.anotar(kPrefijoFacturaNoCreada + QStringLiteral("RECEPCION"),
-                       QDateTime(QDate(2026, 11, 20), QTime(18, 42, 5)), QStringLiteral("RECEPCION"),
-                       QStringLiteral("luis"));
-            log.anotar(kPrefijoFacturaNoCreada + QStringLiteral("CONSULTA1"), reloj_.ahora(),
-                       QStringLiteral("CONSULTA1"), QStringLiteral("ana"));
+            log.anotar(kPrefijoFacturaNoCreada + u"RECEPCION"_s,
+                       QDateTime(QDate(2026, 11, 20), QTime(18, 42, 5)), u"RECEPCION"_s, u"luis"_s);
+            log.anotar(kPrefijoFacturaNoCreada + u"CONSULTA1"_s, reloj_.ahora(), u"CONSULTA1"_s, u"ana"_s);
         }
         ScriptedDialogs d;
         Arranque a(d, reloj_, opciones(*i));
         auto e = a.ejecutar(inicio());
         QVERIFY(e);
-        QCOMPARE(d.textos(), QStringList{QStringLiteral("Error detectado al crear una factura.\n"
-                                                        "Fecha  : 20/11/2026\n"
-                                                        "Hora   : 18:42\n"
-                                                        "Puesto : RECEPCION\n"
-                                                        "Usuario: luis\n"
-                                                        "Origen : Log encontrado al arrancar el puesto")});
+        QCOMPARE(d.textos(), QStringList{u"Error detectado al crear una factura.\n"
+                                         "Fecha  : 20/11/2026\n"
+                                         "Hora   : 18:42\n"
+                                         "Puesto : RECEPCION\n"
+                                         "Usuario: luis\n"
+                                         "Origen : Log encontrado al arrancar el puesto"_s});
         // Shown once; the other workstation's report waits for that workstation.
         LogErroresStore log(e->db());
-        QVERIFY(log.buscar(kPrefijoFacturaNoCreada + QStringLiteral("RECEPCION")).isEmpty());
-        QCOMPARE(log.buscar(kPrefijoFacturaNoCreada + QStringLiteral("CONSULTA1")).size(), 1);
-        QCOMPARE(informeFacturaNoCreada(QDate(2026, 1, 2), QTime(3, 4), QStringLiteral("P"),
-                                        QStringLiteral("U"), kOrigenLogFacturacion)
+        QVERIFY(log.buscar(kPrefijoFacturaNoCreada + u"RECEPCION"_s).isEmpty());
+        QCOMPARE(log.buscar(kPrefijoFacturaNoCreada + u"CONSULTA1"_s).size(), 1);
+        QCOMPARE(informeFacturaNoCreada(QDate(2026, 1, 2), QTime(3, 4), u"P"_s, u"U"_s, kOrigenLogFacturacion)
                      .section(QLatin1Char('\n'), 5),
-                 QStringLiteral("Origen : Log producido en el procedimiento de facturación"));
+                 u"Origen : Log producido en el procedimiento de facturación"_s);
     }
 
     void baseDeDatosAlternativa() {
         auto i = instalar();
         QTemporaryDir otra;
-        const QString copia = otra.filePath(QStringLiteral("Copia.mdb"));
+        const QString copia = otra.filePath(u"Copia.mdb"_s);
         QVERIFY(QFile::rename(i->bd(), copia));
         ScriptedDialogs d;
         d.si().fichero(copia);
         Arranque a(d, reloj_, opciones(*i));
         auto e = a.ejecutar(inicio());
         QVERIFY(e);
-        QCOMPARE(d.mensajes().first().texto,
-                 QStringLiteral("No se ha encontrado la B.D. en la ruta del Servidor. "
-                                "¿Desea intentar seleccionar otra B.D. alternativa?"));
-        QCOMPARE(d.mensajes().first().titulo, QStringLiteral("¡Atención!"));
+        QCOMPARE(d.mensajes().first().texto, u"No se ha encontrado la B.D. en la ruta del Servidor. "
+                                             "¿Desea intentar seleccionar otra B.D. alternativa?"_s);
+        QCOMPARE(d.mensajes().first().titulo, u"¡Atención!"_s);
         QCOMPARE(e->configuracionBD.ficheroSQLite(), copia);
-        QCOMPARE(PuestosActivosStore(e->db()).puestos(), QStringList{QStringLiteral("RECEPCION")});
+        QCOMPARE(PuestosActivosStore(e->db()).puestos(), QStringList{u"RECEPCION"_s});
     }
 
     void sinBaseDeDatosYRespuestaNo() {
@@ -249,25 +240,22 @@ private slots:
         Arranque a(d, reloj_, opciones(*i));
         QVERIFY(!a.ejecutar(inicio()));
         const QStringList esperados{
-            QStringLiteral(
-                "Pramelvix no puede arrancar porque su Base de Datos está dañada. ¿Desea  intentar "
-                "repararla automáticamente?"),
-            QStringLiteral(
-                "Pramelvix no puede arrancar porque su Base de Datos continúa dañada. ¿Desea volver a "
-                "intentar repararla automáticamente?"),
-            QStringLiteral(
-                "Pramelvix no puede arrancar porque su Base de Datos continúa dañada. ¿Desea volver a "
-                "intentar repararla automáticamente?")};
+            u"Pramelvix no puede arrancar porque su Base de Datos está dañada. ¿Desea  intentar "
+            "repararla automáticamente?"_s,
+            u"Pramelvix no puede arrancar porque su Base de Datos continúa dañada. ¿Desea volver a "
+            "intentar repararla automáticamente?"_s,
+            u"Pramelvix no puede arrancar porque su Base de Datos continúa dañada. ¿Desea volver a "
+            "intentar repararla automáticamente?"_s};
         QCOMPARE(d.textos(), esperados);
         for (const auto& m : d.mensajes()) {
             QCOMPARE(m.icono, Icono::Critico);
-            QCOMPARE(m.titulo, QStringLiteral("¡Atención!"));
+            QCOMPARE(m.titulo, u"¡Atención!"_s);
         }
         QCOMPARE(d.progresos(),
-                 (QStringList{QStringLiteral("Reparando la Base de Datos de Pramelvix. Espere, por favor..."),
-                              QStringLiteral("Se está compactando la Base de Datos. Espere por favor ..."),
-                              QStringLiteral("Reparando la Base de Datos de Pramelvix. Espere, por favor..."),
-                              QStringLiteral("Se está compactando la Base de Datos. Espere por favor ...")}));
+                 (QStringList{u"Reparando la Base de Datos de Pramelvix. Espere, por favor..."_s,
+                              u"Se está compactando la Base de Datos. Espere por favor ..."_s,
+                              u"Reparando la Base de Datos de Pramelvix. Espere, por favor..."_s,
+                              u"Se está compactando la Base de Datos. Espere por favor ..."_s}));
         // A compaction that fails leaves the file as it was and no temporary file.
         QCOMPARE(leerBytes(i->bd()), basura);
         QVERIFY(temporales(i->datos()).isEmpty());
@@ -277,29 +265,27 @@ private slots:
         QTemporaryDir dir;
         OpcionesInstalacion op;
         op.carpeta = dir.path();
-        op.administrador = QStringLiteral("admin");
-        op.clave = QStringLiteral("admin");
-        op.puestoServidor = QStringLiteral("RECEPCION");
+        op.administrador = u"admin"_s;
+        op.clave = u"admin"_s;
+        op.puestoServidor = u"RECEPCION"_s;
         op.demo = true;
         QCOMPARE(crearInstalacion(op), QString());
-        auto db = Database::abrirSQLite(dir.filePath(QStringLiteral("datos/Pramelvix.mdb")));
+        auto db = Database::abrirSQLite(dir.filePath(u"datos/Pramelvix.mdb"_s));
         // The demo clinic can sell on day one: series, tariff and species are there.
-        const ConfiguracionPuesto c = ConfPuestoStore(*db).cargar(QStringLiteral("RECEPCION"));
-        QCOMPARE(c.SerieVenta, QStringLiteral("A"));
-        QCOMPARE(c.SerieAbono, QStringLiteral("R"));
-        QCOMPARE(c.Tarifa, QStringLiteral("TARIFA 1"));
+        const ConfiguracionPuesto c = ConfPuestoStore(*db).cargar(u"RECEPCION"_s);
+        QCOMPARE(c.SerieVenta, u"A"_s);
+        QCOMPARE(c.SerieAbono, u"R"_s);
+        QCOMPARE(c.Tarifa, u"TARIFA 1"_s);
         QCOMPARE(ConfPuestoStore(*db).series(kSerieVenta).size(), 1);
-        QVERIFY(db->valor(QStringLiteral("SELECT COUNT(*) FROM Especies")).toInt() >= 5);
-        QCOMPARE(
-            db->valor(QStringLiteral("SELECT COUNT(*) FROM TiposIVA WHERE Porcentaje = ?"), {0.0}).toInt(),
-            1);
-        const auto u = UsuarioStore(*db).cargar(QStringLiteral("recepcion"));
-        QVERIFY(u && claveCorrecta(u->Hash, u->Salt, QStringLiteral("recepcion")));
+        QVERIFY(db->valor(u"SELECT COUNT(*) FROM Especies"_s).toInt() >= 5);
+        QCOMPARE(db->valor(u"SELECT COUNT(*) FROM TiposIVA WHERE Porcentaje = ?"_s, {0.0}).toInt(), 1);
+        const auto u = UsuarioStore(*db).cargar(u"recepcion"_s);
+        QVERIFY(u && claveCorrecta(u->Hash, u->Salt, u"recepcion"_s));
         QCOMPARE(u->TipoUsuario, kTipoUsuario);
-        QCOMPARE(UsuarioStore(*db).cargar(QStringLiteral("admin"))->TipoUsuario, kTipoAdministrador);
-        QCOMPARE(db->valor(QStringLiteral("SELECT COUNT(*) FROM Clientes")).toInt(), 60);
-        QVERIFY(db->valor(QStringLiteral("SELECT COUNT(*) FROM Mascotas")).toInt() > 60);
-        QVERIFY(db->valor(QStringLiteral("SELECT COUNT(*) FROM Articulos")).toInt() > 0);
+        QCOMPARE(UsuarioStore(*db).cargar(u"admin"_s)->TipoUsuario, kTipoAdministrador);
+        QCOMPARE(db->valor(u"SELECT COUNT(*) FROM Clientes"_s).toInt(), 60);
+        QVERIFY(db->valor(u"SELECT COUNT(*) FROM Mascotas"_s).toInt() > 60);
+        QVERIFY(db->valor(u"SELECT COUNT(*) FROM Articulos"_s).toInt() > 0);
     }
 
     void todaInstalacionTieneLosTiposDeArticulo() {
@@ -307,38 +293,37 @@ private slots:
         QTemporaryDir dir;
         OpcionesInstalacion op;
         op.carpeta = dir.path();
-        op.administrador = QStringLiteral("admin");
-        op.clave = QStringLiteral("admin");
+        op.administrador = u"admin"_s;
+        op.clave = u"admin"_s;
         QCOMPARE(crearInstalacion(op), QString());
-        auto db = Database::abrirSQLite(dir.filePath(QStringLiteral("datos/Pramelvix.mdb")));
-        QCOMPARE(db->valor(QStringLiteral("SELECT COUNT(*) FROM TiposArticulo WHERE IdTipoArticulo = ?"),
-                           {QStringLiteral("SERVICIO")})
+        auto db = Database::abrirSQLite(dir.filePath(u"datos/Pramelvix.mdb"_s));
+        QCOMPARE(db->valor(u"SELECT COUNT(*) FROM TiposArticulo WHERE IdTipoArticulo = ?"_s, {u"SERVICIO"_s})
                      .toInt(),
                  1);
-        QCOMPARE(db->valor(QStringLiteral("SELECT COUNT(*) FROM Clientes")).toInt(), 0);
+        QCOMPARE(db->valor(u"SELECT COUNT(*) FROM Clientes"_s).toInt(), 0);
     }
 
     void nombreDelTemporal() {
-        QCOMPARE(nombreTemporalReparacion(QTime(10, 5, 7)), QStringLiteral("BDTemp0507.mdb"));
-        QCOMPARE(nombreTemporalReparacion(QTime(23, 59, 0)), QStringLiteral("BDTemp5900.mdb"));
-        QCOMPARE(nombreTemporalReparacion(QTime(0, 0, 0)), QStringLiteral("BDTemp0000.mdb"));
+        QCOMPARE(nombreTemporalReparacion(QTime(10, 5, 7)), u"BDTemp0507.mdb"_s);
+        QCOMPARE(nombreTemporalReparacion(QTime(23, 59, 0)), u"BDTemp5900.mdb"_s);
+        QCOMPARE(nombreTemporalReparacion(QTime(0, 0, 0)), u"BDTemp0000.mdb"_s);
     }
 
     void reparacionSustituyeLaBaseDeDatos() {
         auto i = instalar();
         {
             auto db = Database::abrirSQLite(i->bd());
-            Ajustes(*db).escribir(QStringLiteral("PRUEBA"), QStringLiteral("sigue aquí"));
+            Ajustes(*db).escribir(u"PRUEBA"_s, u"sigue aquí"_s);
         }
         // A stale temporary file of the same name is removed first, not taken for the copy.
-        const QString rancio = QDir(i->datos()).filePath(QStringLiteral("BDTemp0507.mdb"));
+        const QString rancio = QDir(i->datos()).filePath(u"BDTemp0507.mdb"_s);
         escribirBytes(rancio, "viejo");
         const ResultadoReparacion r = repararSQLite(i->bd(), reloj_);
         QVERIFY2(r.hecha, qPrintable(r.error));
         QVERIFY(temporales(i->datos()).isEmpty());
         auto db = Database::abrirSQLite(i->bd());
-        QCOMPARE(Ajustes(*db).leer(QStringLiteral("PRUEBA")), QStringLiteral("sigue aquí"));
-        QCOMPARE(db->valor(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+        QCOMPARE(Ajustes(*db).leer(u"PRUEBA"_s), u"sigue aquí"_s);
+        QCOMPARE(db->valor(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
     }
 };
 

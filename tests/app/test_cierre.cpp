@@ -12,6 +12,8 @@
 
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 class TestCierre : public QObject {
     Q_OBJECT
     FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(20, 15, 30))};
@@ -25,7 +27,7 @@ class TestCierre : public QObject {
     std::unique_ptr<Caso> caso(const QString& dias, const QString& fecha) {
         auto c = std::make_unique<Caso>();
         c->e = std::make_unique<Entorno>(c->t.otraConexion(), c->d, reloj_);
-        c->e->puesto = QStringLiteral("RECEPCION");
+        c->e->puesto = u"RECEPCION"_s;
         if (TestDb::motorDePrueba() == Motor::SQLite) {
             c->e->configuracionBD.motor = Motor::SQLite;
             c->e->configuracionBD.servidor = QFileInfo(c->t.origen()).path();
@@ -37,7 +39,7 @@ class TestCierre : public QObject {
         Ajustes a(c->t.db());
         a.escribir(claves::DIAS_COMPACTACION, dias);
         a.escribir(claves::FECHA_COMPACTACION, fecha);
-        a.escribir(QStringLiteral("DATO"), QStringLiteral("intacto"));
+        a.escribir(u"DATO"_s, u"intacto"_s);
         PuestosActivosStore(c->t.db()).registrar(c->e->puesto, reloj_.ahora());
         return c;
     }
@@ -53,15 +55,15 @@ class TestCierre : public QObject {
 
 private slots:
     void quedarseEnElPrograma() {
-        auto c = caso(QStringLiteral("7"), QStringLiteral("01/01/2026"));
+        auto c = caso(u"7"_s, u"01/01/2026"_s);
         c->d.no();
         QVERIFY(!CierreForm(*c->e).cerrar());
         QCOMPARE(c->d.textos(), QStringList{kPreguntaSalir});
-        QCOMPARE(puestos(*c), QStringList{QStringLiteral("RECEPCION")});
+        QCOMPARE(puestos(*c), QStringList{u"RECEPCION"_s});
     }
 
     void sinCompactacionAutomatica() {
-        auto c = caso(QStringLiteral("0"), QStringLiteral("01/01/2020"));
+        auto c = caso(u"0"_s, u"01/01/2020"_s);
         c->d.si();
         QVERIFY(CierreForm(*c->e).cerrar());
         QCOMPARE(c->d.textos(), QStringList{kPreguntaSalir});
@@ -69,100 +71,97 @@ private slots:
     }
 
     void compactacionRechazada() {
-        auto c = caso(QStringLiteral("7"), QStringLiteral("13/11/2026"));
+        auto c = caso(u"7"_s, u"13/11/2026"_s);
         c->d.si().no();
         QVERIFY(CierreForm(*c->e).cerrar());
         QCOMPARE(c->d.mensajes().size(), 2);
         QCOMPARE(c->d.mensajes().at(1).texto,
-                 QStringLiteral("¡¡¡ ATENCIÓN !!! Fecha de la última compactación: 13/11/2026\n"
-                                "¿Desea compactar la Base de Datos antes de abandonar la aplicación?"));
+                 u"¡¡¡ ATENCIÓN !!! Fecha de la última compactación: 13/11/2026\n"
+                 "¿Desea compactar la Base de Datos antes de abandonar la aplicación?"_s);
         QVERIFY(c->d.progresos().isEmpty());
-        QCOMPARE(ajuste(*c, claves::FECHA_COMPACTACION), QStringLiteral("13/11/2026"));
+        QCOMPARE(ajuste(*c, claves::FECHA_COMPACTACION), u"13/11/2026"_s);
         QVERIFY(puestos(*c).isEmpty());
     }
 
     void plazoNoCumplido() {
         // Six days after the last compaction with a seven-day setting: no question.
-        auto c = caso(QStringLiteral("7"), QStringLiteral("17/11/2026"));
+        auto c = caso(u"7"_s, u"17/11/2026"_s);
         c->d.si();
         QVERIFY(CierreForm(*c->e).cerrar());
         QCOMPARE(c->d.mensajes().size(), 1);
     }
 
     void compactacionAlSalir() {
-        auto c = caso(QStringLiteral("7"), QStringLiteral("16/11/2026"));
+        auto c = caso(u"7"_s, u"16/11/2026"_s);
         c->d.si().si();
         QVERIFY(CierreForm(*c->e).cerrar());
         QCOMPARE(c->d.progresos(),
-                 QStringList{QStringLiteral("Se está compactando la Base de Datos. Espere por favor ...")});
-        QCOMPARE(ajuste(*c, claves::FECHA_COMPACTACION), QStringLiteral("23/11/2026"));
-        QCOMPARE(ajuste(*c, QStringLiteral("DATO")), QStringLiteral("intacto"));
+                 QStringList{u"Se está compactando la Base de Datos. Espere por favor ..."_s});
+        QCOMPARE(ajuste(*c, claves::FECHA_COMPACTACION), u"23/11/2026"_s);
+        QCOMPARE(ajuste(*c, u"DATO"_s), u"intacto"_s);
         QVERIFY(puestos(*c).isEmpty());
         if (TestDb::motorDePrueba() == Motor::SQLite) {
-            QVERIFY(!QFileInfo::exists(
-                QFileInfo(c->t.origen()).dir().filePath(QStringLiteral("BDTemp1530.mdb"))));
+            QVERIFY(!QFileInfo::exists(QFileInfo(c->t.origen()).dir().filePath(u"BDTemp1530.mdb"_s)));
             auto db = c->t.otraConexion();
-            QCOMPARE(db->valor(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+            QCOMPARE(db->valor(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
         }
     }
 
     void otroPuestoConectadoAplazaLaCompactacion() {
-        auto c = caso(QStringLiteral("1"), QString());
-        PuestosActivosStore(c->t.db()).registrar(QStringLiteral("CONSULTA2"), reloj_.ahora());
+        auto c = caso(u"1"_s, QString());
+        PuestosActivosStore(c->t.db()).registrar(u"CONSULTA2"_s, reloj_.ahora());
         c->d.si().si();
         QVERIFY(CierreForm(*c->e).cerrar());
         QCOMPARE(c->d.mensajes().at(1).texto,
-                 QStringLiteral("¡¡¡ ATENCIÓN !!! Fecha de la última compactación: nunca\n"
-                                "¿Desea compactar la Base de Datos antes de abandonar la aplicación?"));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("No se puede compactar la Base de Datos mientras haya otros puestos "
-                                "conectados a Pramelvix. Se compactará otro día."));
+                 u"¡¡¡ ATENCIÓN !!! Fecha de la última compactación: nunca\n"
+                 "¿Desea compactar la Base de Datos antes de abandonar la aplicación?"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"No se puede compactar la Base de Datos mientras haya otros puestos "
+                                     "conectados a Pramelvix. Se compactará otro día."_s);
         QVERIFY(c->d.progresos().isEmpty());
-        QCOMPARE(puestos(*c), QStringList{QStringLiteral("CONSULTA2")});
+        QCOMPARE(puestos(*c), QStringList{u"CONSULTA2"_s});
         QCOMPARE(ajuste(*c, claves::FECHA_COMPACTACION), QString());
     }
 
     void cierreSinConfirmacion() {
-        auto c = caso(QStringLiteral("0"), QString());
+        auto c = caso(u"0"_s, QString());
         QVERIFY(CierreForm(*c->e).cerrar(false));
         QVERIFY(c->d.mensajes().isEmpty());
         QVERIFY(puestos(*c).isEmpty());
     }
 
     void alSalirSeSueltanLosBloqueosDeLaSesion() {
-        auto c = caso(QStringLiteral("0"), QString());
-        c->e->usuario = QStringLiteral("ana");
-        const DescriptorTabla& clase = *descriptorTabla(QStringLiteral("Usuarios"));
-        QVERIFY(almacenBloqueos(*c->e).bloquearRegistro(clase, QStringLiteral("luis"), QStringLiteral("luis"),
+        auto c = caso(u"0"_s, QString());
+        c->e->usuario = u"ana"_s;
+        const DescriptorTabla& clase = *descriptorTabla(u"Usuarios"_s);
+        QVERIFY(almacenBloqueos(*c->e).bloquearRegistro(clase, u"luis"_s, u"luis"_s,
                                                         AccionBloqueo::Modificacion, false));
         // Another workstation's lock stays.
         ScriptedDialogs d2;
         Entorno otro(c->t.db(), d2, reloj_);
-        otro.puesto = QStringLiteral("CONSULTA2");
-        otro.usuario = QStringLiteral("luis");
-        QVERIFY(almacenBloqueos(otro).bloquearRegistro(clase, QStringLiteral("ana"), QStringLiteral("ana"),
-                                                       AccionBloqueo::Modificacion, false));
+        otro.puesto = u"CONSULTA2"_s;
+        otro.usuario = u"luis"_s;
+        QVERIFY(almacenBloqueos(otro).bloquearRegistro(clase, u"ana"_s, u"ana"_s, AccionBloqueo::Modificacion,
+                                                       false));
         QCOMPARE(almacenBloqueos(otro).contar(), 2);
         QVERIFY(CierreForm(*c->e).cerrar(false));
         QCOMPARE(almacenBloqueos(otro).contar(), 1);
     }
 
     void compactacionDesdeElMenu() {
-        auto c = caso(QStringLiteral("0"), QString());
-        PuestosActivosStore(c->t.db()).registrar(QStringLiteral("CONSULTA2"), reloj_.ahora());
+        auto c = caso(u"0"_s, QString());
+        PuestosActivosStore(c->t.db()).registrar(u"CONSULTA2"_s, reloj_.ahora());
         QVERIFY(!CompactacionForm(*c->e).compactar());
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("No se puede compactar la Base de Datos mientras haya otros puestos "
-                                "conectados a Pramelvix."));
-        PuestosActivosStore(c->t.db()).quitar(QStringLiteral("CONSULTA2"));
+        QCOMPARE(c->d.ultimoTexto(), u"No se puede compactar la Base de Datos mientras haya otros puestos "
+                                     "conectados a Pramelvix."_s);
+        PuestosActivosStore(c->t.db()).quitar(u"CONSULTA2"_s);
         c->d.limpiar();
         c->d.si();
         QVERIFY(CompactacionForm(*c->e).compactar());
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("Operación concluida."));
+        QCOMPARE(c->d.ultimoTexto(), u"Operación concluida."_s);
         // The program goes on with the compacted database.
-        QCOMPARE(Ajustes(c->e->db()).leer(QStringLiteral("DATO")), QStringLiteral("intacto"));
-        QCOMPARE(Ajustes(c->e->db()).leer(claves::FECHA_COMPACTACION), QStringLiteral("23/11/2026"));
-        QCOMPARE(PuestosActivosStore(c->e->db()).puestos(), QStringList{QStringLiteral("RECEPCION")});
+        QCOMPARE(Ajustes(c->e->db()).leer(u"DATO"_s), u"intacto"_s);
+        QCOMPARE(Ajustes(c->e->db()).leer(claves::FECHA_COMPACTACION), u"23/11/2026"_s);
+        QCOMPARE(PuestosActivosStore(c->e->db()).puestos(), QStringList{u"RECEPCION"_s});
     }
 };
 

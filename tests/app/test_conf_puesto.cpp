@@ -5,51 +5,23 @@
 #include "app/conf_puesto_store.h"
 #include "data/esquema.h"
 #include "data/registro.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "sesion.h"
 
 #include <QDir>
 #include <QFile>
 
 namespace {
-using T = TipoColumna;
-
-// Stand-ins for the clients and articles tables, created only in these tests.
-DescriptorTabla clientesDePrueba() {
-    DescriptorTabla t;
-    t.tabla = QStringLiteral("ClientesPrueba");
-    t.descTabla = QStringLiteral("Cliente");
-    t.columnaS = {col(QStringLiteral("IdCliente"), T::Autonumerico, QStringLiteral("Nº"), 0, false),
-                  col(QStringLiteral("Nombre"), T::Texto, QStringLiteral("Nombre"), 60)};
-    t.clave = {QStringLiteral("IdCliente")};
-    t.columnaTexto = QStringLiteral("Nombre");
-    return t;
-}
-
-DescriptorTabla articulosDePrueba() {
-    DescriptorTabla t;
-    t.tabla = QStringLiteral("ArticulosPrueba");
-    t.descTabla = QStringLiteral("Artículo");
-    t.columnaS = {col(QStringLiteral("ArtCodArticulo"), T::Autonumerico, QStringLiteral("Código"), 0, false),
-                  col(QStringLiteral("Articulo"), T::Texto, QStringLiteral("Artículo"), 60)};
-    t.clave = {QStringLiteral("ArtCodArticulo")};
-    t.columnaTexto = QStringLiteral("Articulo");
-    return t;
-}
-
-const QString kAtencion = QStringLiteral("¡Atención!");
-const QString kTextoImpresora = QStringLiteral(
-    " Seleccione una impresora de Tickets de Windows o marque la opción 'Sin impresora de tickets'.");
-const QString kTextoSerieVenta = QStringLiteral(
-    "Debe especificar una serie de Venta para los albaranes en la Configuración de Apartados.");
-const QString kTextoTarifa = QStringLiteral("Debe especificar la Tarifa general por defecto para la creación "
-                                            "de Clientes en la Configuración de Apartados.");
-const QString kTextoSerieAbono = QStringLiteral(
-    "Debe especificar una serie de Abono para las devoluciones en la Configuración de Apartados.");
-const QString kTextoCliente =
-    QStringLiteral("Debe buscar el cliente a través de la lupa para seleccionarlo.");
-const QString kTextoArticulo =
-    QStringLiteral("Debe buscar el artículo a través de la lupa para seleccionarlo.");
+const QString kAtencion = u"¡Atención!"_s;
+const QString kTextoImpresora =
+    u" Seleccione una impresora de Tickets de Windows o marque la opción 'Sin impresora de tickets'."_s;
+const QString kTextoSerieVenta =
+    u"Debe especificar una serie de Venta para los albaranes en la Configuración de Apartados."_s;
+const QString kTextoTarifa = u"Debe especificar la Tarifa general por defecto para la creación "
+                             "de Clientes en la Configuración de Apartados."_s;
+const QString kTextoSerieAbono =
+    u"Debe especificar una serie de Abono para las devoluciones en la Configuración de Apartados."_s;
+const QString kTextoCliente = u"Debe buscar el cliente a través de la lupa para seleccionarlo."_s;
+const QString kTextoArticulo = u"Debe buscar el artículo a través de la lupa para seleccionarlo."_s;
 
 // An INI with comments, keys the program does not know, and other sections, in CRLF.
 const QByteArray kIniOriginal = "; Configuración de este puesto\r\n"
@@ -77,75 +49,51 @@ Q_DECLARE_METATYPE(ConfPuestoForm::Campo)
 
 class TestConfPuesto : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(9, 0))};
-    DescriptorTabla clientes_ = clientesDePrueba();
-    DescriptorTabla articulos_ = articulosDePrueba();
-
-    struct Sesion {
-        TestDb t;
-        QTemporaryDir carpeta;
-        ScriptedDialogs d;
-        std::unique_ptr<Entorno> e;
-        QString ini() const { return QDir(carpeta.path()).filePath(QStringLiteral("PRAMELVIX.INI")); }
+    // Workstation CAJA1, its PRAMELVIX.INI in the program folder, sales series A and B and
+    // credit series AB.
+    struct Caso {
+        Sesion s;
+        QString ini() const { return s.t.carpeta() + u"/PRAMELVIX.INI"_s; }
         QByteArray textoIni() const {
             QFile f(ini());
             return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
         }
-        std::unique_ptr<ConfPuestoForm> form(const DescriptorTabla* clientes,
-                                             const DescriptorTabla* articulos) {
-            auto f = std::make_unique<ConfPuestoForm>(*e);
-            f->setTablaClientes(clientes);
-            f->setTablaArticulos(articulos);
-            return f;
-        }
+        std::unique_ptr<ConfPuestoForm> form() { return std::make_unique<ConfPuestoForm>(s.e); }
     };
 
-    void serie(Database& db, const QString& codigo, const QString& descripcion, const QString& tipo) {
-        Registro r(*descriptorTabla(QStringLiteral("Series")));
-        r.setValor(QStringLiteral("Serie"), codigo);
-        r.setValor(QStringLiteral("Descripcion"), descripcion);
-        r.setValor(QStringLiteral("Tipo"), tipo);
-        RegistroStore(db).crear(r);
-    }
-
-    qint64 crearEn(Database& db, const DescriptorTabla& t, const QString& texto) {
-        Registro r(t);
-        r.setValor(t.columnaTexto, texto);
-        return RegistroStore(db).crear(r).toLongLong();
-    }
-
-    std::unique_ptr<Sesion> sesion(const QByteArray& ini = kIniOriginal) {
-        auto s = std::make_unique<Sesion>();
-        QFile f(s->ini());
+    static std::unique_ptr<Caso> sesion(const QByteArray& ini = kIniOriginal) {
+        auto c = std::make_unique<Caso>();
+        QFile f(c->ini());
         if (!f.open(QIODevice::WriteOnly) || f.write(ini) != ini.size())
             qFatal("no se ha podido escribir el INI");
         f.close();
-        for (const auto* t : {&clientes_, &articulos_})
-            for (const auto& sql : sqlCrearTabla(*t, s->t.db().motor(), 1))
-                s->t.db().ejecutarDirecto(sql);
-        serie(s->t.db(), QStringLiteral("A"), QStringLiteral("Ventas"), kSerieVenta);
-        serie(s->t.db(), QStringLiteral("B"), QStringLiteral("Ventas tienda"), kSerieVenta);
-        serie(s->t.db(), QStringLiteral("AB"), QStringLiteral("Abonos"), kSerieAbono);
-        s->e = std::make_unique<Entorno>(s->t.db(), s->d, reloj_);
-        s->e->puesto = QStringLiteral("CAJA1");
-        s->e->carpetaPrograma = s->carpeta.path();
-        return s;
+        for (const auto& [serie, desc, tipo] :
+             {std::tuple{"A", "Ventas", kSerieVenta}, std::tuple{"B", "Ventas tienda", kSerieVenta},
+              std::tuple{"AB", "Abonos", kSerieAbono}})
+            c->s.s.fila(u"Series"_s, {{u"Serie"_s, serie}, {u"Descripcion"_s, desc}, {u"Tipo"_s, tipo}});
+        c->s.e.puesto = u"CAJA1"_s;
+        c->s.e.carpetaPrograma = c->s.t.carpeta();
+        return c;
+    }
+    static qint64 crearCliente(Caso& c) { return c.s.s.cliente(u"Marta Ruiz"_s); }
+    static qint64 crearArticulo(Caso& c) {
+        return c.s.s.fila(u"Articulos"_s, {{u"Articulo"_s, u"Vacuna rabia"_s}});
     }
 
     static void rellenarValido(ConfPuestoForm& f) {
-        f.serieVenta = QStringLiteral("A");
-        f.tarifa = QStringLiteral("TARIFA 2");
-        f.serieAbono = QStringLiteral("AB");
+        f.serieVenta = u"A"_s;
+        f.tarifa = u"TARIFA 2"_s;
+        f.serieAbono = u"AB"_s;
     }
 
 private slots:
     void comprobacionesEnOrden() {
         auto s = sesion();
-        const qint64 cliente = crearEn(s->t.db(), clientes_, QStringLiteral("Marta Ruiz"));
-        const qint64 articulo = crearEn(s->t.db(), articulos_, QStringLiteral("Vacuna rabia"));
-        auto f = s->form(&clientes_, &articulos_);
+        const qint64 cliente = crearCliente(*s);
+        const qint64 articulo = crearArticulo(*s);
+        auto f = s->form();
         QVERIFY(f->cargar());
-        QVERIFY(s->d.mensajes().isEmpty());
+        QVERIFY(s->s.d.mensajes().isEmpty());
         f->impresora.TIPO = ConfPuestoForm::kImpresoraSistema;
         f->impresora.IMPRESORA.clear();
         f->escribirCliente(QString::number(cliente));
@@ -154,64 +102,64 @@ private slots:
         using C = ConfPuestoForm::Campo;
         const QList<std::tuple<std::function<void()>, QString, C>> pasos = {
             {[] {}, kTextoImpresora, C::Impresora},
-            {[&] { f->impresora.IMPRESORA = QStringLiteral("Mostrador"); }, kTextoSerieVenta, C::SerieVenta},
-            {[&] { f->serieVenta = QStringLiteral("A"); }, kTextoTarifa, C::Tarifa},
-            {[&] { f->tarifa = QStringLiteral("TARIFA 3"); }, kTextoSerieAbono, C::SerieAbono},
-            {[&] { f->serieAbono = QStringLiteral("AB"); }, kTextoCliente, C::Cliente},
+            {[&] { f->impresora.IMPRESORA = u"Mostrador"_s; }, kTextoSerieVenta, C::SerieVenta},
+            {[&] { f->serieVenta = u"A"_s; }, kTextoTarifa, C::Tarifa},
+            {[&] { f->tarifa = u"TARIFA 3"_s; }, kTextoSerieAbono, C::SerieAbono},
+            {[&] { f->serieAbono = u"AB"_s; }, kTextoCliente, C::Cliente},
             {[&] { QVERIFY(f->elegirCliente(cliente)); }, kTextoArticulo, C::Articulo},
         };
         for (const auto& [arreglo, texto, foco] : pasos) {
             arreglo();
-            s->d.limpiar();
+            s->s.d.limpiar();
             QVERIFY(!f->guardar());
-            QCOMPARE(s->d.mensajes().size(), 1);
-            QCOMPARE(s->d.ultimo().titulo, kAtencion);
-            QCOMPARE(s->d.ultimo().icono, Icono::Exclamacion);
-            QCOMPARE(s->d.ultimoTexto(), texto);
+            QCOMPARE(s->s.d.mensajes().size(), 1);
+            QCOMPARE(s->s.d.ultimo().titulo, kAtencion);
+            QCOMPARE(s->s.d.ultimo().icono, Icono::Exclamacion);
+            QCOMPARE(s->s.d.ultimoTexto(), texto);
             QCOMPARE(f->foco(), foco);
-            QVERIFY(!ConfPuestoStore(s->t.db()).existe(QStringLiteral("CAJA1")));
+            QVERIFY(!ConfPuestoStore(s->s.db()).existe(u"CAJA1"_s));
             QCOMPARE(s->textoIni(), kIniOriginal);
         }
-        s->d.limpiar();
+        s->s.d.limpiar();
         QVERIFY(f->elegirArticulo(articulo));
-        QCOMPARE(f->nombreArticulo(), QStringLiteral("Vacuna rabia"));
+        QCOMPARE(f->nombreArticulo(), u"Vacuna rabia"_s);
         QVERIFY(f->guardar());
-        QVERIFY(s->d.mensajes().isEmpty());
-        const ConfiguracionPuesto c = ConfPuestoStore(s->t.db()).cargar(QStringLiteral("CAJA1"));
-        QCOMPARE(c.SerieVenta, QStringLiteral("A"));
-        QCOMPARE(c.Tarifa, QStringLiteral("TARIFA 3"));
-        QCOMPARE(c.SerieAbono, QStringLiteral("AB"));
+        QVERIFY(s->s.d.mensajes().isEmpty());
+        const ConfiguracionPuesto c = ConfPuestoStore(s->s.db()).cargar(u"CAJA1"_s);
+        QCOMPARE(c.SerieVenta, u"A"_s);
+        QCOMPARE(c.Tarifa, u"TARIFA 3"_s);
+        QCOMPARE(c.SerieAbono, u"AB"_s);
         QCOMPARE(c.IdCliente, std::optional<qint64>(cliente));
         QCOMPARE(c.IdArticulo, std::optional<qint64>(articulo));
     }
 
     void sinImpresoraNoPideNombre() {
         auto s = sesion();
-        auto f = s->form(&clientes_, &articulos_);
+        auto f = s->form();
         QVERIFY(f->cargar());
         rellenarValido(*f);
         for (const QString& tipo : {ConfPuestoForm::kSinImpresora, ConfPuestoForm::kImpresoraSerie}) {
             f->impresora.TIPO = tipo;
             f->impresora.IMPRESORA.clear();
-            QVERIFY2(f->guardar(), qPrintable(s->d.ultimoTexto()));
+            QVERIFY2(f->guardar(), qPrintable(s->s.d.ultimoTexto()));
         }
-        QVERIFY(s->d.mensajes().isEmpty());
+        QVERIFY(s->s.d.mensajes().isEmpty());
     }
 
     void elIniConservaTodoLoDemas() {
         auto s = sesion();
-        auto f = s->form(&clientes_, &articulos_);
+        auto f = s->form();
         QVERIFY(f->cargar());
-        QCOMPARE(f->impresora.PUERTO, QStringLiteral("COM2"));
+        QCOMPARE(f->impresora.PUERTO, u"COM2"_s);
         rellenarValido(*f);
         f->impresora.TIPO = ConfPuestoForm::kImpresoraSerie;
-        f->impresora.PUERTO = QStringLiteral("/dev/ttyUSB0");
-        f->impresora.VELOCIDAD = QStringLiteral("19200");
-        f->impresora.PARIDAD = QStringLiteral("PAR (E)");
-        f->impresora.BITSDATOS = QStringLiteral("7");
-        f->impresora.BITSPARADA = QStringLiteral("1.5");
-        f->impresora.NUMPASADAS = QStringLiteral("2");
-        f->impresora.CORTEPAPEL = QStringLiteral("SI");
+        f->impresora.PUERTO = u"/dev/ttyUSB0"_s;
+        f->impresora.VELOCIDAD = u"19200"_s;
+        f->impresora.PARIDAD = u"PAR (E)"_s;
+        f->impresora.BITSDATOS = u"7"_s;
+        f->impresora.BITSPARADA = u"1.5"_s;
+        f->impresora.NUMPASADAS = u"2"_s;
+        f->impresora.CORTEPAPEL = u"SI"_s;
         QVERIFY(f->guardar());
         const QByteArray esperado = "; Configuración de este puesto\r\n"
                                     "[INSTALACION]\r\n"
@@ -236,16 +184,16 @@ private slots:
                                     "VELOCIDAD=115200\r\n";
         QCOMPARE(s->textoIni(), esperado);
         // The session takes the new printer at once.
-        QCOMPARE(s->e->impresoraTickets.TIPO, QStringLiteral("2"));
-        QCOMPARE(s->e->impresoraTickets.PUERTO, QStringLiteral("/dev/ttyUSB0"));
-        QCOMPARE(s->e->impresoraTickets.CORTEPAPEL, QStringLiteral("SI"));
+        QCOMPARE(s->s.e.impresoraTickets.TIPO, u"2"_s);
+        QCOMPARE(s->s.e.impresoraTickets.PUERTO, u"/dev/ttyUSB0"_s);
+        QCOMPARE(s->s.e.impresoraTickets.CORTEPAPEL, u"SI"_s);
 
         // Read back, the screen shows what was written.
-        auto otra = s->form(&clientes_, &articulos_);
+        auto otra = s->form();
         QVERIFY(otra->cargar());
         QCOMPARE(otra->impresora.TIPO, ConfPuestoForm::kImpresoraSerie);
-        QCOMPARE(otra->impresora.BITSPARADA, QStringLiteral("1.5"));
-        QCOMPARE(otra->impresora.NUMPASADAS, QStringLiteral("2"));
+        QCOMPARE(otra->impresora.BITSPARADA, u"1.5"_s);
+        QCOMPARE(otra->impresora.NUMPASADAS, u"2"_s);
     }
 
     void valoresDelIniAlCargar_data() {
@@ -271,27 +219,28 @@ private slots:
         QFETCH(QByteArray, ini);
         QFETCH(QStringList, esperado);
         auto s = sesion(ini);
-        auto f = s->form(nullptr, nullptr);
+        auto f = s->form();
         QVERIFY(f->cargar());
         const ImpresoraTickets& i = f->impresora;
         QCOMPARE((QStringList{i.TIPO, i.PUERTO, i.VELOCIDAD, i.PARIDAD, i.BITSDATOS, i.BITSPARADA,
                               i.NUMPASADAS, i.CORTEPAPEL}),
                  esperado);
-        QVERIFY(s->d.mensajes().isEmpty());
+        QVERIFY(s->s.d.mensajes().isEmpty());
     }
 
     void puertos_data() {
         QTest::addColumn<QString>("puerto");
         QTest::addColumn<bool>("valido");
-        QTest::newRow("COM1") << QStringLiteral("COM1") << true;
-        QTest::newRow("COM16") << QStringLiteral("COM16") << true;
-        QTest::newRow("COM17") << QStringLiteral("COM17") << false;
-        QTest::newRow("COM0") << QStringLiteral("COM0") << false;
-        QTest::newRow("ttyUSB0") << QStringLiteral("/dev/ttyUSB0") << true;
-        QTest::newRow("serial by-id") << QStringLiteral("/dev/serial/by-id/usb-Epson_TM-if00") << true;
-        QTest::newRow("fuera de /dev") << QStringLiteral("/dev/../etc/passwd") << false;
-        QTest::newRow("sin /dev") << QStringLiteral("ttyUSB0") << false;
-        QTest::newRow("vacío") << QString() << false;
+        auto fila = [](const char* nombre, QString a0, bool a1) { QTest::newRow(nombre) << a0 << a1; };
+        fila("COM1", u"COM1"_s, true);
+        fila("COM16", u"COM16"_s, true);
+        fila("COM17", u"COM17"_s, false);
+        fila("COM0", u"COM0"_s, false);
+        fila("ttyUSB0", u"/dev/ttyUSB0"_s, true);
+        fila("serial by-id", u"/dev/serial/by-id/usb-Epson_TM-if00"_s, true);
+        fila("fuera de /dev", u"/dev/../etc/passwd"_s, false);
+        fila("sin /dev", u"ttyUSB0"_s, false);
+        fila("vacío", QString(), false);
     }
 
     void puertos() {
@@ -302,154 +251,135 @@ private slots:
 
     void puertoSerieIncorrecto() {
         auto s = sesion();
-        auto f = s->form(&clientes_, &articulos_);
+        auto f = s->form();
         QVERIFY(f->cargar());
         rellenarValido(*f);
         f->impresora.TIPO = ConfPuestoForm::kImpresoraSerie;
-        f->impresora.PUERTO = QStringLiteral("COM17");
+        f->impresora.PUERTO = u"COM17"_s;
         QVERIFY(!f->guardar());
-        QCOMPARE(s->d.textos(),
-                 QStringList{QStringLiteral("El puerto de la impresora de tickets debe ser de COM1 a "
-                                            "COM16 o un dispositivo como /dev/ttyUSB0.")});
+        QCOMPARE(s->s.d.textos(), QStringList{u"El puerto de la impresora de tickets debe ser de COM1 a "
+                                              "COM16 o un dispositivo como /dev/ttyUSB0."_s});
         QCOMPARE(f->foco(), ConfPuestoForm::Campo::Puerto);
         QCOMPARE(s->textoIni(), kIniOriginal);
     }
 
     void clienteYArticuloQueYaNoExisten() {
         auto s = sesion();
-        const qint64 cliente = crearEn(s->t.db(), clientes_, QStringLiteral("Marta Ruiz"));
-        const qint64 articulo = crearEn(s->t.db(), articulos_, QStringLiteral("Vacuna rabia"));
+        const qint64 cliente = crearCliente(*s);
+        const qint64 articulo = crearArticulo(*s);
         ConfiguracionPuesto c;
-        c.Puesto = QStringLiteral("CAJA1");
-        c.SerieVenta = QStringLiteral("A");
-        c.SerieAbono = QStringLiteral("AB");
-        c.Tarifa = QStringLiteral("TARIFA 1");
+        c.Puesto = u"CAJA1"_s;
+        c.SerieVenta = u"A"_s;
+        c.SerieAbono = u"AB"_s;
+        c.Tarifa = u"TARIFA 1"_s;
         c.IdCliente = cliente + 40;
         c.IdArticulo = articulo + 70;
-        ConfPuestoStore(s->t.db()).guardar(c);
+        ConfPuestoStore(s->s.db()).guardar(c);
 
-        auto f = s->form(&clientes_, &articulos_);
+        auto f = s->form();
         QVERIFY(f->cargar());
-        QCOMPARE(
-            s->d.textos(),
-            (QStringList{
-                QStringLiteral("Error al intentar acceder al cliente numero %1.Ha sido imposible recuperar "
-                               "la información solicitada. Puede que el cliente haya sido eliminado.")
-                    .arg(cliente + 40),
-                QStringLiteral("Error al intentar acceder al artículo número %1.Ha sido imposible "
-                               "recuperar la información solicitada. Puede que el artículo haya sido "
-                               "eliminado.")
-                    .arg(articulo + 70)}));
-        QCOMPARE(s->d.ultimo().titulo, kAtencion);
+        QCOMPARE(s->s.d.textos(),
+                 (QStringList{u"Error al intentar acceder al cliente numero %1.Ha sido imposible recuperar "
+                              "la información solicitada. Puede que el cliente haya sido eliminado."_s.arg(
+                                  cliente + 40),
+                              u"Error al intentar acceder al artículo número %1.Ha sido imposible "
+                              "recuperar la información solicitada. Puede que el artículo haya sido "
+                              "eliminado."_s.arg(articulo + 70)}));
+        QCOMPARE(s->s.d.ultimo().titulo, kAtencion);
         QCOMPARE(f->textoCliente(), QString());
         QCOMPARE(f->textoArticulo(), QString());
         // Saving now drops the references that no longer lead anywhere.
         QVERIFY(f->guardar());
-        const ConfiguracionPuesto despues = ConfPuestoStore(s->t.db()).cargar(QStringLiteral("CAJA1"));
+        const ConfiguracionPuesto despues = ConfPuestoStore(s->s.db()).cargar(u"CAJA1"_s);
         QVERIFY(!despues.IdCliente.has_value());
         QVERIFY(!despues.IdArticulo.has_value());
 
         // Existing ones load silently, with their names.
         c.IdCliente = cliente;
         c.IdArticulo = articulo;
-        ConfPuestoStore(s->t.db()).guardar(c);
-        s->d.limpiar();
+        ConfPuestoStore(s->s.db()).guardar(c);
+        s->s.d.limpiar();
         QVERIFY(f->cargar());
-        QVERIFY(s->d.mensajes().isEmpty());
+        QVERIFY(s->s.d.mensajes().isEmpty());
         QCOMPARE(f->textoCliente(), QString::number(cliente));
-        QCOMPARE(f->nombreCliente(), QStringLiteral("Marta Ruiz"));
+        QCOMPARE(f->nombreCliente(), u"Marta Ruiz"_s);
         QVERIFY(f->clienteBuscado());
-        QCOMPARE(f->nombreArticulo(), QStringLiteral("Vacuna rabia"));
+        QCOMPARE(f->nombreArticulo(), u"Vacuna rabia"_s);
     }
 
     void elegirYEscribir() {
         auto s = sesion();
-        const qint64 cliente = crearEn(s->t.db(), clientes_, QStringLiteral("Marta Ruiz"));
-        auto f = s->form(&clientes_, &articulos_);
+        const qint64 cliente = crearCliente(*s);
+        auto f = s->form();
         QVERIFY(f->cargar());
         rellenarValido(*f);
         QVERIFY(!f->elegirCliente(cliente + 1));
-        QVERIFY(
-            s->d.ultimoTexto().startsWith(QStringLiteral("Error al intentar acceder al cliente numero ")));
+        QVERIFY(s->s.d.ultimoTexto().startsWith(u"Error al intentar acceder al cliente numero "_s));
         QCOMPARE(f->textoCliente(), QString());
         QVERIFY(f->elegirCliente(cliente));
         QVERIFY(f->clienteBuscado());
         // Typing over the chosen number makes it a typed one; clearing it means no client.
-        f->escribirCliente(QString::number(cliente) + QStringLiteral("0"));
+        f->escribirCliente(QString::number(cliente) + u"0"_s);
         QVERIFY(!f->clienteBuscado());
         QCOMPARE(f->nombreCliente(), QString());
-        s->d.limpiar();
+        s->s.d.limpiar();
         QVERIFY(!f->guardar());
-        QCOMPARE(s->d.textos(), QStringList{kTextoCliente});
+        QCOMPARE(s->s.d.textos(), QStringList{kTextoCliente});
         f->escribirCliente(QString());
         QVERIFY(f->guardar());
-        QVERIFY(!ConfPuestoStore(s->t.db()).cargar(QStringLiteral("CAJA1")).IdCliente.has_value());
-    }
-
-    void sinTablasLasBusquedasNoEstanDisponibles() {
-        auto s = sesion();
-        auto f = s->form(nullptr, nullptr);
-        QVERIFY(f->cargar());
-        QVERIFY(!f->elegirCliente(1));
-        QVERIFY(!f->elegirArticulo(1));
-        QVERIFY(f->clienteBuscado());
-        // A number typed by hand is still refused.
-        rellenarValido(*f);
-        f->escribirArticulo(QStringLiteral("12"));
-        QVERIFY(!f->guardar());
-        QCOMPARE(s->d.textos(), QStringList{kTextoArticulo});
+        QVERIFY(!ConfPuestoStore(s->s.db()).cargar(u"CAJA1"_s).IdCliente.has_value());
     }
 
     void cadaPuestoGuardaLosSuyos() {
         auto s = sesion();
-        auto caja = s->form(&clientes_, &articulos_);
+        auto caja = s->form();
         QVERIFY(caja->cargar());
         rellenarValido(*caja);
-        caja->fechaInicial = QStringLiteral("1/3/2026");
+        caja->fechaInicial = u"1/3/2026"_s;
         caja->autoGuardado = 10;
-        caja->horaCopia = QStringLiteral("13:30");
+        caja->horaCopia = u"13:30"_s;
         QVERIFY(caja->guardar());
 
-        s->e->puesto = QStringLiteral("CONSULTA");
-        auto consulta = s->form(&clientes_, &articulos_);
+        s->s.e.puesto = u"CONSULTA"_s;
+        auto consulta = s->form();
         QVERIFY(consulta->cargar());
         // A workstation with no row starts empty.
         QCOMPARE(consulta->serieVenta, QString());
         QCOMPARE(consulta->tarifa, QString());
         QCOMPARE(consulta->autoGuardado, 0);
         QCOMPARE(consulta->horaCopia, QString());
-        consulta->serieVenta = QStringLiteral("B");
-        consulta->tarifa = QStringLiteral("TARIFA 3");
-        consulta->serieAbono = QStringLiteral("AB");
+        consulta->serieVenta = u"B"_s;
+        consulta->tarifa = u"TARIFA 3"_s;
+        consulta->serieAbono = u"AB"_s;
         QVERIFY(consulta->guardar());
 
-        ConfPuestoStore store(s->t.db());
-        const ConfiguracionPuesto c1 = store.cargar(QStringLiteral("CAJA1"));
-        const ConfiguracionPuesto c2 = store.cargar(QStringLiteral("CONSULTA"));
-        QCOMPARE(c1.SerieVenta, QStringLiteral("A"));
-        QCOMPARE(c1.Tarifa, QStringLiteral("TARIFA 2"));
+        ConfPuestoStore store(s->s.db());
+        const ConfiguracionPuesto c1 = store.cargar(u"CAJA1"_s);
+        const ConfiguracionPuesto c2 = store.cargar(u"CONSULTA"_s);
+        QCOMPARE(c1.SerieVenta, u"A"_s);
+        QCOMPARE(c1.Tarifa, u"TARIFA 2"_s);
         QCOMPARE(c1.FechaInicial, QDate(2026, 3, 1));
         QCOMPARE(c1.AutoGuardado, 10);
         QCOMPARE(c1.HoraCopia, QTime(13, 30));
-        QCOMPARE(c2.SerieVenta, QStringLiteral("B"));
-        QCOMPARE(c2.Tarifa, QStringLiteral("TARIFA 3"));
+        QCOMPARE(c2.SerieVenta, u"B"_s);
+        QCOMPARE(c2.Tarifa, u"TARIFA 3"_s);
         QVERIFY(!c2.FechaInicial.isValid());
         QCOMPARE(c2.AutoGuardado, 0);
         QVERIFY(!c2.HoraCopia.isValid());
 
         // Changing one workstation again leaves the other alone.
-        s->e->puesto = QStringLiteral("CAJA1");
+        s->s.e.puesto = u"CAJA1"_s;
         QVERIFY(caja->cargar());
-        QCOMPARE(caja->fechaInicial, QStringLiteral("01/03/2026"));
-        QCOMPARE(caja->horaCopia, QStringLiteral("13:30"));
-        caja->serieVenta = QStringLiteral("B");
+        QCOMPARE(caja->fechaInicial, u"01/03/2026"_s);
+        QCOMPARE(caja->horaCopia, u"13:30"_s);
+        caja->serieVenta = u"B"_s;
         caja->autoGuardado = 0;
         caja->horaCopia.clear();
         QVERIFY(caja->guardar());
-        QCOMPARE(store.cargar(QStringLiteral("CAJA1")).SerieVenta, QStringLiteral("B"));
-        QVERIFY(!store.cargar(QStringLiteral("CAJA1")).HoraCopia.isValid());
-        QCOMPARE(store.cargar(QStringLiteral("CONSULTA")), c2);
-        QVERIFY(s->d.mensajes().isEmpty());
+        QCOMPARE(store.cargar(u"CAJA1"_s).SerieVenta, u"B"_s);
+        QVERIFY(!store.cargar(u"CAJA1"_s).HoraCopia.isValid());
+        QCOMPARE(store.cargar(u"CONSULTA"_s), c2);
+        QVERIFY(s->s.d.mensajes().isEmpty());
     }
 
     void fechaAutoguardadoYHora_data() {
@@ -458,24 +388,20 @@ private slots:
         QTest::addColumn<QString>("hora");
         QTest::addColumn<QString>("mensaje");
         QTest::addColumn<ConfPuestoForm::Campo>("foco");
+        auto fila = [](const char* nombre, QString a0, int a1, QString a2, QString a3,
+                       ConfPuestoForm::Campo a4) { QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4; };
         using C = ConfPuestoForm::Campo;
-        const QString malFecha =
-            QStringLiteral("La fecha inicial no es correcta. Escríbala como dd/mm/aaaa.");
-        const QString malMinutos = QStringLiteral(
-            "El intervalo del autoguardado debe estar entre 0 y 999 minutos (0 lo desactiva).");
-        const QString malHora =
-            QStringLiteral("La hora de la copia automática no es correcta. Escríbala como hh:mm, o "
-                           "déjela en blanco para no hacer copia automática.");
-        QTest::newRow("fecha inexistente")
-            << QStringLiteral("31/02/2026") << 0 << QString() << malFecha << C::FechaInicial;
-        QTest::newRow("año de dos cifras")
-            << QStringLiteral("01/03/26") << 0 << QString() << malFecha << C::FechaInicial;
-        QTest::newRow("minutos negativos") << QString() << -5 << QString() << malMinutos << C::AutoGuardado;
-        QTest::newRow("demasiados minutos")
-            << QString() << 1000 << QString() << malMinutos << C::AutoGuardado;
-        QTest::newRow("hora 24") << QString() << 5 << QStringLiteral("24:00") << malHora << C::HoraCopia;
-        QTest::newRow("hora sin dos puntos")
-            << QString() << 5 << QStringLiteral("1330") << malHora << C::HoraCopia;
+        const QString malFecha = u"La fecha inicial no es correcta. Escríbala como dd/mm/aaaa."_s;
+        const QString malMinutos =
+            u"El intervalo del autoguardado debe estar entre 0 y 999 minutos (0 lo desactiva)."_s;
+        const QString malHora = u"La hora de la copia automática no es correcta. Escríbala como hh:mm, o "
+                                "déjela en blanco para no hacer copia automática."_s;
+        fila("fecha inexistente", u"31/02/2026"_s, 0, QString(), malFecha, C::FechaInicial);
+        fila("año de dos cifras", u"01/03/26"_s, 0, QString(), malFecha, C::FechaInicial);
+        fila("minutos negativos", QString(), -5, QString(), malMinutos, C::AutoGuardado);
+        fila("demasiados minutos", QString(), 1000, QString(), malMinutos, C::AutoGuardado);
+        fila("hora 24", QString(), 5, u"24:00"_s, malHora, C::HoraCopia);
+        fila("hora sin dos puntos", QString(), 5, u"1330"_s, malHora, C::HoraCopia);
     }
 
     void fechaAutoguardadoYHora() {
@@ -485,73 +411,64 @@ private slots:
         QFETCH(QString, mensaje);
         QFETCH(ConfPuestoForm::Campo, foco);
         auto s = sesion();
-        auto f = s->form(&clientes_, &articulos_);
+        auto f = s->form();
         QVERIFY(f->cargar());
         rellenarValido(*f);
         f->fechaInicial = fecha;
         f->autoGuardado = minutos;
         f->horaCopia = hora;
         QVERIFY(!f->guardar());
-        QCOMPARE(s->d.textos(), QStringList{mensaje});
+        QCOMPARE(s->s.d.textos(), QStringList{mensaje});
         QCOMPARE(f->foco(), foco);
-        QVERIFY(!ConfPuestoStore(s->t.db()).existe(QStringLiteral("CAJA1")));
+        QVERIFY(!ConfPuestoStore(s->s.db()).existe(u"CAJA1"_s));
     }
 
     void seriesDelTipoQueCorresponde() {
         auto s = sesion();
-        auto f = s->form(&clientes_, &articulos_);
+        auto f = s->form();
         QVERIFY(f->cargar());
         QCOMPARE(f->seriesVenta().size(), 2);
-        QCOMPARE(f->seriesVenta().at(1).texto, QStringLiteral("B - Ventas tienda"));
+        QCOMPARE(f->seriesVenta().at(1).texto, u"B - Ventas tienda"_s);
         QCOMPARE(f->seriesAbono().size(), 1);
-        QCOMPARE(f->seriesAbono().at(0).clave.toString(), QStringLiteral("AB"));
+        QCOMPARE(f->seriesAbono().at(0).clave.toString(), u"AB"_s);
         rellenarValido(*f);
         // A credit series is not a sales series.
-        f->serieVenta = QStringLiteral("AB");
+        f->serieVenta = u"AB"_s;
         QVERIFY(!f->guardar());
-        QCOMPARE(s->d.textos(), QStringList{QStringLiteral("La serie 'AB' no es una serie de Venta.")});
+        QCOMPARE(s->s.d.textos(), QStringList{u"La serie 'AB' no es una serie de Venta."_s});
         // A stored series that has since been deleted is not offered again.
-        f->serieVenta = QStringLiteral("B");
+        f->serieVenta = u"B"_s;
         QVERIFY(f->guardar());
-        RegistroStore(s->t.db()).ejecutar(QStringLiteral("DELETE FROM Series WHERE Serie = ?"),
-                                          {QStringLiteral("B")});
+        RegistroStore(s->s.db()).ejecutar(u"DELETE FROM Series WHERE Serie = ?"_s, {u"B"_s});
         QVERIFY(f->cargar());
         QCOMPARE(f->serieVenta, QString());
-        QCOMPARE(f->serieAbono, QStringLiteral("AB"));
+        QCOMPARE(f->serieAbono, u"AB"_s);
     }
 
     void especiePorDefecto() {
-        const DescriptorTabla* especies = descriptorTabla(QStringLiteral("Especies"));
-        if (!especies) QSKIP("la tabla de especies no está en el catálogo");
         auto s = sesion();
-        auto especie = [&](const QString& nombre, const QString& activo) {
-            Registro r(*especies);
-            r.setValor(QStringLiteral("Descripcion"), nombre);
-            r.setValor(QStringLiteral("Activo"), activo);
-            return RegistroStore(s->t.db()).crear(r);
-        };
-        const QVariant perro = especie(QStringLiteral("Perro"), QStringLiteral("S"));
-        const QVariant gato = especie(QStringLiteral("Gato"), QStringLiteral("S"));
-        const QVariant huron = especie(QStringLiteral("Hurón"), QStringLiteral("N"));
-        auto f = s->form(&clientes_, &articulos_);
+        const QVariant perro = s->s.s.especie(u"Perro"_s);
+        const QVariant gato = s->s.s.especie(u"Gato"_s);
+        const QVariant huron =
+            s->s.s.fila(u"Especies"_s, {{u"Descripcion"_s, u"Hurón"_s}, {u"Activo"_s, u"N"_s}});
+        auto f = s->form();
         QVERIFY(f->cargar());
         // Species in use, by name; a species no longer in use is not offered.
         QCOMPARE(f->especies().size(), 2);
-        QCOMPARE(f->especies().at(0).texto, QStringLiteral("Gato"));
+        QCOMPARE(f->especies().at(0).texto, u"Gato"_s);
         QCOMPARE(f->especies().at(1).clave.toLongLong(), perro.toLongLong());
         rellenarValido(*f);
         f->especie = huron;
         QVERIFY(!f->guardar());
-        QCOMPARE(s->d.textos(), QStringList{QStringLiteral("Elija la especie por defecto de la lista.")});
+        QCOMPARE(s->s.d.textos(), QStringList{u"Elija la especie por defecto de la lista."_s});
         QCOMPARE(f->foco(), ConfPuestoForm::Campo::Especie);
         f->especie = gato;
         QVERIFY(f->guardar());
-        QCOMPARE(ConfPuestoStore(s->t.db()).cargar(QStringLiteral("CAJA1")).IdEspecie,
+        QCOMPARE(ConfPuestoStore(s->s.db()).cargar(u"CAJA1"_s).IdEspecie,
                  std::optional<qint64>(gato.toLongLong()));
         // A chosen species later withdrawn stays offered to this workstation.
-        RegistroStore(s->t.db()).ejecutar(
-            QStringLiteral("UPDATE Especies SET Activo = ? WHERE IdEspecie = ?"),
-            {QStringLiteral("N"), gato});
+        RegistroStore(s->s.db()).ejecutar(u"UPDATE Especies SET Activo = ? WHERE IdEspecie = ?"_s,
+                                          {u"N"_s, gato});
         QVERIFY(f->cargar());
         QCOMPARE(f->especie.toLongLong(), gato.toLongLong());
         QCOMPARE(f->especies().size(), 2);
@@ -559,15 +476,14 @@ private slots:
 
     void sinIniNoSeGuardaNada() {
         auto s = sesion();
-        auto f = s->form(&clientes_, &articulos_);
+        auto f = s->form();
         QVERIFY(f->cargar());
         rellenarValido(*f);
         QVERIFY(QFile::remove(s->ini()));
         QVERIFY(!f->guardar());
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral(" ¡¡¡ Error grave !!!"));
-        QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral("No se ha encontrado el fichero de configuración 'PRAMELVIX.INI'"));
-        QVERIFY(!ConfPuestoStore(s->t.db()).existe(QStringLiteral("CAJA1")));
+        QCOMPARE(s->s.d.ultimo().titulo, u" ¡¡¡ Error grave !!!"_s);
+        QCOMPARE(s->s.d.ultimoTexto(), u"No se ha encontrado el fichero de configuración 'PRAMELVIX.INI'"_s);
+        QVERIFY(!ConfPuestoStore(s->s.db()).existe(u"CAJA1"_s));
     }
 };
 

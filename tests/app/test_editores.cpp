@@ -4,8 +4,7 @@
 #include "app/ficha_form.h"
 #include "app/parametros_menu.h"
 #include "data/esquema.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "sesion.h"
 
 #include <QSet>
 
@@ -24,11 +23,11 @@ QString textoDePrueba(const CampoFicha& campo, const QStringList& opciones, int 
     case TipoColumna::Entero:
         return QString::number(n);
     case TipoColumna::Decimal:
-        return QStringLiteral("%1,25").arg(n);
+        return u"%1,25"_s.arg(n);
     default:
         break;
     }
-    const QString t = QStringLiteral("Valor %1 ñ").arg(n);
+    const QString t = u"Valor %1 ñ"_s.arg(n);
     return c.longitud > 0 ? t.right(c.longitud) : t;
 }
 
@@ -50,18 +49,8 @@ QStringList dibujo(const EditorArbolForm& f) {
 
 class TestEditores : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 3, 2), QTime(10, 0))};
-
-    struct Sesion {
-        TestDb t;
-        ScriptedDialogs d;
-        std::unique_ptr<Entorno> e;
-    };
-
-    std::unique_ptr<Sesion> sesion() {
-        auto s = std::make_unique<Sesion>();
-        s->e = std::make_unique<Entorno>(s->t.db(), s->d, reloj_);
-        return s;
+    static std::unique_ptr<Sesion> sesion() {
+        return std::make_unique<Sesion>(QDateTime(QDate(2026, 3, 2), QTime(10, 0)));
     }
 
     static QVariant crear(Entorno& e, const QString& t, const QHash<QString, QString>& textos) {
@@ -73,10 +62,7 @@ class TestEditores : public QObject {
     }
 
     static QVariant crearNodo(Database& db, const QString& t, const QString& texto, const QVariant& padre) {
-        Registro r(tabla(t));
-        r.setValor(QStringLiteral("Descripcion"), texto);
-        r.setValor(QStringLiteral("IdPadre"), padre);
-        return RegistroStore(db).crear(r);
+        return Semilla(db).fila(t, {{u"Descripcion"_s, texto}, {u"IdPadre"_s, padre}});
     }
 
     static qint64 filas(Database& db, const QString& t) { return RegistroStore(db).contar(tabla(t)); }
@@ -85,71 +71,24 @@ class TestEditores : public QObject {
     static const DescriptorTabla& tablaDeTipos() {
         static const DescriptorTabla t = [] {
             DescriptorTabla d;
-            d.tabla = QStringLiteral("PruebaTipos");
-            d.descTabla = QStringLiteral("Prueba de tipos");
-            d.columnaS = {
-                col(QStringLiteral("Codigo"), TipoColumna::Texto, QStringLiteral("Código"), 4, false),
-                col(QStringLiteral("Numero"), TipoColumna::Entero, QStringLiteral("Número")),
-                col(QStringLiteral("Importe"), TipoColumna::Decimal, QStringLiteral("Importe")),
-                col(QStringLiteral("Fecha"), TipoColumna::Fecha, QStringLiteral("Fecha")),
-                col(QStringLiteral("Hora"), TipoColumna::Hora, QStringLiteral("Hora")),
-                col(QStringLiteral("Momento"), TipoColumna::FechaHora, QStringLiteral("Momento")),
-                col(QStringLiteral("Marca"), TipoColumna::Logico, QStringLiteral("Marca")),
-                col(QStringLiteral("Notas"), TipoColumna::Memo, QStringLiteral("Notas"))};
-            d.clave = {QStringLiteral("Codigo")};
-            d.columnaTexto = QStringLiteral("Codigo");
+            d.tabla = u"PruebaTipos"_s;
+            d.descTabla = u"Prueba de tipos"_s;
+            d.columnaS = {col(u"Codigo"_s, TipoColumna::Texto, u"Código"_s, 4, false),
+                          col(u"Numero"_s, TipoColumna::Entero, u"Número"_s),
+                          col(u"Importe"_s, TipoColumna::Decimal, u"Importe"_s),
+                          col(u"Fecha"_s, TipoColumna::Fecha, u"Fecha"_s),
+                          col(u"Hora"_s, TipoColumna::Hora, u"Hora"_s),
+                          col(u"Momento"_s, TipoColumna::FechaHora, u"Momento"_s),
+                          col(u"Marca"_s, TipoColumna::Logico, u"Marca"_s),
+                          col(u"Notas"_s, TipoColumna::Memo, u"Notas"_s)};
+            d.clave = {u"Codigo"_s};
+            d.columnaTexto = u"Codigo"_s;
             return d;
         }();
         return t;
     }
 
 private slots:
-    void menuDeParametros_data() {
-        QTest::addColumn<QString>("accion");
-        QTest::addColumn<QString>("tabla");
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<bool>("arbol");
-        QTest::newRow("cliente") << "mnuTipoCliente"
-                                 << "TiposCliente"
-                                 << "Tipos de Cliente" << false;
-        QTest::newRow("mascota") << "mnuTipoMascota"
-                                 << "Especies"
-                                 << "Especies" << false;
-        QTest::newRow("iva") << "mnuTipoIVA"
-                             << "TiposIVA"
-                             << "Tipos de I.V.A." << false;
-        QTest::newRow("pago") << "mnuFormasPago"
-                              << "FormasPago"
-                              << "Formas de Pago" << false;
-        QTest::newRow("cp") << "mnuCambioCP"
-                            << "CodigosPostales"
-                            << "Códigos Postales" << false;
-        QTest::newRow("diagnosticos") << "mnuDiagnosticos"
-                                      << "Diagnosticos"
-                                      << "Diagnósticos" << true;
-        QTest::newRow("sintomas") << "mnuGruposSintomas"
-                                  << "GruposSintomas"
-                                  << "Grupos de Síntomas" << true;
-        QTest::newRow("idioma") << "mnuIdioma"
-                                << "Idiomas"
-                                << "Idiomas" << false;
-    }
-
-    void menuDeParametros() {
-        QFETCH(QString, accion);
-        QFETCH(QString, tabla);
-        QFETCH(QString, texto);
-        QFETCH(bool, arbol);
-        const EntradaMenuParametro* e = entradaMenuParametro(accion);
-        QVERIFY(e);
-        QCOMPARE(e->tabla, tabla);
-        QCOMPARE(e->texto, texto);
-        const DescriptorTabla* t = descriptorTabla(tabla);
-        QVERIFY(t);
-        QCOMPARE(t->esArbol(), arbol);
-        QVERIFY(!entradaMenuParametro(QStringLiteral("mnuBloqueos")));
-    }
-
     // Every menu entry names its own table of the catalogue, with a mandatory description,
     // and a key; no two entries share a command or a table.
     void catalogoDeParametros() {
@@ -163,9 +102,9 @@ private slots:
             QVERIFY2(t, qPrintable(e.tabla));
             QVERIFY(t->parametro);
             QVERIFY2(!t->clave.isEmpty() && t->tieneColumna(t->clave.first()), qPrintable(e.tabla));
-            const DescriptorColumna* d = t->columna(QStringLiteral("Descripcion"));
+            const DescriptorColumna* d = t->columna(u"Descripcion"_s);
             QVERIFY2(d && !d->Opcional && d->longitud > 0, qPrintable(e.tabla));
-            QCOMPARE(t->columnaTexto, QStringLiteral("Descripcion"));
+            QCOMPARE(t->columnaTexto, u"Descripcion"_s);
             if (t->esArbol()) QCOMPARE(t->columna(t->columnaPadre)->tipo, TipoColumna::Entero);
         }
         QCOMPARE(acciones.size(), entradasMenuParametros().size());
@@ -181,8 +120,8 @@ private slots:
             const DescriptorTabla& t = tabla(entrada.tabla);
             ++n;
             std::optional<FichaForm> ficha;
-            EditorListaForm lista(*s->e, t);
-            EditorArbolForm arbol(*s->e, t);
+            EditorListaForm lista(s->e, t);
+            EditorArbolForm arbol(s->e, t);
             if (t.esArbol()) {
                 QVERIFY(arbol.refrescar());
                 ficha = arbol.nuevaRaiz();
@@ -191,11 +130,11 @@ private slots:
                 QCOMPARE(lista.filas(), 0);
                 ficha = lista.nuevaFicha();
             }
-            QCOMPARE(ficha->titulo(), QStringLiteral("Añadir ") + t.descTabla);
+            QCOMPARE(ficha->titulo(), u"Añadir "_s + t.descTabla);
             for (const CampoFicha& c : ficha->campos())
                 ficha->setTexto(c.columna->nombre, textoDePrueba(c, ficha->opciones(c.columna->nombre), n));
-            const QString descripcion = ficha->texto(QStringLiteral("Descripcion"));
-            QVERIFY2(ficha->guardar(), qPrintable(entrada.tabla + QStringLiteral(": ") + s->d.ultimoTexto()));
+            const QString descripcion = ficha->texto(u"Descripcion"_s);
+            QVERIFY2(ficha->guardar(), qPrintable(entrada.tabla + u": "_s + s->d.ultimoTexto()));
             QCOMPARE(filas(s->t.db(), entrada.tabla), 1);
 
             if (t.esArbol()) {
@@ -204,82 +143,77 @@ private slots:
                 arbol.seleccionado = arbol.raices().first();
                 auto mod = arbol.fichaSeleccionada();
                 QVERIFY(mod);
-                mod->setTexto(QStringLiteral("Descripcion"), QStringLiteral("Cambiado"));
+                mod->setTexto(u"Descripcion"_s, u"Cambiado"_s);
                 QVERIFY(mod->guardar());
                 arbol.guardado(mod->registro());
-                QCOMPARE(dibujo(arbol), QStringList{QStringLiteral("Cambiado")});
+                QCOMPARE(dibujo(arbol), QStringList{u"Cambiado"_s});
                 s->d.si();
                 QVERIFY(arbol.eliminar());
                 QVERIFY(arbol.raices().isEmpty());
             } else {
                 QVERIFY(lista.refrescar());
                 QCOMPARE(lista.filas(), 1);
-                const int col = static_cast<int>(
-                    lista.cabeceras().indexOf(t.columna(QStringLiteral("Descripcion"))->Descripcion));
+                const int col =
+                    static_cast<int>(lista.cabeceras().indexOf(t.columna(u"Descripcion"_s)->Descripcion));
                 QCOMPARE(lista.textoCelda(0, col), descripcion);
                 lista.seleccionado = 0;
                 auto mod = lista.fichaSeleccionada();
                 QVERIFY(mod);
-                QCOMPARE(mod->titulo(), QStringLiteral("Modificar ") + t.descTabla);
-                mod->setTexto(QStringLiteral("Descripcion"), QStringLiteral("Cambiado"));
+                QCOMPARE(mod->titulo(), u"Modificar "_s + t.descTabla);
+                mod->setTexto(u"Descripcion"_s, u"Cambiado"_s);
                 QVERIFY(mod->guardar());
                 lista.guardado(mod->registro());
                 QCOMPARE(lista.seleccionado, 0);
-                QCOMPARE(lista.textoCelda(0, col), QStringLiteral("Cambiado"));
+                QCOMPARE(lista.textoCelda(0, col), u"Cambiado"_s);
                 s->d.si();
                 QVERIFY(lista.eliminar());
                 QCOMPARE(lista.filas(), 0);
             }
             QCOMPARE(filas(s->t.db(), entrada.tabla), 0);
-            QVERIFY2(
-                s->d.mensajes().size() == 1 && s->d.ultimo().pregunta,
-                qPrintable(entrada.tabla + QStringLiteral(": ") + s->d.textos().join(QStringLiteral(" | "))));
+            QVERIFY2(s->d.mensajes().size() == 1 && s->d.ultimo().pregunta,
+                     qPrintable(entrada.tabla + u": "_s + s->d.textos().join(u" | "_s)));
             s->d.limpiar();
         }
     }
 
     void listaAnadirModificarEliminar() {
         auto s = sesion();
-        const DescriptorTabla& t = tabla(QStringLiteral("FormasPago"));
-        EditorListaForm f(*s->e, t);
-        QCOMPARE(f.titulo(), QStringLiteral("Lista de Forma de Pago"));
-        QCOMPARE(f.cabeceras(), (QStringList{QStringLiteral("Código"), QStringLiteral("Descripción"),
-                                             QStringLiteral("Declarable"), QStringLiteral("Activo")}));
+        const DescriptorTabla& t = tabla(u"FormasPago"_s);
+        EditorListaForm f(s->e, t);
+        QCOMPARE(f.titulo(), u"Lista de Forma de Pago"_s);
+        QCOMPARE(f.cabeceras(), (QStringList{u"Código"_s, u"Descripción"_s, u"Declarable"_s, u"Activo"_s}));
 
         FichaForm nueva = f.nuevaFicha();
-        QVERIFY(!nueva.campo(QStringLiteral("IdFormaPago"))); // automatic key not shown
-        QCOMPARE(nueva.texto(QStringLiteral("Declarable")), QStringLiteral("Sí"));
-        nueva.setTexto(QStringLiteral("Descripcion"), QStringLiteral("TARJETA"));
-        nueva.setTexto(QStringLiteral("Declarable"), QStringLiteral("No"));
+        QVERIFY(!nueva.campo(u"IdFormaPago"_s)); // automatic key not shown
+        QCOMPARE(nueva.texto(u"Declarable"_s), u"Sí"_s);
+        nueva.setTexto(u"Descripcion"_s, u"TARJETA"_s);
+        nueva.setTexto(u"Declarable"_s, u"No"_s);
         QVERIFY(nueva.guardar());
         f.guardado(nueva.registro());
-        QVERIFY(crear(*s->e, QStringLiteral("FormasPago"),
-                      {{QStringLiteral("Descripcion"), QStringLiteral("EFECTIVO")}})
-                    .isValid());
+        QVERIFY(crear(s->e, u"FormasPago"_s, {{u"Descripcion"_s, u"EFECTIVO"_s}}).isValid());
         QVERIFY(f.refrescar());
         QCOMPARE(f.filas(), 2);
         // Ordered by description; the selection stays on the record saved last.
-        QCOMPARE(f.textoCelda(0, 1), QStringLiteral("EFECTIVO"));
-        QCOMPARE(f.textoCelda(1, 1), QStringLiteral("TARJETA"));
+        QCOMPARE(f.textoCelda(0, 1), u"EFECTIVO"_s);
+        QCOMPARE(f.textoCelda(1, 1), u"TARJETA"_s);
         QCOMPARE(f.seleccionado, 1);
-        QCOMPARE(f.textoCelda(1, 2), QStringLiteral("No"));
-        QCOMPARE(f.textoCelda(0, 2), QStringLiteral("Sí"));
+        QCOMPARE(f.textoCelda(1, 2), u"No"_s);
+        QCOMPARE(f.textoCelda(0, 2), u"Sí"_s);
         QCOMPARE(s->t.db()
-                     .valor(QStringLiteral("SELECT Declarable FROM FormasPago WHERE Descripcion = ?"),
-                            {QStringLiteral("TARJETA")})
+                     .valor(u"SELECT Declarable FROM FormasPago WHERE Descripcion = ?"_s, {u"TARJETA"_s})
                      .toString(),
-                 QStringLiteral("0"));
+                 u"0"_s);
 
         // Modify: the key is shown read-only, the list value by its text.
         auto mod = f.fichaSeleccionada();
         QVERIFY(mod);
-        QVERIFY(mod->campo(QStringLiteral("IdFormaPago"))->soloLectura);
-        QCOMPARE(mod->texto(QStringLiteral("Declarable")), QStringLiteral("No"));
-        mod->setTexto(QStringLiteral("IdFormaPago"), QStringLiteral("999"));
-        mod->setTexto(QStringLiteral("Declarable"), QStringLiteral("Sí"));
+        QVERIFY(mod->campo(u"IdFormaPago"_s)->soloLectura);
+        QCOMPARE(mod->texto(u"Declarable"_s), u"No"_s);
+        mod->setTexto(u"IdFormaPago"_s, u"999"_s);
+        mod->setTexto(u"Declarable"_s, u"Sí"_s);
         QVERIFY(mod->guardar());
         f.guardado(mod->registro());
-        QCOMPARE(f.textoCelda(1, 2), QStringLiteral("Sí"));
+        QCOMPARE(f.textoCelda(1, 2), u"Sí"_s);
         QCOMPARE(f.textoCelda(1, 0), f.registro(1).clave().toString());
         QVERIFY(f.registro(1).clave().toLongLong() != 999);
 
@@ -290,37 +224,34 @@ private slots:
         QVERIFY(!f.eliminar());
         QCOMPARE(s->d.mensajes().size(), 1);
         QVERIFY(s->d.ultimo().pregunta);
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("¡Atención!"));
-        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("¿Desea realmente eliminar el objeto seleccionado?"));
-        QCOMPARE(filas(s->t.db(), QStringLiteral("FormasPago")), 2);
+        QCOMPARE(s->d.ultimo().titulo, u"¡Atención!"_s);
+        QCOMPARE(s->d.ultimoTexto(), u"¿Desea realmente eliminar el objeto seleccionado?"_s);
+        QCOMPARE(filas(s->t.db(), u"FormasPago"_s), 2);
         s->d.si();
         QVERIFY(f.eliminar());
         QCOMPARE(f.filas(), 1);
-        QCOMPARE(f.textoCelda(0, 1), QStringLiteral("TARJETA"));
-        QCOMPARE(filas(s->t.db(), QStringLiteral("FormasPago")), 1);
+        QCOMPARE(f.textoCelda(0, 1), u"TARJETA"_s);
+        QCOMPARE(filas(s->t.db(), u"FormasPago"_s), 1);
         QCOMPARE(s->d.sinRespuesta(), 0);
     }
 
     void listaSinSeleccionYRegistroDesaparecido() {
         auto s = sesion();
-        QVERIFY(crear(*s->e, QStringLiteral("Capas"),
-                      {{QStringLiteral("Descripcion"), QStringLiteral("Atigrada")}})
-                    .isValid());
-        EditorListaForm f(*s->e, tabla(QStringLiteral("Capas")));
+        QVERIFY(crear(s->e, u"Capas"_s, {{u"Descripcion"_s, u"Atigrada"_s}}).isValid());
+        EditorListaForm f(s->e, tabla(u"Capas"_s));
         QVERIFY(f.refrescar());
         QVERIFY(!f.eliminar());
-        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("Seleccione el objeto que desea eliminar."));
+        QCOMPARE(s->d.ultimoTexto(), u"Seleccione el objeto que desea eliminar."_s);
         QVERIFY(!f.fichaSeleccionada());
-        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("Seleccione el objeto que desea modificar."));
+        QCOMPARE(s->d.ultimoTexto(), u"Seleccione el objeto que desea modificar."_s);
         QCOMPARE(s->d.mensajes().size(), 2);
 
         // Another workstation deletes the record while it is in this list.
         f.seleccionado = 0;
         auto otra = s->t.otraConexion();
-        QCOMPARE(otra->ejecutarCambio(QStringLiteral("DELETE FROM Capas")), 1);
+        QCOMPARE(otra->ejecutarCambio(u"DELETE FROM Capas"_s), 1);
         QVERIFY(!f.fichaSeleccionada());
-        QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral("El objeto seleccionado ya no existe: otro puesto lo ha eliminado."));
+        QCOMPARE(s->d.ultimoTexto(), u"El objeto seleccionado ya no existe: otro puesto lo ha eliminado."_s);
         QCOMPARE(f.filas(), 0);
         QCOMPARE(f.seleccionado, -1);
     }
@@ -329,40 +260,36 @@ private slots:
     // here until that workstation lets it go; saving or cancelling releases the lock.
     void bloqueoDeOtroPuesto() {
         auto s = sesion();
-        s->e->puesto = QStringLiteral("CONSULTA1");
-        QVERIFY(crear(*s->e, QStringLiteral("FormasPago"),
-                      {{QStringLiteral("Descripcion"), QStringLiteral("EFECTIVO")}})
-                    .isValid());
+        s->e.puesto = u"CONSULTA1"_s;
+        QVERIFY(crear(s->e, u"FormasPago"_s, {{u"Descripcion"_s, u"EFECTIVO"_s}}).isValid());
         auto conexion = s->t.otraConexion();
         ScriptedDialogs d2;
-        Entorno otro(*conexion, d2, reloj_);
-        otro.puesto = QStringLiteral("RECEPCION");
-        EditorListaForm remoto(otro, tabla(QStringLiteral("FormasPago")));
+        Entorno otro(*conexion, d2, s->reloj);
+        otro.puesto = u"RECEPCION"_s;
+        EditorListaForm remoto(otro, tabla(u"FormasPago"_s));
         QVERIFY(remoto.refrescar());
         remoto.seleccionado = 0;
         auto fichaRemota = remoto.fichaSeleccionada();
         QVERIFY(fichaRemota);
 
-        EditorListaForm local(*s->e, tabla(QStringLiteral("FormasPago")));
+        EditorListaForm local(s->e, tabla(u"FormasPago"_s));
         QVERIFY(local.refrescar());
         local.seleccionado = 0;
         QVERIFY(!local.fichaSeleccionada());
-        QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral("No es posible Modificar el/la Forma de Pago de EFECTIVO pues otro "
-                                "Puesto lo/a tiene bloqueado/a. Consulte a un Administrador."));
+        QCOMPARE(s->d.ultimoTexto(), u"No es posible Modificar el/la Forma de Pago de EFECTIVO pues otro "
+                                     "Puesto lo/a tiene bloqueado/a. Consulte a un Administrador."_s);
         QVERIFY(!local.eliminar()); // refused before the question: nothing scripted is needed
-        QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral("No es posible dar de Baja el/la Forma de Pago de EFECTIVO pues "
-                                "otro Puesto lo/a tiene bloqueado/a. Consulte a un Administrador."));
+        QCOMPARE(s->d.ultimoTexto(), u"No es posible dar de Baja el/la Forma de Pago de EFECTIVO pues "
+                                     "otro Puesto lo/a tiene bloqueado/a. Consulte a un Administrador."_s);
         QCOMPARE(s->d.sinRespuesta(), 0);
-        QCOMPARE(filas(s->t.db(), QStringLiteral("FormasPago")), 1);
+        QCOMPARE(filas(s->t.db(), u"FormasPago"_s), 1);
 
         // Saving there releases the lock: here the record can now be modified.
-        fichaRemota->setTexto(QStringLiteral("Declarable"), QStringLiteral("No"));
+        fichaRemota->setTexto(u"Declarable"_s, u"No"_s);
         QVERIFY(fichaRemota->guardar());
         auto fichaLocal = local.fichaSeleccionada();
         QVERIFY(fichaLocal);
-        QCOMPARE(fichaLocal->texto(QStringLiteral("Declarable")), QStringLiteral("No"));
+        QCOMPARE(fichaLocal->texto(u"Declarable"_s), u"No"_s);
         // ...and is locked from here in turn until cancelled.
         QVERIFY(!remoto.fichaSeleccionada());
         fichaLocal->cancelar();
@@ -374,140 +301,126 @@ private slots:
     // shown and the record stays.
     void listaErrorDeBaseDeDatos() {
         auto s = sesion();
-        const QVariant tipo = crear(*s->e, QStringLiteral("TiposCliente"),
-                                    {{QStringLiteral("Descripcion"), QStringLiteral("CRIADOR")}});
+        const QVariant tipo = crear(s->e, u"TiposCliente"_s, {{u"Descripcion"_s, u"CRIADOR"_s}});
         QVERIFY(tipo.isValid());
-        s->t.db().ejecutarDirecto(
-            QStringLiteral("CREATE TABLE PruebaRefs (Id INTEGER PRIMARY KEY, "
-                           "IdTipoCliente BIGINT REFERENCES TiposCliente (IdTipoCliente))"));
-        s->t.db().ejecutarCambio(QStringLiteral("INSERT INTO PruebaRefs (Id, IdTipoCliente) VALUES (?, ?)"),
-                                 {1, tipo});
-        EditorListaForm f(*s->e, tabla(QStringLiteral("TiposCliente")));
+        s->t.db().ejecutarDirecto(u"CREATE TABLE PruebaRefs (Id INTEGER PRIMARY KEY, "
+                                  "IdTipoCliente BIGINT REFERENCES TiposCliente (IdTipoCliente))"_s);
+        s->t.db().ejecutarCambio(u"INSERT INTO PruebaRefs (Id, IdTipoCliente) VALUES (?, ?)"_s, {1, tipo});
+        EditorListaForm f(s->e, tabla(u"TiposCliente"_s));
         QVERIFY(f.refrescar());
         f.seleccionado = 0;
         s->d.si();
         QVERIFY(!f.eliminar());
         QCOMPARE(s->d.mensajes().size(), 2);
-        QCOMPARE(s->d.ultimo().titulo,
-                 QStringLiteral("eliminar el objeto seleccionado en la 'Lista de Tipo de Cliente'"));
+        QCOMPARE(s->d.ultimo().titulo, u"eliminar el objeto seleccionado en la 'Lista de Tipo de Cliente'"_s);
         QCOMPARE(s->d.ultimo().icono, Icono::Critico);
-        QVERIFY2(s->d.ultimoTexto().startsWith(QStringLiteral("Error en B.D.: ")),
-                 qPrintable(s->d.ultimoTexto()));
-        QVERIFY(s->d.ultimoTexto().size() > QStringLiteral("Error en B.D.: ").size());
+        QVERIFY2(s->d.ultimoTexto().startsWith(u"Error en B.D.: "_s), qPrintable(s->d.ultimoTexto()));
+        QVERIFY(s->d.ultimoTexto().size() > u"Error en B.D.: "_s.size());
         QCOMPARE(f.filas(), 1);
-        QCOMPARE(filas(s->t.db(), QStringLiteral("TiposCliente")), 1);
+        QCOMPARE(filas(s->t.db(), u"TiposCliente"_s), 1);
     }
 
     // Mandatory fields are checked in column order before any value; a 0 % rate is a value.
     void fichaObligatorios() {
         auto s = sesion();
-        FichaForm f(*s->e, tabla(QStringLiteral("TiposIVA")));
-        QCOMPARE(f.titulo(), QStringLiteral("Añadir Tipo de I.V.A."));
-        f.setTexto(QStringLiteral("Descripcion"), QStringLiteral("   "));
-        f.setTexto(QStringLiteral("Porcentaje"), QStringLiteral("abc"));
+        FichaForm f(s->e, tabla(u"TiposIVA"_s));
+        QCOMPARE(f.titulo(), u"Añadir Tipo de I.V.A."_s);
+        f.setTexto(u"Descripcion"_s, u"   "_s);
+        f.setTexto(u"Porcentaje"_s, u"abc"_s);
         QVERIFY(!f.guardar());
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("Campos obligatorios no informados"));
-        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("Debe informar el campo 'Descripción'."));
-        QCOMPARE(f.foco(), QStringLiteral("Descripcion"));
+        QCOMPARE(s->d.ultimo().titulo, u"Campos obligatorios no informados"_s);
+        QCOMPARE(s->d.ultimoTexto(), u"Debe informar el campo 'Descripción'."_s);
+        QCOMPARE(f.foco(), u"Descripcion"_s);
 
-        f.setTexto(QStringLiteral("Descripcion"), QStringLiteral("EXENTO"));
-        f.setTexto(QStringLiteral("Porcentaje"), QString());
+        f.setTexto(u"Descripcion"_s, u"EXENTO"_s);
+        f.setTexto(u"Porcentaje"_s, QString());
         QVERIFY(!f.guardar());
-        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("Debe informar el campo 'Porcentaje'."));
-        QCOMPARE(f.foco(), QStringLiteral("Porcentaje"));
+        QCOMPARE(s->d.ultimoTexto(), u"Debe informar el campo 'Porcentaje'."_s);
+        QCOMPARE(f.foco(), u"Porcentaje"_s);
 
-        f.setTexto(QStringLiteral("Porcentaje"), QStringLiteral("21.5"));
+        f.setTexto(u"Porcentaje"_s, u"21.5"_s);
         QVERIFY(!f.guardar());
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("Información introducida errónea"));
+        QCOMPARE(s->d.ultimo().titulo, u"Información introducida errónea"_s);
         QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral(
-                     "El campo 'Porcentaje' debe ser un número, con coma decimal (por ejemplo 1.234,56)."));
-        QCOMPARE(filas(s->t.db(), QStringLiteral("TiposIVA")), 0);
+                 u"El campo 'Porcentaje' debe ser un número, con coma decimal (por ejemplo 1.234,56)."_s);
+        QCOMPARE(filas(s->t.db(), u"TiposIVA"_s), 0);
 
-        f.setTexto(QStringLiteral("Porcentaje"), QStringLiteral("0"));
+        f.setTexto(u"Porcentaje"_s, u"0"_s);
         QVERIFY(f.guardar());
         QCOMPARE(s->d.mensajes().size(), 3);
-        const auto r =
-            RegistroStore(s->t.db()).cargar(tabla(QStringLiteral("TiposIVA")), f.registro().clave());
+        const auto r = RegistroStore(s->t.db()).cargar(tabla(u"TiposIVA"_s), f.registro().clave());
         QVERIFY(r);
-        QCOMPARE(r->valor(QStringLiteral("Porcentaje")).toDouble(), 0.0);
-        QVERIFY(!r->valor(QStringLiteral("Porcentaje")).isNull());
-        QCOMPARE(r->texto(QStringLiteral("Activo")), QStringLiteral("S"));
+        QCOMPARE(r->valor(u"Porcentaje"_s).toDouble(), 0.0);
+        QVERIFY(!r->valor(u"Porcentaje"_s).isNull());
+        QCOMPARE(r->texto(u"Activo"_s), u"S"_s);
     }
 
     void fichaLongitudYListas() {
         auto s = sesion();
-        FichaForm f(*s->e, tabla(QStringLiteral("TiposCliente")));
-        const QString cuarenta = QString(39, QLatin1Char('a')) + QStringLiteral("ñ");
-        f.setTexto(QStringLiteral("Descripcion"), cuarenta + QStringLiteral("x"));
+        FichaForm f(s->e, tabla(u"TiposCliente"_s));
+        const QString cuarenta = QString(39, QLatin1Char('a')) + u"ñ"_s;
+        f.setTexto(u"Descripcion"_s, cuarenta + u"x"_s);
         QVERIFY(!f.guardar());
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("Información introducida errónea"));
-        QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral("El campo 'Descripción' no puede tener más de 40 caracteres."));
-        QCOMPARE(filas(s->t.db(), QStringLiteral("TiposCliente")), 0);
+        QCOMPARE(s->d.ultimo().titulo, u"Información introducida errónea"_s);
+        QCOMPARE(s->d.ultimoTexto(), u"El campo 'Descripción' no puede tener más de 40 caracteres."_s);
+        QCOMPARE(filas(s->t.db(), u"TiposCliente"_s), 0);
         // Blanks around do not count, and are not stored.
-        f.setTexto(QStringLiteral("Descripcion"), QStringLiteral("  ") + cuarenta + QStringLiteral(" "));
-        QCOMPARE(f.opciones(QStringLiteral("Activo")),
-                 (QStringList{QStringLiteral("Sí"), QStringLiteral("No")}));
-        f.setTexto(QStringLiteral("Activo"), QStringLiteral("Quizá"));
+        f.setTexto(u"Descripcion"_s, u"  "_s + cuarenta + u" "_s);
+        QCOMPARE(f.opciones(u"Activo"_s), (QStringList{u"Sí"_s, u"No"_s}));
+        f.setTexto(u"Activo"_s, u"Quizá"_s);
         QVERIFY(!f.guardar());
-        QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral("El campo 'Activo' debe tomar uno de estos valores: Sí, No."));
-        QCOMPARE(f.foco(), QStringLiteral("Activo"));
-        f.setTexto(QStringLiteral("Activo"), QStringLiteral("No"));
+        QCOMPARE(s->d.ultimoTexto(), u"El campo 'Activo' debe tomar uno de estos valores: Sí, No."_s);
+        QCOMPARE(f.foco(), u"Activo"_s);
+        f.setTexto(u"Activo"_s, u"No"_s);
         QVERIFY(f.guardar());
-        const auto r =
-            RegistroStore(s->t.db()).cargar(tabla(QStringLiteral("TiposCliente")), f.registro().clave());
-        QCOMPARE(r->texto(QStringLiteral("Descripcion")), cuarenta);
-        QCOMPARE(r->texto(QStringLiteral("Activo")), QStringLiteral("N"));
-        QCOMPARE(FichaForm(*s->e, *r).texto(QStringLiteral("Activo")), QStringLiteral("No"));
+        const auto r = RegistroStore(s->t.db()).cargar(tabla(u"TiposCliente"_s), f.registro().clave());
+        QCOMPARE(r->texto(u"Descripcion"_s), cuarenta);
+        QCOMPARE(r->texto(u"Activo"_s), u"N"_s);
+        QCOMPARE(FichaForm(s->e, *r).texto(u"Activo"_s), u"No"_s);
 
         // An optional field typed freely offers no list; an optional list starts empty.
-        FichaForm p(*s->e, tabla(QStringLiteral("Poblaciones")));
-        QVERIFY(p.opciones(QStringLiteral("CodigoPostal")).isEmpty());
-        QVERIFY(!p.campo(QStringLiteral("CodigoPostal"))->obligatorio);
-        QVERIFY(p.campo(QStringLiteral("Descripcion"))->obligatorio);
-        DescriptorTabla conLista = tabla(QStringLiteral("Poblaciones"));
-        conLista.columnaS.append(colLista(QStringLiteral("Zona"), QStringLiteral("Zona"),
-                                          {QStringLiteral("U"), QStringLiteral("R")},
-                                          {QStringLiteral("Urbana"), QStringLiteral("Rural")}));
-        QCOMPARE(FichaForm(*s->e, conLista).opciones(QStringLiteral("Zona")),
-                 (QStringList{QString(), QStringLiteral("Urbana"), QStringLiteral("Rural")}));
+        FichaForm p(s->e, tabla(u"Poblaciones"_s));
+        QVERIFY(p.opciones(u"CodigoPostal"_s).isEmpty());
+        QVERIFY(!p.campo(u"CodigoPostal"_s)->obligatorio);
+        QVERIFY(p.campo(u"Descripcion"_s)->obligatorio);
+        DescriptorTabla conLista = tabla(u"Poblaciones"_s);
+        conLista.columnaS.append(colLista(u"Zona"_s, u"Zona"_s, {u"U"_s, u"R"_s}, {u"Urbana"_s, u"Rural"_s}));
+        QCOMPARE(FichaForm(s->e, conLista).opciones(u"Zona"_s),
+                 (QStringList{QString(), u"Urbana"_s, u"Rural"_s}));
     }
 
     // A key the clinic types: mandatory, unique, and fixed once the record exists.
     void fichaClaveTecleada() {
         auto s = sesion();
-        const DescriptorTabla& t = tabla(QStringLiteral("Provincias"));
-        FichaForm f(*s->e, t);
-        QVERIFY(f.campo(QStringLiteral("CodigoProvincia")));
-        QVERIFY(!f.campo(QStringLiteral("CodigoProvincia"))->soloLectura);
-        f.setTexto(QStringLiteral("CodigoProvincia"), QStringLiteral("280"));
-        f.setTexto(QStringLiteral("Descripcion"), QStringLiteral("Madrid"));
+        const DescriptorTabla& t = tabla(u"Provincias"_s);
+        FichaForm f(s->e, t);
+        QVERIFY(f.campo(u"CodigoProvincia"_s));
+        QVERIFY(!f.campo(u"CodigoProvincia"_s)->soloLectura);
+        f.setTexto(u"CodigoProvincia"_s, u"280"_s);
+        f.setTexto(u"Descripcion"_s, u"Madrid"_s);
         QVERIFY(!f.guardar());
-        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("El campo 'Código' no puede tener más de 2 caracteres."));
-        f.setTexto(QStringLiteral("CodigoProvincia"), QStringLiteral("28"));
+        QCOMPARE(s->d.ultimoTexto(), u"El campo 'Código' no puede tener más de 2 caracteres."_s);
+        f.setTexto(u"CodigoProvincia"_s, u"28"_s);
         QVERIFY(f.guardar());
 
-        FichaForm otra(*s->e, t);
-        otra.setTexto(QStringLiteral("CodigoProvincia"), QStringLiteral(" 28 "));
-        otra.setTexto(QStringLiteral("Descripcion"), QStringLiteral("Otra"));
+        FichaForm otra(s->e, t);
+        otra.setTexto(u"CodigoProvincia"_s, u" 28 "_s);
+        otra.setTexto(u"Descripcion"_s, u"Otra"_s);
         QVERIFY(!otra.guardar());
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("¡Atención!"));
-        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("Ya existe otro registro con Código '28'."));
-        QCOMPARE(otra.foco(), QStringLiteral("CodigoProvincia"));
-        QCOMPARE(filas(s->t.db(), QStringLiteral("Provincias")), 1);
+        QCOMPARE(s->d.ultimo().titulo, u"¡Atención!"_s);
+        QCOMPARE(s->d.ultimoTexto(), u"Ya existe otro registro con Código '28'."_s);
+        QCOMPARE(otra.foco(), u"CodigoProvincia"_s);
+        QCOMPARE(filas(s->t.db(), u"Provincias"_s), 1);
 
-        const auto r = RegistroStore(s->t.db()).cargar(t, QStringLiteral("28"));
-        FichaForm mod(*s->e, *r);
-        QVERIFY(mod.campo(QStringLiteral("CodigoProvincia"))->soloLectura);
-        mod.setTexto(QStringLiteral("CodigoProvincia"), QStringLiteral("29"));
-        mod.setTexto(QStringLiteral("Descripcion"), QStringLiteral("Madrid (Comunidad)"));
+        const auto r = RegistroStore(s->t.db()).cargar(t, u"28"_s);
+        FichaForm mod(s->e, *r);
+        QVERIFY(mod.campo(u"CodigoProvincia"_s)->soloLectura);
+        mod.setTexto(u"CodigoProvincia"_s, u"29"_s);
+        mod.setTexto(u"Descripcion"_s, u"Madrid (Comunidad)"_s);
         QVERIFY(mod.guardar());
-        QCOMPARE(
-            RegistroStore(s->t.db()).cargar(t, QStringLiteral("28"))->texto(QStringLiteral("Descripcion")),
-            QStringLiteral("Madrid (Comunidad)"));
-        QVERIFY(!RegistroStore(s->t.db()).cargar(t, QStringLiteral("29")));
+        QCOMPARE(RegistroStore(s->t.db()).cargar(t, u"28"_s)->texto(u"Descripcion"_s),
+                 u"Madrid (Comunidad)"_s);
+        QVERIFY(!RegistroStore(s->t.db()).cargar(t, u"29"_s));
     }
 
     void leerValor_data() {
@@ -515,54 +428,36 @@ private slots:
         QTest::addColumn<QString>("texto");
         QTest::addColumn<QVariant>("esperado"); // invalid: refused
         QTest::addColumn<QString>("error");
-        QTest::newRow("entero") << "Numero"
-                                << " 1.234 " << QVariant(qlonglong(1234)) << "";
-        QTest::newRow("entero negativo") << "Numero"
-                                         << "-7" << QVariant(qlonglong(-7)) << "";
-        QTest::newRow("entero con decimales")
-            << "Numero"
-            << "7,5" << QVariant() << "El campo 'Número' debe ser un número entero.";
-        QTest::newRow("entero letras")
-            << "Numero"
-            << "siete" << QVariant() << "El campo 'Número' debe ser un número entero.";
-        QTest::newRow("decimal") << "Importe"
-                                 << "1.234,567" << QVariant(1234.567) << "";
-        QTest::newRow("decimal con punto")
-            << "Importe"
-            << "1.5" << QVariant()
-            << "El campo 'Importe' debe ser un número, con coma decimal (por ejemplo "
-               "1.234,56).";
-        QTest::newRow("fecha") << "Fecha"
-                               << "1/2/2026" << QVariant(QDate(2026, 2, 1)) << "";
-        QTest::newRow("fecha imposible")
-            << "Fecha"
-            << "30/02/2026" << QVariant() << "El campo 'Fecha' debe ser una fecha con el formato dd/mm/aaaa.";
-        QTest::newRow("hora") << "Hora"
-                              << "9:05" << QVariant(QTime(9, 5)) << "";
-        QTest::newRow("hora imposible")
-            << "Hora"
-            << "24:00" << QVariant() << "El campo 'Hora' debe ser una hora con el formato hh:mm.";
-        QTest::newRow("momento") << "Momento"
-                                 << "02/03/2026 10:30"
-                                 << QVariant(QDateTime(QDate(2026, 3, 2), QTime(10, 30))) << "";
-        QTest::newRow("momento sin hora")
-            << "Momento"
-            << "02/03/2026" << QVariant()
-            << "El campo 'Momento' debe ser una fecha y hora con el formato dd/mm/aaaa "
-               "hh:mm.";
-        QTest::newRow("sí") << "Marca"
-                            << "Sí" << QVariant(true) << "";
-        QTest::newRow("no") << "Marca"
-                            << "No" << QVariant(false) << "";
-        QTest::newRow("marca otra") << "Marca"
-                                    << "si" << QVariant()
-                                    << "El campo 'Marca' debe tomar uno de estos valores: Sí, No.";
-        QTest::newRow("memo conserva blancos")
-            << "Notas"
-            << " dos\nlíneas " << QVariant(QStringLiteral(" dos\nlíneas ")) << "";
-        QTest::newRow("texto largo") << "Codigo"
-                                     << "ABCDE" << QVariant()
-                                     << "El campo 'Código' no puede tener más de 4 caracteres.";
+        auto fila = [](const char* nombre, QString a0, QString a1, QVariant a2, QString a3) {
+            QTest::newRow(nombre) << a0 << a1 << a2 << a3;
+        };
+        fila("entero", "Numero", " 1.234 ", QVariant(qlonglong(1234)), "");
+        fila("entero negativo", "Numero", "-7", QVariant(qlonglong(-7)), "");
+        fila("entero con decimales", "Numero", "7,5", QVariant(),
+             "El campo 'Número' debe ser un número entero.");
+        fila("entero letras", "Numero", "siete", QVariant(), "El campo 'Número' debe ser un número entero.");
+        fila("decimal", "Importe", "1.234,567", QVariant(1234.567), "");
+        fila("decimal con punto", "Importe", "1.5", QVariant(),
+             "El campo 'Importe' debe ser un número, con coma decimal (por ejemplo "
+             "1.234,56).");
+        fila("fecha", "Fecha", "1/2/2026", QVariant(QDate(2026, 2, 1)), "");
+        fila("fecha imposible", "Fecha", "30/02/2026", QVariant(),
+             "El campo 'Fecha' debe ser una fecha con el formato dd/mm/aaaa.");
+        fila("hora", "Hora", "9:05", QVariant(QTime(9, 5)), "");
+        fila("hora imposible", "Hora", "24:00", QVariant(),
+             "El campo 'Hora' debe ser una hora con el formato hh:mm.");
+        fila("momento", "Momento", "02/03/2026 10:30", QVariant(QDateTime(QDate(2026, 3, 2), QTime(10, 30))),
+             "");
+        fila("momento sin hora", "Momento", "02/03/2026", QVariant(),
+             "El campo 'Momento' debe ser una fecha y hora con el formato dd/mm/aaaa "
+             "hh:mm.");
+        fila("sí", "Marca", "Sí", QVariant(true), "");
+        fila("no", "Marca", "No", QVariant(false), "");
+        fila("marca otra", "Marca", "si", QVariant(),
+             "El campo 'Marca' debe tomar uno de estos valores: Sí, No.");
+        fila("memo conserva blancos", "Notas", " dos\nlíneas ", QVariant(u" dos\nlíneas "_s), "");
+        fila("texto largo", "Codigo", "ABCDE", QVariant(),
+             "El campo 'Código' no puede tener más de 4 caracteres.");
     }
 
     // Every kind of column read from what is typed, and written back as it was typed.
@@ -588,35 +483,28 @@ private slots:
         const DescriptorTabla& t = tablaDeTipos();
         for (const auto& sql : sqlCrearTabla(t, s->t.db().motor(), 1))
             s->t.db().ejecutarDirecto(sql);
-        FichaForm f(*s->e, t);
-        QCOMPARE(f.opciones(QStringLiteral("Marca")),
-                 (QStringList{QString(), QStringLiteral("Sí"), QStringLiteral("No")}));
+        FichaForm f(s->e, t);
+        QCOMPARE(f.opciones(u"Marca"_s), (QStringList{QString(), u"Sí"_s, u"No"_s}));
         const QHash<QString, QString> textos = {
-            {QStringLiteral("Codigo"), QStringLiteral("A1")},
-            {QStringLiteral("Numero"), QStringLiteral("42")},
-            {QStringLiteral("Importe"), QStringLiteral("0,125")},
-            {QStringLiteral("Fecha"), QStringLiteral("29/02/2028")},
-            {QStringLiteral("Hora"), QStringLiteral("23:59:30")},
-            {QStringLiteral("Momento"), QStringLiteral("31/12/2026 08:05")},
-            {QStringLiteral("Marca"), QStringLiteral("No")},
-            {QStringLiteral("Notas"), QStringLiteral("uno\ndos")},
+            {u"Codigo"_s, u"A1"_s},        {u"Numero"_s, u"42"_s},      {u"Importe"_s, u"0,125"_s},
+            {u"Fecha"_s, u"29/02/2028"_s}, {u"Hora"_s, u"23:59:30"_s},  {u"Momento"_s, u"31/12/2026 08:05"_s},
+            {u"Marca"_s, u"No"_s},         {u"Notas"_s, u"uno\ndos"_s},
         };
         for (auto it = textos.cbegin(); it != textos.cend(); ++it)
             f.setTexto(it.key(), it.value());
         QVERIFY2(f.guardar(), qPrintable(s->d.ultimoTexto()));
-        const auto r = RegistroStore(s->t.db()).cargar(t, QStringLiteral("A1"));
+        const auto r = RegistroStore(s->t.db()).cargar(t, u"A1"_s);
         QVERIFY(r);
-        FichaForm leido(*s->e, *r);
+        FichaForm leido(s->e, *r);
         for (auto it = textos.cbegin(); it != textos.cend(); ++it)
             QCOMPARE(leido.texto(it.key()), it.value());
         // Empty optional fields are stored as nothing.
-        FichaForm vacio(*s->e, t);
-        vacio.setTexto(QStringLiteral("Codigo"), QStringLiteral("B"));
+        FichaForm vacio(s->e, t);
+        vacio.setTexto(u"Codigo"_s, u"B"_s);
         QVERIFY(vacio.guardar());
-        const auto rv = RegistroStore(s->t.db()).cargar(t, QStringLiteral("B"));
+        const auto rv = RegistroStore(s->t.db()).cargar(t, u"B"_s);
         for (const auto& c : t.columnaS)
-            if (c.nombre != QStringLiteral("Codigo"))
-                QVERIFY2(rv->valor(c.nombre).isNull(), qPrintable(c.nombre));
+            if (c.nombre != u"Codigo"_s) QVERIFY2(rv->valor(c.nombre).isNull(), qPrintable(c.nombre));
     }
 
     void ramaConBucles() {
@@ -630,27 +518,26 @@ private slots:
 
     void arbolAnadir() {
         auto s = sesion();
-        const DescriptorTabla& t = tabla(QStringLiteral("Diagnosticos"));
-        EditorArbolForm f(*s->e, t);
-        QCOMPARE(f.titulo(), QStringLiteral("Arbol de Diagnóstico"));
-        QCOMPARE(f.cabecera(), QStringLiteral("Diagnóstico"));
+        const DescriptorTabla& t = tabla(u"Diagnosticos"_s);
+        EditorArbolForm f(s->e, t);
+        QCOMPARE(f.titulo(), u"Arbol de Diagnóstico"_s);
+        QCOMPARE(f.cabecera(), u"Diagnóstico"_s);
         QVERIFY(f.refrescar());
         QVERIFY(!f.nuevoHijo());
-        QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral("Seleccione el objeto del que dependerá el nuevo objeto."));
+        QCOMPARE(s->d.ultimoTexto(), u"Seleccione el objeto del que dependerá el nuevo objeto."_s);
 
         FichaForm raiz = f.nuevaRaiz();
-        QVERIFY(!raiz.campo(QStringLiteral("IdPadre")));
-        raiz.setTexto(QStringLiteral("Descripcion"), QStringLiteral("Piel"));
+        QVERIFY(!raiz.campo(u"IdPadre"_s));
+        raiz.setTexto(u"Descripcion"_s, u"Piel"_s);
         QVERIFY(raiz.guardar());
         f.guardado(raiz.registro());
         QCOMPARE(f.seleccionado, raiz.registro().clave().toString());
-        for (const QString& texto : {QStringLiteral("Otitis"), QStringLiteral("Dermatitis")}) {
+        for (const QString& texto : {u"Otitis"_s, u"Dermatitis"_s}) {
             f.seleccionado = raiz.registro().clave().toString();
             auto hijo = f.nuevoHijo();
             QVERIFY(hijo);
-            QVERIFY(!hijo->campo(QStringLiteral("IdPadre")));
-            hijo->setTexto(QStringLiteral("Descripcion"), texto);
+            QVERIFY(!hijo->campo(u"IdPadre"_s));
+            hijo->setTexto(u"Descripcion"_s, texto);
             QVERIFY(hijo->guardar());
             f.guardado(hijo->registro());
             QCOMPARE(f.padreMostrado(f.seleccionado), raiz.registro().clave().toString());
@@ -659,15 +546,14 @@ private slots:
         QCOMPARE(dibujo(f), (QStringList{"Piel", "  Dermatitis", "  Otitis"}));
         auto mod = f.fichaSeleccionada(); // Dermatitis, saved last
         QVERIFY(mod);
-        mod->setTexto(QStringLiteral("Descripcion"), QStringLiteral("Dermatitis atópica"));
+        mod->setTexto(u"Descripcion"_s, u"Dermatitis atópica"_s);
         QVERIFY(mod->guardar());
-        QCOMPARE(mod->registro().valor(QStringLiteral("IdPadre")).toLongLong(),
-                 raiz.registro().clave().toLongLong());
-        QCOMPARE(s->t.db()
-                     .valor(QStringLiteral("SELECT IdPadre FROM Diagnosticos WHERE Descripcion = ?"),
-                            {QStringLiteral("Dermatitis atópica")})
-                     .toLongLong(),
-                 raiz.registro().clave().toLongLong());
+        QCOMPARE(mod->registro().valor(u"IdPadre"_s).toLongLong(), raiz.registro().clave().toLongLong());
+        QCOMPARE(
+            s->t.db()
+                .valor(u"SELECT IdPadre FROM Diagnosticos WHERE Descripcion = ?"_s, {u"Dermatitis atópica"_s})
+                .toLongLong(),
+            raiz.registro().clave().toLongLong());
         QCOMPARE(s->d.mensajes().size(), 1);
     }
 
@@ -675,15 +561,15 @@ private slots:
     void arbolEliminarRama() {
         auto s = sesion();
         Database& db = s->t.db();
-        const QString t = QStringLiteral("GruposSintomas");
-        const QVariant a = crearNodo(db, t, QStringLiteral("Digestivos"), {});
-        const QVariant a1 = crearNodo(db, t, QStringLiteral("Vómitos"), a);
-        crearNodo(db, t, QStringLiteral("Diarrea"), a);
-        crearNodo(db, t, QStringLiteral("Hematemesis"), a1);
-        const QVariant b = crearNodo(db, t, QStringLiteral("Respiratorios"), {});
-        crearNodo(db, t, QStringLiteral("Tos"), b);
+        const QString t = u"GruposSintomas"_s;
+        const QVariant a = crearNodo(db, t, u"Digestivos"_s, {});
+        const QVariant a1 = crearNodo(db, t, u"Vómitos"_s, a);
+        crearNodo(db, t, u"Diarrea"_s, a);
+        crearNodo(db, t, u"Hematemesis"_s, a1);
+        const QVariant b = crearNodo(db, t, u"Respiratorios"_s, {});
+        crearNodo(db, t, u"Tos"_s, b);
 
-        EditorArbolForm f(*s->e, tabla(t));
+        EditorArbolForm f(s->e, tabla(t));
         QVERIFY(f.refrescar());
         QCOMPARE(dibujo(f), (QStringList{"Digestivos", "  Diarrea", "  Vómitos", "    Hematemesis",
                                          "Respiratorios", "  Tos"}));
@@ -691,10 +577,9 @@ private slots:
         s->d.no();
         QVERIFY(!f.eliminar());
         QCOMPARE(filas(db, t), 6);
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("¡Atención!"));
-        QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral("¿Desea realmente eliminar el objeto seleccionado? (Se eliminarán "
-                                "todos sus hijos también)"));
+        QCOMPARE(s->d.ultimo().titulo, u"¡Atención!"_s);
+        QCOMPARE(s->d.ultimoTexto(), u"¿Desea realmente eliminar el objeto seleccionado? (Se eliminarán "
+                                     "todos sus hijos también)"_s);
         s->d.limpiar();
         s->d.si();
         QVERIFY(f.eliminar());
@@ -708,23 +593,21 @@ private slots:
     void arbolEliminarEsUnaTransaccion() {
         auto s = sesion();
         Database& db = s->t.db();
-        const QString t = QStringLiteral("Diagnosticos");
-        const QVariant a = crearNodo(db, t, QStringLiteral("Cardiología"), {});
-        const QVariant a1 = crearNodo(db, t, QStringLiteral("Soplo"), a);
-        crearNodo(db, t, QStringLiteral("Arritmia"), a);
-        db.ejecutarDirecto(QStringLiteral("CREATE TABLE PruebaVisitas (Id INTEGER PRIMARY KEY, "
-                                          "IdDiagnostico BIGINT REFERENCES Diagnosticos (IdDiagnostico))"));
-        db.ejecutarCambio(QStringLiteral("INSERT INTO PruebaVisitas (Id, IdDiagnostico) VALUES (?, ?)"),
-                          {1, a1});
-        EditorArbolForm f(*s->e, tabla(t));
+        const QString t = u"Diagnosticos"_s;
+        const QVariant a = crearNodo(db, t, u"Cardiología"_s, {});
+        const QVariant a1 = crearNodo(db, t, u"Soplo"_s, a);
+        crearNodo(db, t, u"Arritmia"_s, a);
+        db.ejecutarDirecto(u"CREATE TABLE PruebaVisitas (Id INTEGER PRIMARY KEY, "
+                           "IdDiagnostico BIGINT REFERENCES Diagnosticos (IdDiagnostico))"_s);
+        db.ejecutarCambio(u"INSERT INTO PruebaVisitas (Id, IdDiagnostico) VALUES (?, ?)"_s, {1, a1});
+        EditorArbolForm f(s->e, tabla(t));
         QVERIFY(f.refrescar());
         f.seleccionado = a.toString();
         s->d.si();
         QVERIFY(!f.eliminar());
         QCOMPARE(s->d.mensajes().size(), 2);
-        QCOMPARE(s->d.ultimo().titulo,
-                 QStringLiteral("eliminar el objeto seleccionado en el 'Arbol de Diagnóstico'"));
-        QVERIFY(s->d.ultimoTexto().startsWith(QStringLiteral("Error en B.D.: ")));
+        QCOMPARE(s->d.ultimo().titulo, u"eliminar el objeto seleccionado en el 'Arbol de Diagnóstico'"_s);
+        QVERIFY(s->d.ultimoTexto().startsWith(u"Error en B.D.: "_s));
         QCOMPARE(filas(db, t), 3);
         QCOMPARE(dibujo(f), (QStringList{"Cardiología", "  Arritmia", "  Soplo"}));
         QVERIFY(!db.enTransaccion());
@@ -736,20 +619,18 @@ private slots:
     void arbolDatosDanados() {
         auto s = sesion();
         Database& db = s->t.db();
-        const QString t = QStringLiteral("Diagnosticos");
-        const qlonglong x = crearNodo(db, t, QStringLiteral("X"), {}).toLongLong();
-        const qlonglong y = crearNodo(db, t, QStringLiteral("Y"), x).toLongLong();
-        crearNodo(db, t, QStringLiteral("Z"), y);
-        const qlonglong yo = crearNodo(db, t, QStringLiteral("Yo"), {}).toLongLong();
-        crearNodo(db, t, QStringLiteral("Huérfano"), 999999);
-        const qlonglong sano = crearNodo(db, t, QStringLiteral("Sano"), {}).toLongLong();
-        crearNodo(db, t, QStringLiteral("Hijo sano"), sano);
-        db.ejecutarCambio(QStringLiteral("UPDATE Diagnosticos SET IdPadre = ? WHERE IdDiagnostico = ?"),
-                          {y, x});
-        db.ejecutarCambio(QStringLiteral("UPDATE Diagnosticos SET IdPadre = ? WHERE IdDiagnostico = ?"),
-                          {yo, yo});
+        const QString t = u"Diagnosticos"_s;
+        const qlonglong x = crearNodo(db, t, u"X"_s, {}).toLongLong();
+        const qlonglong y = crearNodo(db, t, u"Y"_s, x).toLongLong();
+        crearNodo(db, t, u"Z"_s, y);
+        const qlonglong yo = crearNodo(db, t, u"Yo"_s, {}).toLongLong();
+        crearNodo(db, t, u"Huérfano"_s, 999999);
+        const qlonglong sano = crearNodo(db, t, u"Sano"_s, {}).toLongLong();
+        crearNodo(db, t, u"Hijo sano"_s, sano);
+        db.ejecutarCambio(u"UPDATE Diagnosticos SET IdPadre = ? WHERE IdDiagnostico = ?"_s, {y, x});
+        db.ejecutarCambio(u"UPDATE Diagnosticos SET IdPadre = ? WHERE IdDiagnostico = ?"_s, {yo, yo});
 
-        EditorArbolForm f(*s->e, tabla(t));
+        EditorArbolForm f(s->e, tabla(t));
         QVERIFY(f.refrescar());
         QCOMPARE(dibujo(f), (QStringList{"Huérfano", "Sano", "  Hijo sano", "X", "  Y", "    Z", "Yo"}));
         QCOMPARE(f.totalNodos(), 7);

@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
+
 class TestTemporizadores : public QObject {
     Q_OBJECT
 private slots:
@@ -13,20 +15,18 @@ private slots:
         QTest::addColumn<bool>("toca");
         QTest::addColumn<QString>("fecha");
         QTest::addColumn<QString>("hora");
+        auto fila = [](const char* nombre, QDateTime a0, bool a1, QString a2, QString a3) {
+            QTest::newRow(nombre) << a0 << a1 << a2 << a3;
+        };
         const QDate d(2026, 3, 9);
-        QTest::newRow("10:04 nada") << QDateTime(d, QTime(10, 4, 59)) << false << QString() << QString();
-        QTest::newRow("10:05") << QDateTime(d, QTime(10, 5, 0)) << true << QStringLiteral("09/03/2026")
-                               << QStringLiteral("10:05");
-        QTest::newRow("10:05 con segundos") << QDateTime(d, QTime(10, 5, 42)) << true
-                                            << QStringLiteral("09/03/2026") << QStringLiteral("10:05");
-        QTest::newRow("medianoche") << QDateTime(d, QTime(0, 0)) << true << QStringLiteral("09/03/2026")
-                                    << QStringLiteral("00:00");
-        QTest::newRow("23:55") << QDateTime(QDate(2026, 12, 31), QTime(23, 55)) << true
-                               << QStringLiteral("31/12/2026") << QStringLiteral("23:55");
-        QTest::newRow("10:50") << QDateTime(d, QTime(10, 50)) << true << QStringLiteral("09/03/2026")
-                               << QStringLiteral("10:50");
-        QTest::newRow("10:51") << QDateTime(d, QTime(10, 51)) << false << QString() << QString();
-        QTest::newRow("10:15 no 10:16") << QDateTime(d, QTime(10, 16)) << false << QString() << QString();
+        fila("10:04 nada", QDateTime(d, QTime(10, 4, 59)), false, QString(), QString());
+        fila("10:05", QDateTime(d, QTime(10, 5, 0)), true, u"09/03/2026"_s, u"10:05"_s);
+        fila("10:05 con segundos", QDateTime(d, QTime(10, 5, 42)), true, u"09/03/2026"_s, u"10:05"_s);
+        fila("medianoche", QDateTime(d, QTime(0, 0)), true, u"09/03/2026"_s, u"00:00"_s);
+        fila("23:55", QDateTime(QDate(2026, 12, 31), QTime(23, 55)), true, u"31/12/2026"_s, u"23:55"_s);
+        fila("10:50", QDateTime(d, QTime(10, 50)), true, u"09/03/2026"_s, u"10:50"_s);
+        fila("10:51", QDateTime(d, QTime(10, 51)), false, QString(), QString());
+        fila("10:15 no 10:16", QDateTime(d, QTime(10, 16)), false, QString(), QString());
     }
     void agenda() {
         QFETCH(QDateTime, ahora);
@@ -44,15 +44,12 @@ private slots:
     void rutaCopia_data() {
         QTest::addColumn<QString>("bd");
         QTest::addColumn<QString>("copia");
-        QTest::newRow("normal") << QStringLiteral("/srv/pramelvix/datos/Pramelvix.mdb")
-                                << QStringLiteral("/srv/pramelvix/datos/CopiaAutomBD.MDB");
-        QTest::newRow("minúsculas") << QStringLiteral("/srv/clinica/datos/pramelvix.mdb")
-                                    << QStringLiteral("/srv/clinica/datos/CopiaAutomBD.MDB");
-        QTest::newRow("mayúsculas") << QStringLiteral("/SRV/DATOS/PRAMELVIX.MDB")
-                                    << QStringLiteral("/SRV/DATOS/CopiaAutomBD.MDB");
+        auto fila = [](const char* nombre, QString a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
+        fila("normal", u"/srv/pramelvix/datos/Pramelvix.mdb"_s, u"/srv/pramelvix/datos/CopiaAutomBD.MDB"_s);
+        fila("minúsculas", u"/srv/clinica/datos/pramelvix.mdb"_s, u"/srv/clinica/datos/CopiaAutomBD.MDB"_s);
+        fila("mayúsculas", u"/SRV/DATOS/PRAMELVIX.MDB"_s, u"/SRV/DATOS/CopiaAutomBD.MDB"_s);
         // A database picked by hand under another name still gets its copy beside it.
-        QTest::newRow("otro nombre") << QStringLiteral("/home/ana/Copia.mdb")
-                                     << QStringLiteral("/home/ana/CopiaAutomBD.MDB");
+        fila("otro nombre", u"/home/ana/Copia.mdb"_s, u"/home/ana/CopiaAutomBD.MDB"_s);
     }
     void rutaCopia() {
         QFETCH(QString, bd);
@@ -75,12 +72,12 @@ private slots:
     void codigoBarras_data() {
         QTest::addColumn<QString>("leido");
         QTest::addColumn<QString>("secuencia");
-        QTest::newRow("dígitos") << QStringLiteral("8412345678905") << QStringLiteral("8412345678905");
-        QTest::newRow("todos los especiales")
-            << QStringLiteral("+^%~()[]{}") << QStringLiteral("{+}{^}{%}{~}{(}{)}{[}{]}{{}{}}");
-        QTest::newRow("mezcla") << QStringLiteral("A+B(1)") << QStringLiteral("A{+}B{(}1{)}");
-        QTest::newRow("otros signos") << QStringLiteral("A-B/C.D*E") << QStringLiteral("A-B/C.D*E");
-        QTest::newRow("vacío") << QString() << QString();
+        auto fila = [](const char* nombre, QString a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
+        fila("dígitos", u"8412345678905"_s, u"8412345678905"_s);
+        fila("todos los especiales", u"+^%~()[]{}"_s, u"{+}{^}{%}{~}{(}{)}{[}{]}{{}{}}"_s);
+        fila("mezcla", u"A+B(1)"_s, u"A{+}B{(}1{)}"_s);
+        fila("otros signos", u"A-B/C.D*E"_s, u"A-B/C.D*E"_s);
+        fila("vacío", QString(), QString());
     }
     void codigoBarras() {
         QFETCH(QString, leido);
@@ -94,15 +91,18 @@ private slots:
         QTest::addColumn<QString>("dias");
         QTest::addColumn<QDate>("ultima");
         QTest::addColumn<bool>("toca");
+        auto fila = [](const char* nombre, QString a0, QDate a1, bool a2) {
+            QTest::newRow(nombre) << a0 << a1 << a2;
+        };
         const QDate hoy(2026, 11, 23);
-        QTest::newRow("0 nunca") << QStringLiteral("0") << hoy.addDays(-400) << false;
-        QTest::newRow("vacío nunca") << QString() << hoy.addDays(-400) << false;
-        QTest::newRow("no numérico") << QStringLiteral("siete") << hoy.addDays(-400) << false;
-        QTest::newRow("negativo") << QStringLiteral("-3") << hoy.addDays(-400) << false;
-        QTest::newRow("antes de plazo") << QStringLiteral("7") << hoy.addDays(-6) << false;
-        QTest::newRow("justo el plazo") << QStringLiteral("7") << hoy.addDays(-7) << true;
-        QTest::newRow("pasado el plazo") << QStringLiteral("7") << hoy.addDays(-30) << true;
-        QTest::newRow("sin fecha anterior") << QStringLiteral("7") << QDate() << true;
+        fila("0 nunca", u"0"_s, hoy.addDays(-400), false);
+        fila("vacío nunca", QString(), hoy.addDays(-400), false);
+        fila("no numérico", u"siete"_s, hoy.addDays(-400), false);
+        fila("negativo", u"-3"_s, hoy.addDays(-400), false);
+        fila("antes de plazo", u"7"_s, hoy.addDays(-6), false);
+        fila("justo el plazo", u"7"_s, hoy.addDays(-7), true);
+        fila("pasado el plazo", u"7"_s, hoy.addDays(-30), true);
+        fila("sin fecha anterior", u"7"_s, QDate(), true);
     }
     void compactacion() {
         QFETCH(QString, dias);
@@ -113,23 +113,22 @@ private slots:
     }
 
     void autoGuardado() {
-        QCOMPARE(textoAutoGuardado(0), QStringLiteral("AutoGuardado DESACTIVADO"));
-        QCOMPARE(textoAutoGuardado(-5), QStringLiteral("AutoGuardado DESACTIVADO"));
-        QCOMPARE(textoAutoGuardado(10), QStringLiteral("AutoGuardado ACTIVADO cada 10 minutos"));
+        QCOMPARE(textoAutoGuardado(0), u"AutoGuardado DESACTIVADO"_s);
+        QCOMPARE(textoAutoGuardado(-5), u"AutoGuardado DESACTIVADO"_s);
+        QCOMPARE(textoAutoGuardado(10), u"AutoGuardado ACTIVADO cada 10 minutos"_s);
     }
 
     void datagramasDelChat() {
         const auto bueno =
-            leerDatagramaChat(datagramaChat({QStringLiteral("RECEPCION"), QStringLiteral("ana"),
-                                             QStringLiteral("¿Pasa el siguiente?\tgracias")}));
+            leerDatagramaChat(datagramaChat({u"RECEPCION"_s, u"ana"_s, u"¿Pasa el siguiente?\tgracias"_s}));
         // A tab inside the text would break the form: only three fields are accepted.
         QVERIFY(!bueno.mensaje);
         QCOMPARE(bueno.numero, 3);
-        const auto ok = leerDatagramaChat(datagramaChat(
-            {QStringLiteral("RECEPCION"), QStringLiteral("ana"), QStringLiteral("¿Pasa el siguiente?")}));
+        const auto ok =
+            leerDatagramaChat(datagramaChat({u"RECEPCION"_s, u"ana"_s, u"¿Pasa el siguiente?"_s}));
         QVERIFY(ok.mensaje);
-        QCOMPARE(ok.mensaje->texto, QStringLiteral("¿Pasa el siguiente?"));
-        QCOMPARE(ok.mensaje->puesto, QStringLiteral("RECEPCION"));
+        QCOMPARE(ok.mensaje->texto, u"¿Pasa el siguiente?"_s);
+        QCOMPARE(ok.mensaje->puesto, u"RECEPCION"_s);
         QCOMPARE(leerDatagramaChat(QByteArray("\xff\xfe\x00", 3)).numero, 2);
         QCOMPARE(leerDatagramaChat(QByteArray(5000, 'a')).numero, 1);
         QCOMPARE(leerDatagramaChat(QByteArray("\tana\thola")).numero, 3);

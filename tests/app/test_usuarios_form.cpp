@@ -5,49 +5,34 @@
 #include "app/login_form.h"
 #include "app/usuario_store.h"
 #include "app/usuarios_form.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "sesion.h"
 
 namespace {
-const QString kObligatorios = QStringLiteral("Campos obligatorios no informados");
-const QString kTextoCambios =
-    QStringLiteral("Las modificaciones realizadas a este Usuario no han sido guardadas. "
-                   "¿Confirma que desea seleccionar otro Usuario y perder los cambios "
-                   "efectuados?");
-const QString kTextoEliminar = QStringLiteral("¿Desea realmente eliminar el Usuario seleccionado?");
+const QString kObligatorios = u"Campos obligatorios no informados"_s;
+const QString kTextoCambios = u"Las modificaciones realizadas a este Usuario no han sido guardadas. "
+                              "¿Confirma que desea seleccionar otro Usuario y perder los cambios "
+                              "efectuados?"_s;
+const QString kTextoEliminar = u"¿Desea realmente eliminar el Usuario seleccionado?"_s;
 } // namespace
 
 Q_DECLARE_METATYPE(UsuariosForm::Campo)
 
 class TestUsuariosForm : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(9, 0))};
 
-    struct Sesion {
-        TestDb t;
-        ScriptedDialogs d;
-        std::unique_ptr<Entorno> e;
+    struct Caso : Sesion {
         std::unique_ptr<UsuariosForm> f;
         std::optional<Usuario> usuario(const QString& id) { return UsuarioStore(t.db()).cargar(id); }
     };
 
-    static void crearUsuario(Database& db, const QString& id, const QString& clave, const QString& tipo) {
-        const QString sal = nuevaSal();
-        UsuarioStore(db).guardar({id, QStringLiteral("Nombre de ") + id, sal, hashClave(sal, clave), tipo});
-    }
-
     // ana (administrator, logged in on this session), luis and marta (ordinary users).
-    std::unique_ptr<Sesion> sesion() {
-        auto s = std::make_unique<Sesion>();
-        crearUsuario(s->t.db(), QStringLiteral("ana"), QStringLiteral("gato123"), kTipoAdministrador);
-        crearUsuario(s->t.db(), QStringLiteral("luis"), QStringLiteral("perro"), kTipoUsuario);
-        crearUsuario(s->t.db(), QStringLiteral("marta"), QStringLiteral("loro"), kTipoUsuario);
-        s->e = std::make_unique<Entorno>(s->t.db(), s->d, reloj_);
-        s->e->puesto = QStringLiteral("CONSULTA1");
-        s->e->usuario = QStringLiteral("ana");
-        s->e->nombreUsuario = QStringLiteral("Nombre de ana");
-        s->e->tipoUsuario = kTipoAdministrador;
-        s->f = std::make_unique<UsuariosForm>(*s->e);
+    static std::unique_ptr<Caso> sesion() {
+        auto s = std::make_unique<Caso>();
+        s->s.usuario(u"ana"_s, kTipoAdministrador, u"gato123"_s, u"Nombre de ana"_s);
+        s->s.usuario(u"luis"_s, kTipoUsuario, u"perro"_s, u"Nombre de luis"_s);
+        s->s.usuario(u"marta"_s, kTipoUsuario, u"loro"_s, u"Nombre de marta"_s);
+        s->e.nombreUsuario = u"Nombre de ana"_s;
+        s->f = std::make_unique<UsuariosForm>(s->e);
         if (!s->f->cargar()) qFatal("no se ha podido cargar la lista de usuarios");
         return s;
     }
@@ -62,7 +47,7 @@ class TestUsuariosForm : public QObject {
                               const QString& confirmacion) {
         QVERIFY(f.nuevo());
         f.setIdUsuario(id);
-        f.setNombre(QStringLiteral("Nombre de ") + id.trimmed());
+        f.setNombre(u"Nombre de "_s + id.trimmed());
         f.setClave(clave);
         f.setConfirmacion(confirmacion);
     }
@@ -71,18 +56,18 @@ private slots:
     void cargaLaListaConLaMarcaEnLasClaves() {
         auto s = sesion();
         QCOMPARE(s->f->lista().size(), 3);
-        QCOMPARE(s->f->lista().at(0).IdUsuario, QStringLiteral("ana"));
-        QCOMPARE(s->f->lista().at(1).IdUsuario, QStringLiteral("luis"));
-        QCOMPARE(s->f->lista().at(2).Nombre, QStringLiteral("Nombre de marta"));
+        QCOMPARE(s->f->lista().at(0).IdUsuario, u"ana"_s);
+        QCOMPARE(s->f->lista().at(1).IdUsuario, u"luis"_s);
+        QCOMPARE(s->f->lista().at(2).Nombre, u"Nombre de marta"_s);
         QCOMPARE(s->f->filaActual(), 0);
-        QCOMPARE(s->f->idUsuario(), QStringLiteral("ana"));
+        QCOMPARE(s->f->idUsuario(), u"ana"_s);
         QCOMPARE(s->f->tipo(), kTipoAdministrador);
-        QCOMPARE(s->f->clave(), QStringLiteral("********"));
-        QCOMPARE(s->f->confirmacion(), QStringLiteral("********"));
+        QCOMPARE(s->f->clave(), u"********"_s);
+        QCOMPARE(s->f->confirmacion(), u"********"_s);
         QVERIFY(!s->f->modificado());
         QVERIFY(s->d.mensajes().isEmpty());
         // Setting a field to the value it already has is not a change.
-        s->f->setNombre(QStringLiteral("Nombre de ana"));
+        s->f->setNombre(u"Nombre de ana"_s);
         QVERIFY(!s->f->modificado());
     }
 
@@ -92,26 +77,22 @@ private slots:
         QTest::addColumn<QString>("confirmacion");
         QTest::addColumn<QString>("mensaje");
         QTest::addColumn<UsuariosForm::Campo>("foco");
-        const QString sinId = QStringLiteral("Debe informar el identificador del usuario.");
-        const QString sinClave = QStringLiteral("Debe informar la contraseña del usuario.");
-        const QString sinConfirmacion =
-            QStringLiteral("Debe repetir la contraseña en el campo 'Confirmación'.");
-        const QString distintas = QStringLiteral(
-            "Lo informado en el campo 'Confirmación' debe ser lo mismo que en el campo 'Clave'.");
+        auto fila = [](const char* nombre, QString a0, QString a1, QString a2, QString a3,
+                       UsuariosForm::Campo a4) { QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4; };
+        const QString sinId = u"Debe informar el identificador del usuario."_s;
+        const QString sinClave = u"Debe informar la contraseña del usuario."_s;
+        const QString sinConfirmacion = u"Debe repetir la contraseña en el campo 'Confirmación'."_s;
+        const QString distintas =
+            u"Lo informado en el campo 'Confirmación' debe ser lo mismo que en el campo 'Clave'."_s;
         using C = UsuariosForm::Campo;
-        QTest::newRow("todo vacío") << QString() << QString() << QString() << sinId << C::Identificador;
-        QTest::newRow("identificador en blanco") << QStringLiteral("   ") << QStringLiteral("x")
-                                                 << QStringLiteral("x") << sinId << C::Identificador;
-        QTest::newRow("sin clave ni confirmación")
-            << QStringLiteral("pepe") << QString() << QString() << sinClave << C::Clave;
-        QTest::newRow("sin clave con confirmación")
-            << QStringLiteral("pepe") << QString() << QStringLiteral("abc") << sinClave << C::Clave;
-        QTest::newRow("sin confirmación, no distintas") << QStringLiteral("pepe") << QStringLiteral("abc")
-                                                        << QString() << sinConfirmacion << C::Confirmacion;
-        QTest::newRow("distintas") << QStringLiteral("pepe") << QStringLiteral("abc") << QStringLiteral("abd")
-                                   << distintas << C::Confirmacion;
-        QTest::newRow("distintas en mayúsculas") << QStringLiteral("pepe") << QStringLiteral("abc")
-                                                 << QStringLiteral("ABC") << distintas << C::Confirmacion;
+        fila("todo vacío", QString(), QString(), QString(), sinId, C::Identificador);
+        fila("identificador en blanco", u"   "_s, u"x"_s, u"x"_s, sinId, C::Identificador);
+        fila("sin clave ni confirmación", u"pepe"_s, QString(), QString(), sinClave, C::Clave);
+        fila("sin clave con confirmación", u"pepe"_s, QString(), u"abc"_s, sinClave, C::Clave);
+        fila("sin confirmación, no distintas", u"pepe"_s, u"abc"_s, QString(), sinConfirmacion,
+             C::Confirmacion);
+        fila("distintas", u"pepe"_s, u"abc"_s, u"abd"_s, distintas, C::Confirmacion);
+        fila("distintas en mayúsculas", u"pepe"_s, u"abc"_s, u"ABC"_s, distintas, C::Confirmacion);
     }
 
     void comprobacionesEnOrden() {
@@ -128,7 +109,7 @@ private slots:
         QCOMPARE(s->d.ultimo().icono, Icono::Exclamacion);
         QCOMPARE(s->d.ultimoTexto(), mensaje);
         QCOMPARE(s->f->foco(), foco);
-        QCOMPARE(UsuarioStore(s->t.db()).contar(), 3);
+        QCOMPARE(UsuarioStore(s->db()).contar(), 3);
         // The fields stay as typed, to be corrected.
         QVERIFY(s->f->modificado());
         QCOMPARE(s->f->clave(), clave);
@@ -136,107 +117,104 @@ private slots:
 
     void existenteSinConfirmacion() {
         auto s = sesion();
-        QVERIFY(s->f->seleccionar(fila(*s->f, QStringLiteral("luis"))));
+        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
         s->f->setConfirmacion(QString());
         QVERIFY(!s->f->guardar());
-        QCOMPARE(s->d.textos(),
-                 QStringList{QStringLiteral("Debe repetir la contraseña en el campo 'Confirmación'.")});
+        QCOMPARE(s->d.textos(), QStringList{u"Debe repetir la contraseña en el campo 'Confirmación'."_s});
         // The mark in the password field and something else in the confirmation differ.
-        s->f->setConfirmacion(QStringLiteral("perro"));
+        s->f->setConfirmacion(u"perro"_s);
         QVERIFY(!s->f->guardar());
         QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral(
-                     "Lo informado en el campo 'Confirmación' debe ser lo mismo que en el campo 'Clave'."));
+                 u"Lo informado en el campo 'Confirmación' debe ser lo mismo que en el campo 'Clave'."_s);
         QCOMPARE(s->f->foco(), UsuariosForm::Campo::Confirmacion);
     }
 
     void laMarcaConservaLaClaveGuardada() {
         auto s = sesion();
-        const auto antes = s->usuario(QStringLiteral("luis"));
-        QVERIFY(s->f->seleccionar(fila(*s->f, QStringLiteral("luis"))));
-        s->f->setNombre(QStringLiteral("Luis Pérez Núñez"));
+        const auto antes = s->usuario(u"luis"_s);
+        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
+        s->f->setNombre(u"Luis Pérez Núñez"_s);
         QVERIFY(s->f->guardar());
         QVERIFY(s->d.mensajes().isEmpty());
-        const auto despues = s->usuario(QStringLiteral("luis"));
-        QCOMPARE(despues->Nombre, QStringLiteral("Luis Pérez Núñez"));
+        const auto despues = s->usuario(u"luis"_s);
+        QCOMPARE(despues->Nombre, u"Luis Pérez Núñez"_s);
         QCOMPARE(despues->Salt, antes->Salt);
         QCOMPARE(despues->Hash, antes->Hash);
-        QVERIFY(claveCorrecta(despues->Hash, despues->Salt, QStringLiteral("perro")));
+        QVERIFY(claveCorrecta(despues->Hash, despues->Salt, u"perro"_s));
         QVERIFY(!claveCorrecta(despues->Hash, despues->Salt, kMarcaClave));
         // The list shows the new name and the user stays selected, unmodified.
-        QCOMPARE(s->f->lista().at(s->f->filaActual()).Nombre, QStringLiteral("Luis Pérez Núñez"));
-        QCOMPARE(s->f->idUsuario(), QStringLiteral("luis"));
+        QCOMPARE(s->f->lista().at(s->f->filaActual()).Nombre, u"Luis Pérez Núñez"_s);
+        QCOMPARE(s->f->idUsuario(), u"luis"_s);
         QVERIFY(!s->f->modificado());
     }
 
     void nuevaClaveCambiaSalYHash() {
         auto s = sesion();
-        const auto antes = s->usuario(QStringLiteral("luis"));
-        QVERIFY(s->f->seleccionar(fila(*s->f, QStringLiteral("luis"))));
-        s->f->setClave(QStringLiteral("Ñandú 2026"));
-        s->f->setConfirmacion(QStringLiteral("Ñandú 2026"));
+        const auto antes = s->usuario(u"luis"_s);
+        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
+        s->f->setClave(u"Ñandú 2026"_s);
+        s->f->setConfirmacion(u"Ñandú 2026"_s);
         QVERIFY(s->f->guardar());
         QVERIFY(s->d.mensajes().isEmpty());
-        const auto despues = s->usuario(QStringLiteral("luis"));
+        const auto despues = s->usuario(u"luis"_s);
         QCOMPARE(despues->Salt.size(), kLongitudSal);
         QVERIFY(despues->Salt != antes->Salt);
         QVERIFY(despues->Hash != antes->Hash);
-        QVERIFY(claveCorrecta(despues->Hash, despues->Salt, QStringLiteral("Ñandú 2026")));
-        QVERIFY(!claveCorrecta(despues->Hash, despues->Salt, QStringLiteral("perro")));
+        QVERIFY(claveCorrecta(despues->Hash, despues->Salt, u"Ñandú 2026"_s));
+        QVERIFY(!claveCorrecta(despues->Hash, despues->Salt, u"perro"_s));
         QCOMPARE(despues->Nombre, antes->Nombre);
         // After saving the fields show the mark again.
         QCOMPARE(s->f->clave(), kMarcaClave);
         QCOMPARE(s->f->confirmacion(), kMarcaClave);
 
         // The new password lets the user in; the old one does not.
-        Entorno otro(s->t.db(), s->d, reloj_);
+        Entorno otro(s->db(), s->d, s->reloj);
         LoginForm login(otro);
-        login.usuario = QStringLiteral("luis");
-        login.clave = QStringLiteral("perro");
+        login.usuario = u"luis"_s;
+        login.clave = u"perro"_s;
         QVERIFY(!login.aceptar());
-        login.clave = QStringLiteral("Ñandú 2026");
+        login.clave = u"Ñandú 2026"_s;
         QVERIFY(login.aceptar());
     }
 
     void usuarioNuevo() {
         auto s = sesion();
-        rellenarNuevo(*s->f, QStringLiteral("  pepe  "), QStringLiteral("xyz"), QStringLiteral("xyz"));
+        rellenarNuevo(*s->f, u"  pepe  "_s, u"xyz"_s, u"xyz"_s);
         s->f->setTipo(kTipoAdministrador);
         QVERIFY(s->f->guardar());
         QVERIFY(s->d.mensajes().isEmpty());
-        const auto pepe = s->usuario(QStringLiteral("pepe"));
+        const auto pepe = s->usuario(u"pepe"_s);
         QVERIFY(pepe);
-        QCOMPARE(pepe->Nombre, QStringLiteral("Nombre de pepe"));
+        QCOMPARE(pepe->Nombre, u"Nombre de pepe"_s);
         QCOMPARE(pepe->TipoUsuario, kTipoAdministrador);
         QCOMPARE(pepe->Salt.size(), kLongitudSal);
-        QVERIFY(claveCorrecta(pepe->Hash, pepe->Salt, QStringLiteral("xyz")));
+        QVERIFY(claveCorrecta(pepe->Hash, pepe->Salt, u"xyz"_s));
         QCOMPARE(s->f->lista().size(), 4);
-        QCOMPARE(s->f->idUsuario(), QStringLiteral("pepe"));
-        QCOMPARE(s->f->filaActual(), fila(*s->f, QStringLiteral("pepe")));
+        QCOMPARE(s->f->idUsuario(), u"pepe"_s);
+        QCOMPARE(s->f->filaActual(), fila(*s->f, u"pepe"_s));
         QVERIFY(!s->f->esNuevo());
         QCOMPARE(s->f->clave(), kMarcaClave);
     }
 
     void laMarcaNoEsUnaClave() {
         auto s = sesion();
-        rellenarNuevo(*s->f, QStringLiteral("pepe"), kMarcaClave, kMarcaClave);
+        rellenarNuevo(*s->f, u"pepe"_s, kMarcaClave, kMarcaClave);
         QVERIFY(!s->f->guardar());
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("¡Atención!"));
-        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("La contraseña no puede ser '********'. Escriba otra."));
+        QCOMPARE(s->d.ultimo().titulo, u"¡Atención!"_s);
+        QCOMPARE(s->d.ultimoTexto(), u"La contraseña no puede ser '********'. Escriba otra."_s);
         QCOMPARE(s->f->foco(), UsuariosForm::Campo::Clave);
-        QVERIFY(!s->usuario(QStringLiteral("pepe")));
+        QVERIFY(!s->usuario(u"pepe"_s));
     }
 
     void identificadorRepetidoNoSustituyeAlExistente() {
         auto s = sesion();
-        const auto antes = s->usuario(QStringLiteral("luis"));
-        rellenarNuevo(*s->f, QStringLiteral(" luis"), QStringLiteral("otra"), QStringLiteral("otra"));
+        const auto antes = s->usuario(u"luis"_s);
+        rellenarNuevo(*s->f, u" luis"_s, u"otra"_s, u"otra"_s);
         s->f->setTipo(kTipoAdministrador);
         QVERIFY(!s->f->guardar());
-        QCOMPARE(s->d.textos(),
-                 QStringList{QStringLiteral("Ya existe un usuario con el identificador 'luis'.")});
+        QCOMPARE(s->d.textos(), QStringList{u"Ya existe un usuario con el identificador 'luis'."_s});
         QCOMPARE(s->f->foco(), UsuariosForm::Campo::Identificador);
-        const auto despues = s->usuario(QStringLiteral("luis"));
+        const auto despues = s->usuario(u"luis"_s);
         QCOMPARE(despues->Hash, antes->Hash);
         QCOMPARE(despues->TipoUsuario, kTipoUsuario);
         QCOMPARE(despues->Nombre, antes->Nombre);
@@ -244,11 +222,11 @@ private slots:
 
     void longitudDelIdentificador() {
         auto s = sesion();
-        const QString veinte = QStringLiteral("abcdefghij0123456789");
-        rellenarNuevo(*s->f, veinte + QStringLiteral("x"), QStringLiteral("k"), QStringLiteral("k"));
+        const QString veinte = u"abcdefghij0123456789"_s;
+        rellenarNuevo(*s->f, veinte + u"x"_s, u"k"_s, u"k"_s);
         QVERIFY(!s->f->guardar());
-        QCOMPARE(s->d.textos(), QStringList{QStringLiteral(
-                                    "El identificador del usuario no puede tener más de 20 caracteres.")});
+        QCOMPARE(s->d.textos(),
+                 QStringList{u"El identificador del usuario no puede tener más de 20 caracteres."_s});
         s->f->setIdUsuario(veinte);
         QVERIFY(s->f->guardar());
         QVERIFY(s->usuario(veinte));
@@ -256,16 +234,15 @@ private slots:
 
     void noSeRenombraUnUsuarioExistente() {
         auto s = sesion();
-        QVERIFY(s->f->seleccionar(fila(*s->f, QStringLiteral("luis"))));
-        s->f->setIdUsuario(QStringLiteral("luisito"));
+        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
+        s->f->setIdUsuario(u"luisito"_s);
         QVERIFY(!s->f->guardar());
         QCOMPARE(s->d.textos(),
-                 QStringList{QStringLiteral(
-                     "No se puede cambiar el identificador de un usuario existente. Cree un usuario "
-                     "nuevo con el identificador deseado y elimine el anterior.")});
+                 QStringList{u"No se puede cambiar el identificador de un usuario existente. Cree un usuario "
+                             "nuevo con el identificador deseado y elimine el anterior."_s});
         QCOMPARE(s->f->foco(), UsuariosForm::Campo::Identificador);
-        QVERIFY(s->usuario(QStringLiteral("luis")));
-        QVERIFY(!s->usuario(QStringLiteral("luisito")));
+        QVERIFY(s->usuario(u"luis"_s));
+        QVERIFY(!s->usuario(u"luisito"_s));
     }
 
     void cambiosSinGuardarAlSeleccionarOtro() {
@@ -273,40 +250,39 @@ private slots:
         // Without changes no question is asked.
         QVERIFY(s->f->seleccionar(1));
         QVERIFY(s->d.mensajes().isEmpty());
-        s->f->setNombre(QStringLiteral("Cambiado"));
+        s->f->setNombre(u"Cambiado"_s);
 
         s->d.no();
         QVERIFY(!s->f->seleccionar(2));
         QCOMPARE(s->d.mensajes().size(), 1);
         QVERIFY(s->d.ultimo().pregunta);
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("ATENCIÓN"));
+        QCOMPARE(s->d.ultimo().titulo, u"ATENCIÓN"_s);
         QCOMPARE(s->d.ultimoTexto(), kTextoCambios);
         QCOMPARE(s->f->filaActual(), 1);
-        QCOMPARE(s->f->idUsuario(), QStringLiteral("luis"));
-        QCOMPARE(s->f->nombre(), QStringLiteral("Cambiado"));
+        QCOMPARE(s->f->idUsuario(), u"luis"_s);
+        QCOMPARE(s->f->nombre(), u"Cambiado"_s);
         QVERIFY(s->f->modificado());
 
         s->d.si();
         QVERIFY(s->f->seleccionar(2));
         QCOMPARE(s->d.mensajes().size(), 2);
         QCOMPARE(s->f->filaActual(), 2);
-        QCOMPARE(s->f->idUsuario(), QStringLiteral("marta"));
+        QCOMPARE(s->f->idUsuario(), u"marta"_s);
         QVERIFY(!s->f->modificado());
-        QCOMPARE(s->usuario(QStringLiteral("luis"))->Nombre, QStringLiteral("Nombre de luis"));
+        QCOMPARE(s->usuario(u"luis"_s)->Nombre, u"Nombre de luis"_s);
         QCOMPARE(s->d.sinRespuesta(), 0);
     }
 
     void cambiosSinGuardarAlCrearOCerrar() {
         auto s = sesion();
-        s->f->setClave(QStringLiteral("a"));
+        s->f->setClave(u"a"_s);
         s->d.no().no();
         QVERIFY(!s->f->nuevo());
-        QCOMPARE(s->f->idUsuario(), QStringLiteral("ana"));
+        QCOMPARE(s->f->idUsuario(), u"ana"_s);
         QVERIFY(!s->f->puedeCerrar());
-        QCOMPARE(s->d.ultimoTexto(),
-                 QStringLiteral("Las modificaciones realizadas a este Usuario no han sido "
-                                "guardadas. ¿Desea cerrar la ventana y perder los cambios "
-                                "efectuados?"));
+        QCOMPARE(s->d.ultimoTexto(), u"Las modificaciones realizadas a este Usuario no han sido "
+                                     "guardadas. ¿Desea cerrar la ventana y perder los cambios "
+                                     "efectuados?"_s);
         s->d.si();
         QVERIFY(s->f->nuevo());
         QVERIFY(s->f->esNuevo());
@@ -319,74 +295,72 @@ private slots:
 
     void eliminarPreguntaYSoloBorraConSi() {
         auto s = sesion();
-        QVERIFY(s->f->seleccionar(fila(*s->f, QStringLiteral("luis"))));
+        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
         s->d.no();
         QVERIFY(!s->f->eliminar());
         QCOMPARE(s->d.mensajes().size(), 1);
         QVERIFY(s->d.ultimo().pregunta);
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("¡Atención!"));
+        QCOMPARE(s->d.ultimo().titulo, u"¡Atención!"_s);
         QCOMPARE(s->d.ultimoTexto(), kTextoEliminar);
-        QVERIFY(s->usuario(QStringLiteral("luis")));
+        QVERIFY(s->usuario(u"luis"_s));
         QCOMPARE(s->f->lista().size(), 3);
 
         s->d.si();
         QVERIFY(s->f->eliminar());
-        QVERIFY(!s->usuario(QStringLiteral("luis")));
+        QVERIFY(!s->usuario(u"luis"_s));
         QCOMPARE(s->f->lista().size(), 2);
-        QCOMPARE(fila(*s->f, QStringLiteral("luis")), -1);
+        QCOMPARE(fila(*s->f, u"luis"_s), -1);
         // The user that took its place in the list is selected.
-        QCOMPARE(s->f->idUsuario(), QStringLiteral("marta"));
+        QCOMPARE(s->f->idUsuario(), u"marta"_s);
         QCOMPARE(s->d.sinRespuesta(), 0);
     }
 
     void noSeEliminaElUsuarioDeLaSesion() {
         auto s = sesion();
-        crearUsuario(s->t.db(), QStringLiteral("bea"), QStringLiteral("b"), kTipoAdministrador);
+        s->s.usuario(u"bea"_s, kTipoAdministrador, u"b"_s, u"Nombre de bea"_s);
         QVERIFY(s->f->cargar());
-        QCOMPARE(s->f->idUsuario(), QStringLiteral("ana"));
+        QCOMPARE(s->f->idUsuario(), u"ana"_s);
         QVERIFY(!s->f->eliminar());
-        QCOMPARE(s->d.textos(),
-                 QStringList{QStringLiteral(
-                     "No puede eliminar el usuario con el que se ha identificado en esta sesión.")});
+        QCOMPARE(
+            s->d.textos(),
+            QStringList{u"No puede eliminar el usuario con el que se ha identificado en esta sesión."_s});
         QVERIFY(!s->d.ultimo().pregunta);
-        QVERIFY(s->usuario(QStringLiteral("ana")));
+        QVERIFY(s->usuario(u"ana"_s));
     }
 
     void siempreQuedaUnAdministrador() {
         auto s = sesion();
-        s->e->usuario = QStringLiteral("marta");
-        const QString unico =
-            QStringLiteral("No se puede eliminar el único usuario Administrador. Debe quedar al "
-                           "menos un Administrador para poder administrar Pramelvix.");
-        QCOMPARE(s->f->idUsuario(), QStringLiteral("ana"));
+        s->e.usuario = u"marta"_s;
+        const QString unico = u"No se puede eliminar el único usuario Administrador. Debe quedar al "
+                              "menos un Administrador para poder administrar Pramelvix."_s;
+        QCOMPARE(s->f->idUsuario(), u"ana"_s);
         QVERIFY(!s->f->eliminar());
         QCOMPARE(s->d.textos(), QStringList{unico});
-        QVERIFY(s->usuario(QStringLiteral("ana")));
+        QVERIFY(s->usuario(u"ana"_s));
 
         // Nor may the only administrator become an ordinary user.
         s->f->setTipo(kTipoUsuario);
         QVERIFY(!s->f->guardar());
-        QCOMPARE(
-            s->d.ultimoTexto(),
-            QStringLiteral("No se puede quitar el tipo 'Administrador' a este usuario porque es el único "
-                           "Administrador. Debe quedar al menos un Administrador para poder administrar "
-                           "Pramelvix."));
+        QCOMPARE(s->d.ultimoTexto(),
+                 u"No se puede quitar el tipo 'Administrador' a este usuario porque es el único "
+                 "Administrador. Debe quedar al menos un Administrador para poder administrar "
+                 "Pramelvix."_s);
         QCOMPARE(s->f->foco(), UsuariosForm::Campo::Tipo);
-        QCOMPARE(s->usuario(QStringLiteral("ana"))->TipoUsuario, kTipoAdministrador);
+        QCOMPARE(s->usuario(u"ana"_s)->TipoUsuario, kTipoAdministrador);
 
         // With a second administrator both are allowed.
         s->d.si();
-        QVERIFY(s->f->seleccionar(fila(*s->f, QStringLiteral("luis"))));
+        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
         s->f->setTipo(kTipoAdministrador);
         QVERIFY(s->f->guardar());
-        QCOMPARE(s->usuario(QStringLiteral("luis"))->TipoUsuario, kTipoAdministrador);
-        QVERIFY(s->f->seleccionar(fila(*s->f, QStringLiteral("ana"))));
+        QCOMPARE(s->usuario(u"luis"_s)->TipoUsuario, kTipoAdministrador);
+        QVERIFY(s->f->seleccionar(fila(*s->f, u"ana"_s)));
         s->d.limpiar();
         s->d.si();
         QVERIFY(s->f->eliminar());
-        QVERIFY(!s->usuario(QStringLiteral("ana")));
+        QVERIFY(!s->usuario(u"ana"_s));
         // luis is now the only one left.
-        QVERIFY(s->f->seleccionar(fila(*s->f, QStringLiteral("luis"))));
+        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
         QVERIFY(!s->f->eliminar());
         QCOMPARE(s->d.ultimoTexto(), unico);
         QCOMPARE(s->d.respuestasPendientes(), 0);
@@ -394,15 +368,14 @@ private slots:
 
     void usuarioBorradoDesdeOtroPuestoNoReaparece() {
         auto s = sesion();
-        QVERIFY(s->f->seleccionar(fila(*s->f, QStringLiteral("luis"))));
+        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
         auto otra = s->t.otraConexion();
-        QVERIFY(UsuarioStore(*otra).eliminar(QStringLiteral("luis")));
-        s->f->setNombre(QStringLiteral("Luis"));
+        QVERIFY(UsuarioStore(*otra).eliminar(u"luis"_s));
+        s->f->setNombre(u"Luis"_s);
         QVERIFY(!s->f->guardar());
         QCOMPARE(s->d.textos(),
-                 QStringList{QStringLiteral(
-                     "El Usuario 'luis' ya no existe: puede que otro puesto lo haya eliminado.")});
-        QVERIFY(!s->usuario(QStringLiteral("luis")));
+                 QStringList{u"El Usuario 'luis' ya no existe: puede que otro puesto lo haya eliminado."_s});
+        QVERIFY(!s->usuario(u"luis"_s));
     }
 };
 

@@ -17,6 +17,8 @@
 #include <QtTest>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace bb {
 
 inline const QString kPrograma = QStringLiteral(PRAMELVIX_EXE);
@@ -69,14 +71,14 @@ inline Salida ejecutar(const QString& programa, const QStringList& argumentos,
 
 inline Salida admin(const QStringList& argumentos) {
     QProcessEnvironment e = QProcessEnvironment::systemEnvironment();
-    e.remove(QStringLiteral("PRAMELVIX_DIR"));
-    e.remove(QStringLiteral("PRAMELVIX_PUESTO"));
+    e.remove(u"PRAMELVIX_DIR"_s);
+    e.remove(u"PRAMELVIX_PUESTO"_s);
     return ejecutar(kAdmin, argumentos, e);
 }
 
 // Rows of PuestosActivos as "PUESTO/USUARIO", ordered by workstation.
 inline QStringList puestosActivos(Database& db) {
-    QSqlQuery q = db.ejecutar(QStringLiteral("SELECT Puesto, Usuario FROM PuestosActivos ORDER BY Puesto"));
+    QSqlQuery q = db.ejecutar(u"SELECT Puesto, Usuario FROM PuestosActivos ORDER BY Puesto"_s);
     QStringList filas;
     while (q.next())
         filas << q.value(0).toString() + QLatin1Char('/') + q.value(1).toString();
@@ -95,9 +97,8 @@ public:
     ~Instalacion() {
         if (nombrePg_.isEmpty()) return;
         try {
-            auto servidor = Database::abrirPostgreSQL(servidorPg() + QStringLiteral(" dbname=postgres"));
-            servidor->ejecutarDirecto(QStringLiteral("DROP DATABASE IF EXISTS ") + nombrePg_ +
-                                      QStringLiteral(" WITH (FORCE)"));
+            auto servidor = Database::abrirPostgreSQL(servidorPg() + u" dbname=postgres"_s);
+            servidor->ejecutarDirecto(u"DROP DATABASE IF EXISTS "_s + nombrePg_ + u" WITH (FORCE)"_s);
         } catch (const ErrorBD& e) {
             qWarning("No se ha podido borrar la base de datos %s: %s", qPrintable(nombrePg_),
                      qPrintable(e.texto()));
@@ -107,31 +108,27 @@ public:
     static bool esSQLite() { return TestDb::motorDePrueba() == Motor::SQLite; }
 
     // Runs "pramelvix-admin init" into a new folder; false (with the reason logged) on failure.
-    bool crear(const QString& puestoServidor = QStringLiteral("SERVIDOR")) {
+    bool crear(const QString& puestoServidor = u"SERVIDOR"_s) {
         if (!tmp_.isValid() || !QDir().mkpath(carpetaBloqueos())) return false;
         QFile::setPermissions(carpetaBloqueos(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QStringList args{QStringLiteral("init"),
-                         carpeta(),
-                         QStringLiteral("--admin"),
-                         QStringLiteral("%1:%2").arg(QLatin1String(kAdministrador), QLatin1String(kClave)),
-                         QStringLiteral("--servidor"),
-                         puestoServidor};
+        QStringList args{
+            u"init"_s,       carpeta(),
+            u"--admin"_s,    u"%1:%2"_s.arg(QLatin1String(kAdministrador), QLatin1String(kClave)),
+            u"--servidor"_s, puestoServidor};
         if (!esSQLite()) {
-            nombrePg_ = QStringLiteral("pmxbb_%1_%2")
-                            .arg(QCoreApplication::applicationPid())
+            nombrePg_ = u"pmxbb_%1_%2"_s.arg(QCoreApplication::applicationPid())
                             .arg(contador().fetchAndAddRelaxed(1));
             try {
-                auto servidor = Database::abrirPostgreSQL(servidorPg() + QStringLiteral(" dbname=postgres"));
-                servidor->ejecutarDirecto(QStringLiteral("DROP DATABASE IF EXISTS ") + nombrePg_ +
-                                          QStringLiteral(" WITH (FORCE)"));
-                servidor->ejecutarDirecto(QStringLiteral("CREATE DATABASE ") + nombrePg_);
+                auto servidor = Database::abrirPostgreSQL(servidorPg() + u" dbname=postgres"_s);
+                servidor->ejecutarDirecto(u"DROP DATABASE IF EXISTS "_s + nombrePg_ + u" WITH (FORCE)"_s);
+                servidor->ejecutarDirecto(u"CREATE DATABASE "_s + nombrePg_);
             } catch (const ErrorBD& e) {
                 qWarning("No se ha podido crear la base de datos %s: %s", qPrintable(nombrePg_),
                          qPrintable(e.texto()));
                 nombrePg_.clear();
                 return false;
             }
-            args << QStringLiteral("--postgresql") << conexionPg();
+            args << u"--postgresql"_s << conexionPg();
         }
         const Salida s = admin(args);
         if (!s.terminado || s.codigo != 0) {
@@ -142,7 +139,7 @@ public:
         // machine, in this test or in another one, would otherwise compete for its UDP port.
         try {
             auto db = conectar();
-            Ajustes(*db).escribir(QStringLiteral("PUERTO UDP CHAT"), QStringLiteral("0"));
+            Ajustes(*db).escribir(u"PUERTO UDP CHAT"_s, u"0"_s);
         } catch (const ErrorBD& e) {
             qWarning("No se ha podido desactivar el chat: %s", qPrintable(e.texto()));
             return false;
@@ -150,18 +147,18 @@ public:
         return true;
     }
 
-    QString carpeta() const { return tmp_.filePath(QStringLiteral("PRAMELVIX")); }
-    QString carpetaDatos() const { return QDir(carpeta()).filePath(QStringLiteral("datos")); }
-    QString ficheroBD() const { return QDir(carpetaDatos()).filePath(QStringLiteral("Pramelvix.mdb")); }
-    QString ficheroIni() const { return QDir(carpeta()).filePath(QStringLiteral("PRAMELVIX.INI")); }
-    QString carpetaBloqueos() const { return tmp_.filePath(QStringLiteral("run")); }
+    QString carpeta() const { return tmp_.filePath(u"PRAMELVIX"_s); }
+    QString carpetaDatos() const { return QDir(carpeta()).filePath(u"datos"_s); }
+    QString ficheroBD() const { return QDir(carpetaDatos()).filePath(u"Pramelvix.mdb"_s); }
+    QString ficheroIni() const { return QDir(carpeta()).filePath(u"PRAMELVIX.INI"_s); }
+    QString carpetaBloqueos() const { return tmp_.filePath(u"run"_s); }
     // A folder outside the installation, for copies of the database.
     QString carpetaAparte() const {
-        const QString ruta = tmp_.filePath(QStringLiteral("aparte"));
+        const QString ruta = tmp_.filePath(u"aparte"_s);
         QDir().mkpath(ruta);
         return ruta;
     }
-    QString conexionPg() const { return servidorPg() + QStringLiteral(" dbname=") + nombrePg_; }
+    QString conexionPg() const { return servidorPg() + u" dbname="_s + nombrePg_; }
 
     // A direct connection to the installation's database (or to another SQLite file).
     std::unique_ptr<Database> conectar(const QString& ficheroSQLite = {}) const {
@@ -176,11 +173,11 @@ public:
     // The environment of pramelvix on this installation, as workstation `puesto`.
     QProcessEnvironment entorno(const QString& puesto) const {
         QProcessEnvironment e = QProcessEnvironment::systemEnvironment();
-        e.insert(QStringLiteral("PRAMELVIX_DIALOGOS"), QStringLiteral("consola"));
-        e.insert(QStringLiteral("PRAMELVIX_DIR"), carpeta());
-        e.insert(QStringLiteral("PRAMELVIX_PUESTO"), puesto);
-        e.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        e.insert(QStringLiteral("XDG_RUNTIME_DIR"), carpetaBloqueos());
+        e.insert(u"PRAMELVIX_DIALOGOS"_s, u"consola"_s);
+        e.insert(u"PRAMELVIX_DIR"_s, carpeta());
+        e.insert(u"PRAMELVIX_PUESTO"_s, puesto);
+        e.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        e.insert(u"XDG_RUNTIME_DIR"_s, carpetaBloqueos());
         return e;
     }
 
@@ -190,18 +187,16 @@ public:
     }
 
     Salida ajuste(const QString& clave) const {
-        return admin(
-            {QStringLiteral("--dir"), carpeta(), QStringLiteral("setting"), QStringLiteral("get"), clave});
+        return admin({u"--dir"_s, carpeta(), u"setting"_s, u"get"_s, clave});
     }
     // The value of a setting read with the admin tool ("<error>" when the tool failed).
     QString leerAjuste(const QString& clave) const {
         const Salida s = ajuste(clave);
-        if (!s.terminado || s.codigo != 0 || !s.salida.endsWith('\n')) return QStringLiteral("<error>");
+        if (!s.terminado || s.codigo != 0 || !s.salida.endsWith('\n')) return u"<error>"_s;
         return QString::fromUtf8(s.salida.chopped(1));
     }
     bool escribirAjuste(const QString& clave, const QString& valor) const {
-        const Salida s = admin({QStringLiteral("--dir"), carpeta(), QStringLiteral("setting"),
-                                QStringLiteral("set"), clave, valor});
+        const Salida s = admin({u"--dir"_s, carpeta(), u"setting"_s, u"set"_s, clave, valor});
         return s.terminado && s.codigo == 0;
     }
 
@@ -229,7 +224,7 @@ public:
     }
 
     bool arrancar(const QByteArray& entrada) {
-        p_.start(kPrograma, {QStringLiteral("-app:Start")});
+        p_.start(kPrograma, {u"-app:Start"_s});
         if (!p_.waitForStarted(kEsperaMs)) return false;
         if (entrada.isEmpty()) return true;
         p_.write(entrada);

@@ -9,47 +9,45 @@
 #include <QFileInfo>
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace bb;
 
 namespace {
-const QString kStart = QStringLiteral("-app:Start");
-const QString kMultipuesto = QStringLiteral("MULTIPUESTO");
+const QString kStart = u"-app:Start"_s;
+const QString kMultipuesto = u"MULTIPUESTO"_s;
 
-const QString kErrorEjecucion = QStringLiteral("[ERROR] Pramelvix\nError en la ejecución\n");
-const QString kSinIni = QStringLiteral("[ERROR]  ¡¡¡ Error grave !!!\n"
-                                       "No se ha encontrado el fichero de configuración 'PRAMELVIX.INI'\n");
+const QString kErrorEjecucion = u"[ERROR] Pramelvix\nError en la ejecución\n"_s;
+const QString kSinIni = u"[ERROR]  ¡¡¡ Error grave !!!\n"
+                        "No se ha encontrado el fichero de configuración 'PRAMELVIX.INI'\n"_s;
 const QString kInstanciaPrevia =
-    QStringLiteral("[INFORMACIÓN] Atención\nExiste una instancia previa de PRAMELVIX ejecutándose.\n");
-const QString kIdentificacion =
-    QStringLiteral("[IDENTIFICACIÓN] Identificación de Usuario\nUsuario: Clave: ");
-const QString kPideUsuario = QStringLiteral("[IDENTIFICACIÓN] Identificación de Usuario\nUsuario: ");
-const QString kClaveIncorrecta = QStringLiteral("[AVISO] ¡Atención!\nLa clave introducida no es correcta.\n");
-const QString kUsuarioInexistente = QStringLiteral("[AVISO] ¡Atención!\nEl usuario introducido no existe.\n");
-const QString kIdentificado = QStringLiteral("Usuario identificado: Administrador\n");
+    u"[INFORMACIÓN] Atención\nExiste una instancia previa de PRAMELVIX ejecutándose.\n"_s;
+const QString kIdentificacion = u"[IDENTIFICACIÓN] Identificación de Usuario\nUsuario: Clave: "_s;
+const QString kPideUsuario = u"[IDENTIFICACIÓN] Identificación de Usuario\nUsuario: "_s;
+const QString kClaveIncorrecta = u"[AVISO] ¡Atención!\nLa clave introducida no es correcta.\n"_s;
+const QString kUsuarioInexistente = u"[AVISO] ¡Atención!\nEl usuario introducido no existe.\n"_s;
+const QString kIdentificado = u"Usuario identificado: Administrador\n"_s;
 const QString kMonopuestoImposible =
-    QStringLiteral("[ERROR] Pramelvix\nImposible activar el modo 'Monopuesto' en la aplicación porque hay "
-                   "puesto/s conectado/s a Pramelvix. Consulte con Soporte a Clientes.\n");
-const QString kClienteEnMonopuesto = QStringLiteral(
-    "[ERROR] Pramelvix\nEste puesto Cliente no puede entrar en Pramelvix porque el Servidor está "
-    "en modo 'Monopuesto'. Consulte con Soporte a Clientes.\n");
-const QString kAvisoReparar = QStringLiteral(
-    "[INFORMACIÓN] Pramelvix\nSe va intentar reparar la Base de Datos. Esta operación puede tardar algunos "
+    u"[ERROR] Pramelvix\nImposible activar el modo 'Monopuesto' en la aplicación porque hay "
+    "puesto/s conectado/s a Pramelvix. Consulte con Soporte a Clientes.\n"_s;
+const QString kClienteEnMonopuesto =
+    u"[ERROR] Pramelvix\nEste puesto Cliente no puede entrar en Pramelvix porque el Servidor está "
+    "en modo 'Monopuesto'. Consulte con Soporte a Clientes.\n"_s;
+const QString kAvisoReparar =
+    u"[INFORMACIÓN] Pramelvix\nSe va intentar reparar la Base de Datos. Esta operación puede tardar algunos "
     "minutos. Asegúrese de que ningún usuario permanece conectado a la aplicación y pulse 'Aceptar' para "
-    "continuar.\n");
-const QString kCompactando =
-    QStringLiteral("... Se está compactando la Base de Datos. Espere por favor ...\n");
-const QString kReparando =
-    QStringLiteral("... Reparando la Base de Datos de Pramelvix. Espere, por favor...\n");
-const QString kConcluida = QStringLiteral("[INFORMACIÓN] Pramelvix\nOperación concluida.\n");
-const QString kBDNoEncontrada = QStringLiteral(
-    "[PREGUNTA] ¡Atención!\nNo se ha encontrado la B.D. en la ruta del Servidor. ¿Desea intentar "
-    "seleccionar otra B.D. alternativa?\n¿Sí/No? ");
-const QString kBDDanada =
-    QStringLiteral("[ERROR] ¡Atención!\nPramelvix no puede arrancar porque su Base de Datos "
-                   "está dañada. ¿Desea  intentar repararla automáticamente?\n¿Sí/No? ");
+    "continuar.\n"_s;
+const QString kCompactando = u"... Se está compactando la Base de Datos. Espere por favor ...\n"_s;
+const QString kReparando = u"... Reparando la Base de Datos de Pramelvix. Espere, por favor...\n"_s;
+const QString kConcluida = u"[INFORMACIÓN] Pramelvix\nOperación concluida.\n"_s;
+const QString kBDNoEncontrada =
+    u"[PREGUNTA] ¡Atención!\nNo se ha encontrado la B.D. en la ruta del Servidor. ¿Desea intentar "
+    "seleccionar otra B.D. alternativa?\n¿Sí/No? "_s;
+const QString kBDDanada = u"[ERROR] ¡Atención!\nPramelvix no puede arrancar porque su Base de Datos "
+                          "está dañada. ¿Desea  intentar repararla automáticamente?\n¿Sí/No? "_s;
 const QString kBDSigueDanada =
-    QStringLiteral("[ERROR] ¡Atención!\nPramelvix no puede arrancar porque su Base de Datos continúa dañada. "
-                   "¿Desea volver a intentar repararla automáticamente?\n¿Sí/No? ");
+    u"[ERROR] ¡Atención!\nPramelvix no puede arrancar porque su Base de Datos continúa dañada. "
+    "¿Desea volver a intentar repararla automáticamente?\n¿Sí/No? "_s;
 
 QByteArray credenciales(const char* clave = Instalacion::kClave) {
     return QByteArray(Instalacion::kAdministrador) + '\n' + clave + '\n';
@@ -74,7 +72,7 @@ bool borrarBD(const QString& ruta) {
 }
 
 QStringList temporalesReparacion(const QString& carpeta) {
-    return QDir(carpeta).entryList({QStringLiteral("BDTemp*")}, QDir::Files | QDir::Hidden);
+    return QDir(carpeta).entryList({u"BDTemp*"_s}, QDir::Files | QDir::Hidden);
 }
 
 // Bytes that SQLite does not take for a database.
@@ -92,6 +90,17 @@ ino_t nodo(const QString& ruta) {
 } // namespace
 
 #define PMX_TERMINADO(s) QVERIFY2((s).terminado, (s).descripcion().constData())
+// The run ended with this exit code (after printing exactly this text).
+#define PMX_CODIGO(s, codigoEsperado)                                                                        \
+    do {                                                                                                     \
+        PMX_TERMINADO(s);                                                                                    \
+        QCOMPARE((s).codigo, codigoEsperado);                                                                \
+    } while (false)
+#define PMX_SALIDA(s, textoEsperado, codigoEsperado)                                                         \
+    do {                                                                                                     \
+        PMX_CODIGO(s, codigoEsperado);                                                                       \
+        QCOMPARE((s).texto(), textoEsperado);                                                                \
+    } while (false)
 #define PMX_INSTALACION(inst, ...)                                                                           \
     Instalacion inst;                                                                                        \
     QVERIFY(inst.crear(__VA_ARGS__))
@@ -104,102 +113,83 @@ private slots:
 
     void lineaDeOrdenesIncorrecta_data() {
         QTest::addColumn<QStringList>("argumentos");
-        QTest::newRow("vacía") << QStringList{};
-        QTest::newRow("desconocido") << QStringList{QStringLiteral("-app:Arrancar")};
-        QTest::newRow("mayúsculas distintas") << QStringList{QStringLiteral("-app:start")};
-        QTest::newRow("con blancos") << QStringList{QStringLiteral(" -app:Start")};
-        QTest::newRow("dos conmutadores") << QStringList{kStart, QStringLiteral("-app:RepairDB")};
-        QTest::newRow("repetido") << QStringList{QStringLiteral("-app:PurgeActiveComputers"),
-                                                 QStringLiteral("-app:PurgeActiveComputers")};
+        auto fila = [](const char* nombre, QStringList a0) { QTest::newRow(nombre) << a0; };
+        fila("vacía", QStringList{});
+        fila("desconocido", QStringList{u"-app:Arrancar"_s});
+        fila("repetido", QStringList{u"-app:PurgeActiveComputers"_s, u"-app:PurgeActiveComputers"_s});
     }
     void lineaDeOrdenesIncorrecta() {
         QFETCH(QStringList, argumentos);
         PMX_INSTALACION(inst);
         {
             auto db = inst.conectar();
-            PuestosActivosStore(*db).registrar(QStringLiteral("OTRO"), QDateTime::currentDateTime());
+            PuestosActivosStore(*db).registrar(u"OTRO"_s, QDateTime::currentDateTime());
         }
-        const Salida s = inst.programa(argumentos, QStringLiteral("PUESTO1"), credenciales());
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(), kErrorEjecucion);
-        QCOMPARE(s.codigo, 1);
+        const Salida s = inst.programa(argumentos, u"PUESTO1"_s, credenciales());
+        PMX_SALIDA(s, kErrorEjecucion, 1);
         // Nothing ran: no workstation was added and none was purged.
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("OTRO/")});
+        QCOMPARE(inst.puestos(), QStringList{u"OTRO/"_s});
     }
 
     void sinFicheroConfiguracion_data() {
         QTest::addColumn<QString>("conmutador");
-        QTest::newRow("Start") << kStart;
-        QTest::newRow("PurgeActiveComputers") << QStringLiteral("-app:PurgeActiveComputers");
-        QTest::newRow("ActivateBlockingMode") << QStringLiteral("-app:ActivateBlockingMode");
+        auto fila = [](const char* nombre, QString a0) { QTest::newRow(nombre) << a0; };
+        fila("Start", kStart);
+        fila("PurgeActiveComputers", u"-app:PurgeActiveComputers"_s);
+        fila("ActivateBlockingMode", u"-app:ActivateBlockingMode"_s);
     }
     void sinFicheroConfiguracion() {
         QFETCH(QString, conmutador);
         PMX_INSTALACION(inst);
-        QVERIFY(inst.escribirAjuste(kMultipuesto, QStringLiteral("NO")));
+        QVERIFY(inst.escribirAjuste(kMultipuesto, u"NO"_s));
         {
             auto db = inst.conectar();
-            PuestosActivosStore(*db).registrar(QStringLiteral("OTRO"), QDateTime::currentDateTime());
+            PuestosActivosStore(*db).registrar(u"OTRO"_s, QDateTime::currentDateTime());
         }
         QVERIFY(QFile::remove(inst.ficheroIni()));
-        const Salida s = inst.programa({conmutador}, QStringLiteral("PUESTO1"), credenciales());
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(), kSinIni);
-        QCOMPARE(s.codigo, 1);
+        const Salida s = inst.programa({conmutador}, u"PUESTO1"_s, credenciales());
+        PMX_SALIDA(s, kSinIni, 1);
         auto db = inst.conectar();
-        QCOMPARE(puestosActivos(*db), QStringList{QStringLiteral("OTRO/")});
-        QCOMPARE(Ajustes(*db).leer(kMultipuesto), QStringLiteral("NO"));
+        QCOMPARE(puestosActivos(*db), QStringList{u"OTRO/"_s});
+        QCOMPARE(Ajustes(*db).leer(kMultipuesto), u"NO"_s);
     }
 
     // ---- Maintenance switches ------------------------------------------------------------
 
     void modoBloqueoSinPuestosConectados() {
         PMX_INSTALACION(inst);
-        QVERIFY(inst.escribirAjuste(kMultipuesto, QStringLiteral("NO")));
-        const Salida activar =
-            inst.programa({QStringLiteral("-app:ActivateBlockingMode")}, QStringLiteral("P1"));
-        PMX_TERMINADO(activar);
-        QCOMPARE(activar.texto(), QString());
-        QCOMPARE(activar.codigo, 0);
-        QCOMPARE(inst.leerAjuste(kMultipuesto), QStringLiteral("SI"));
+        QVERIFY(inst.escribirAjuste(kMultipuesto, u"NO"_s));
+        const Salida activar = inst.programa({u"-app:ActivateBlockingMode"_s}, u"P1"_s);
+        PMX_SALIDA(activar, QString(), 0);
+        QCOMPARE(inst.leerAjuste(kMultipuesto), u"SI"_s);
 
-        const Salida desactivar =
-            inst.programa({QStringLiteral("-app:DeactivateBlockingMode")}, QStringLiteral("P1"));
-        PMX_TERMINADO(desactivar);
-        QCOMPARE(desactivar.texto(), QString());
-        QCOMPARE(desactivar.codigo, 0);
-        QCOMPARE(inst.leerAjuste(kMultipuesto), QStringLiteral("NO"));
+        const Salida desactivar = inst.programa({u"-app:DeactivateBlockingMode"_s}, u"P1"_s);
+        PMX_SALIDA(desactivar, QString(), 0);
+        QCOMPARE(inst.leerAjuste(kMultipuesto), u"NO"_s);
         // The maintenance switches never register the workstation.
         QCOMPARE(inst.puestos(), QStringList{});
     }
 
     void modoMonopuestoConPuestoConectado() {
         PMX_INSTALACION(inst);
-        Sesion recepcion(inst, QStringLiteral("RECEPCION"));
+        Sesion recepcion(inst, u"RECEPCION"_s);
         QVERIFY(recepcion.arrancar(credenciales()));
         QVERIFY2(recepcion.esperar(kIdentificado), qPrintable(recepcion.textoHastaAhora()));
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("RECEPCION/admin")});
+        QCOMPARE(inst.puestos(), QStringList{u"RECEPCION/admin"_s});
 
-        const Salida rechazo =
-            inst.programa({QStringLiteral("-app:DeactivateBlockingMode")}, QStringLiteral("SERVIDOR"));
-        PMX_TERMINADO(rechazo);
-        QCOMPARE(rechazo.texto(), kMonopuestoImposible);
-        QCOMPARE(rechazo.codigo, 1);
-        QCOMPARE(inst.leerAjuste(kMultipuesto), QStringLiteral("SI"));
+        const Salida rechazo = inst.programa({u"-app:DeactivateBlockingMode"_s}, u"SERVIDOR"_s);
+        PMX_SALIDA(rechazo, kMonopuestoImposible, 1);
+        QCOMPARE(inst.leerAjuste(kMultipuesto), u"SI"_s);
         QVERIFY(recepcion.enMarcha());
 
         const Salida fin = recepcion.terminar();
-        PMX_TERMINADO(fin);
-        QCOMPARE(fin.codigo, 0);
+        PMX_CODIGO(fin, 0);
         QCOMPARE(inst.puestos(), QStringList{});
 
         // With the workstation gone the mode can be changed.
-        const Salida desactivar =
-            inst.programa({QStringLiteral("-app:DeactivateBlockingMode")}, QStringLiteral("SERVIDOR"));
-        PMX_TERMINADO(desactivar);
-        QCOMPARE(desactivar.texto(), QString());
-        QCOMPARE(desactivar.codigo, 0);
-        QCOMPARE(inst.leerAjuste(kMultipuesto), QStringLiteral("NO"));
+        const Salida desactivar = inst.programa({u"-app:DeactivateBlockingMode"_s}, u"SERVIDOR"_s);
+        PMX_SALIDA(desactivar, QString(), 0);
+        QCOMPARE(inst.leerAjuste(kMultipuesto), u"NO"_s);
     }
 
     void modoMonopuestoConFilaHuerfana() {
@@ -207,15 +197,12 @@ private slots:
         PMX_INSTALACION(inst);
         {
             auto db = inst.conectar();
-            PuestosActivosStore(*db).registrar(QStringLiteral("CONSULTA2"), QDateTime::currentDateTime());
+            PuestosActivosStore(*db).registrar(u"CONSULTA2"_s, QDateTime::currentDateTime());
         }
-        const Salida rechazo =
-            inst.programa({QStringLiteral("-app:DeactivateBlockingMode")}, QStringLiteral("SERVIDOR"));
-        PMX_TERMINADO(rechazo);
-        QCOMPARE(rechazo.texto(), kMonopuestoImposible);
-        QCOMPARE(rechazo.codigo, 1);
-        QCOMPARE(inst.leerAjuste(kMultipuesto), QStringLiteral("SI"));
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("CONSULTA2/")});
+        const Salida rechazo = inst.programa({u"-app:DeactivateBlockingMode"_s}, u"SERVIDOR"_s);
+        PMX_SALIDA(rechazo, kMonopuestoImposible, 1);
+        QCOMPARE(inst.leerAjuste(kMultipuesto), u"SI"_s);
+        QCOMPARE(inst.puestos(), QStringList{u"CONSULTA2/"_s});
     }
 
     void purgarPuestosActivos() {
@@ -223,53 +210,42 @@ private slots:
         {
             auto db = inst.conectar();
             PuestosActivosStore puestos(*db);
-            puestos.registrar(QStringLiteral("CONSULTA1"), QDateTime::currentDateTime());
-            puestos.registrar(QStringLiteral("RECEPCION"), QDateTime::currentDateTime());
-            puestos.asignarUsuario(QStringLiteral("RECEPCION"), QStringLiteral("admin"));
+            puestos.registrar(u"CONSULTA1"_s, QDateTime::currentDateTime());
+            puestos.registrar(u"RECEPCION"_s, QDateTime::currentDateTime());
+            puestos.asignarUsuario(u"RECEPCION"_s, u"admin"_s);
         }
-        QCOMPARE(inst.puestos(),
-                 (QStringList{QStringLiteral("CONSULTA1/"), QStringLiteral("RECEPCION/admin")}));
-        const Salida s =
-            inst.programa({QStringLiteral("-app:PurgeActiveComputers")}, QStringLiteral("SERVIDOR"));
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(), QString());
-        QCOMPARE(s.codigo, 0);
+        QCOMPARE(inst.puestos(), (QStringList{u"CONSULTA1/"_s, u"RECEPCION/admin"_s}));
+        const Salida s = inst.programa({u"-app:PurgeActiveComputers"_s}, u"SERVIDOR"_s);
+        PMX_SALIDA(s, QString(), 0);
         QCOMPARE(inst.puestos(), QStringList{});
 
         // Purging an empty table is not an error either.
-        const Salida otra =
-            inst.programa({QStringLiteral("-app:PurgeActiveComputers")}, QStringLiteral("SERVIDOR"));
-        PMX_TERMINADO(otra);
-        QCOMPARE(otra.texto(), QString());
-        QCOMPARE(otra.codigo, 0);
+        const Salida otra = inst.programa({u"-app:PurgeActiveComputers"_s}, u"SERVIDOR"_s);
+        PMX_SALIDA(otra, QString(), 0);
     }
 
     void repararBaseDatos() {
         PMX_INSTALACION(inst);
-        const QString valor = QStringLiteral("Clínica Año Nuevo, 1.234,56 €");
-        QVERIFY(inst.escribirAjuste(QStringLiteral("NOM. PRESENT."), valor));
+        const QString valor = u"Clínica Año Nuevo, 1.234,56 €"_s;
+        QVERIFY(inst.escribirAjuste(u"NOM. PRESENT."_s, valor));
         const ino_t antes = Instalacion::esSQLite() ? nodo(inst.ficheroBD()) : 0;
 
-        const Salida s = inst.programa({QStringLiteral("-app:RepairDB")}, QStringLiteral("SERVIDOR"));
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(), kAvisoReparar + kCompactando + kConcluida);
-        QCOMPARE(s.codigo, 0);
+        const Salida s = inst.programa({u"-app:RepairDB"_s}, u"SERVIDOR"_s);
+        PMX_SALIDA(s, kAvisoReparar + kCompactando + kConcluida, 0);
 
-        QCOMPARE(inst.leerAjuste(QStringLiteral("NOM. PRESENT.")), valor);
-        QCOMPARE(inst.leerAjuste(QStringLiteral("VERSION REQUISITO")), kVersion);
+        QCOMPARE(inst.leerAjuste(u"NOM. PRESENT."_s), valor);
+        QCOMPARE(inst.leerAjuste(u"VERSION REQUISITO"_s), kVersion);
         if (Instalacion::esSQLite()) {
             // The compacted copy took the place of the file, and it is a sound database.
             QVERIFY(nodo(inst.ficheroBD()) != 0);
             QVERIFY(nodo(inst.ficheroBD()) != antes);
             auto db = inst.conectar();
-            QCOMPARE(db->valor(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+            QCOMPARE(db->valor(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
             QCOMPARE(temporalesReparacion(inst.carpetaDatos()), QStringList{});
         }
         // The repaired database still starts and reads its users.
-        const Salida arranque = inst.programa({kStart}, QStringLiteral("SERVIDOR"), credenciales("mala"));
-        PMX_TERMINADO(arranque);
-        QCOMPARE(arranque.texto(), kIdentificacion + kClaveIncorrecta + kPideUsuario);
-        QCOMPARE(arranque.codigo, 0);
+        const Salida arranque = inst.programa({kStart}, u"SERVIDOR"_s, credenciales("mala"));
+        PMX_SALIDA(arranque, kIdentificacion + kClaveIncorrecta + kPideUsuario, 0);
     }
 
     // ---- Required version and single-workstation mode -----------------------------------
@@ -277,125 +253,70 @@ private slots:
     void versionRequisito_data() {
         QTest::addColumn<QString>("requerida");
         QTest::addColumn<QString>("mensaje");
-        QTest::newRow("otra versión")
-            << QStringLiteral("0.9")
-            << QStringLiteral("[ERROR] Pramelvix\nLa versión requisito de ejecución (0.9) "
-                              "no coincide con la instalada en este puesto (%1). Consulte "
-                              "con Soporte a Clientes.\n")
-                   .arg(kVersion);
-        QTest::newRow("más nueva") << kVersion + QStringLiteral(".1")
-                                   << QStringLiteral(
-                                          "[ERROR] Pramelvix\nLa versión requisito de ejecución (%1.1) "
-                                          "no coincide con la instalada en este puesto (%1). Consulte "
-                                          "con Soporte a Clientes.\n")
-                                          .arg(kVersion);
-        QTest::newRow("vacía") << QString()
-                               << QStringLiteral(
-                                      "[ERROR] Pramelvix\nNo se ha podido encontrar la versión requisito "
-                                      "de ejecución. Consulte con Soporte a Clientes.\n");
+        auto fila = [](const char* nombre, QString a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
+        fila("otra versión", u"0.9"_s,
+             u"[ERROR] Pramelvix\nLa versión requisito de ejecución (0.9) "
+             "no coincide con la instalada en este puesto (%1). Consulte "
+             "con Soporte a Clientes.\n"_s.arg(kVersion));
+        fila("más nueva", kVersion + u".1"_s,
+             u"[ERROR] Pramelvix\nLa versión requisito de ejecución (%1.1) "
+             "no coincide con la instalada en este puesto (%1). Consulte "
+             "con Soporte a Clientes.\n"_s.arg(kVersion));
+        const QString sinVersion = u"[ERROR] Pramelvix\nNo se ha podido encontrar la versión requisito "
+                                   "de ejecución. Consulte con Soporte a Clientes.\n"_s;
+        fila("vacía", u""_s, sinVersion);
+        fila("ausente", QString(), sinVersion); // no setting at all
     }
     void versionRequisito() {
         QFETCH(QString, requerida);
         QFETCH(QString, mensaje);
         PMX_INSTALACION(inst);
-        QVERIFY(inst.escribirAjuste(QStringLiteral("VERSION REQUISITO"), requerida));
-        QCOMPARE(inst.leerAjuste(QStringLiteral("VERSION REQUISITO")), requerida);
-        const Salida s = inst.programa({kStart}, QStringLiteral("SERVIDOR"), credenciales());
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(), mensaje);
-        QCOMPARE(s.codigo, 1);
-        QCOMPARE(inst.puestos(), QStringList{});
-    }
-
-    void versionRequisitoAusente() {
-        // A database without the setting at all is refused like an empty one.
-        PMX_INSTALACION(inst);
-        {
-            auto db = inst.conectar();
-            Ajustes(*db).borrar(QStringLiteral("VERSION REQUISITO"));
-        }
-        const Salida s = inst.programa({kStart}, QStringLiteral("SERVIDOR"), credenciales());
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(),
-                 QStringLiteral("[ERROR] Pramelvix\nNo se ha podido encontrar la versión requisito de "
-                                "ejecución. Consulte con Soporte a Clientes.\n"));
-        QCOMPARE(s.codigo, 1);
+        if (requerida.isNull())
+            Ajustes(*inst.conectar()).borrar(u"VERSION REQUISITO"_s);
+        else
+            QVERIFY(inst.escribirAjuste(u"VERSION REQUISITO"_s, requerida));
+        const Salida s = inst.programa({kStart}, u"SERVIDOR"_s, credenciales());
+        PMX_SALIDA(s, mensaje, 1);
         QCOMPARE(inst.puestos(), QStringList{});
     }
 
     void modoMonopuesto() {
-        PMX_INSTALACION(inst, QStringLiteral("SERVIDOR"));
-        QVERIFY(inst.escribirAjuste(kMultipuesto, QStringLiteral("NO")));
-        const Salida cliente = inst.programa({kStart}, QStringLiteral("CONSULTA2"), credenciales());
-        PMX_TERMINADO(cliente);
-        QCOMPARE(cliente.texto(), kClienteEnMonopuesto);
-        QCOMPARE(cliente.codigo, 1);
-        QCOMPARE(inst.puestos(), QStringList{});
-
-        Sesion servidor(inst, QStringLiteral("SERVIDOR"));
-        QVERIFY(servidor.arrancar(credenciales()));
-        QVERIFY2(servidor.esperar(kIdentificado), qPrintable(servidor.textoHastaAhora()));
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("SERVIDOR/admin")});
-        const Salida fin = servidor.terminar();
-        PMX_TERMINADO(fin);
-        QCOMPARE(fin.texto(), kIdentificacion + kIdentificado);
-        QCOMPARE(fin.codigo, 0);
+        PMX_INSTALACION(inst, u"SERVIDOR"_s);
+        QVERIFY(inst.escribirAjuste(kMultipuesto, u"NO"_s));
+        const Salida cliente = inst.programa({kStart}, u"CONSULTA2"_s, credenciales());
+        PMX_SALIDA(cliente, kClienteEnMonopuesto, 1);
         QCOMPARE(inst.puestos(), QStringList{});
     }
-
-    void multipuestoAdmiteClientes() {
-        PMX_INSTALACION(inst, QStringLiteral("SERVIDOR"));
-        QCOMPARE(inst.leerAjuste(kMultipuesto), QStringLiteral("SI"));
-        Sesion cliente(inst, QStringLiteral("CONSULTA2"));
-        QVERIFY(cliente.arrancar(credenciales()));
-        QVERIFY2(cliente.esperar(kIdentificado), qPrintable(cliente.textoHastaAhora()));
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("CONSULTA2/admin")});
-        const Salida fin = cliente.terminar();
-        PMX_TERMINADO(fin);
-        QCOMPARE(fin.codigo, 0);
-        QCOMPARE(inst.puestos(), QStringList{});
-    }
-
-    // ---- Normal start and login ---------------------------------------------------------
 
     void arranqueNormal() {
         PMX_INSTALACION(inst);
-        QVERIFY(inst.escribirAjuste(QStringLiteral("VERSION INFORMADA"), QStringLiteral("0.0")));
-        Sesion puesto(inst, QStringLiteral("CONSULTA1"));
+        QVERIFY(inst.escribirAjuste(u"VERSION INFORMADA"_s, u"0.0"_s));
+        Sesion puesto(inst, u"CONSULTA1"_s);
         QVERIFY(puesto.arrancar(credenciales("mala") + credenciales()));
         QVERIFY2(puesto.esperar(kIdentificado), qPrintable(puesto.textoHastaAhora()));
         QCOMPARE(puesto.textoHastaAhora(),
                  kIdentificacion + kClaveIncorrecta + kIdentificacion + kIdentificado);
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("CONSULTA1/admin")});
-        QCOMPARE(inst.leerAjuste(QStringLiteral("VERSION INFORMADA")), kVersion);
+        QCOMPARE(inst.puestos(), QStringList{u"CONSULTA1/admin"_s});
+        QCOMPARE(inst.leerAjuste(u"VERSION INFORMADA"_s), kVersion);
 
         // A second copy on the same workstation is turned away and touches nothing.
-        const Salida segunda = inst.programa({kStart}, QStringLiteral("CONSULTA1"), credenciales());
-        PMX_TERMINADO(segunda);
-        QCOMPARE(segunda.texto(), kInstanciaPrevia);
-        QCOMPARE(segunda.codigo, 1);
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("CONSULTA1/admin")});
+        const Salida segunda = inst.programa({kStart}, u"CONSULTA1"_s, credenciales());
+        PMX_SALIDA(segunda, kInstanciaPrevia, 1);
+        QCOMPARE(inst.puestos(), QStringList{u"CONSULTA1/admin"_s});
         // So is a maintenance switch there.
-        const Salida purga =
-            inst.programa({QStringLiteral("-app:PurgeActiveComputers")}, QStringLiteral("CONSULTA1"));
-        PMX_TERMINADO(purga);
-        QCOMPARE(purga.texto(), kInstanciaPrevia);
-        QCOMPARE(purga.codigo, 1);
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("CONSULTA1/admin")});
+        const Salida purga = inst.programa({u"-app:PurgeActiveComputers"_s}, u"CONSULTA1"_s);
+        PMX_SALIDA(purga, kInstanciaPrevia, 1);
+        QCOMPARE(inst.puestos(), QStringList{u"CONSULTA1/admin"_s});
         QVERIFY(puesto.enMarcha());
 
         // SIGTERM closes the program the normal way: the workstation leaves the table.
         const Salida fin = puesto.terminar();
-        PMX_TERMINADO(fin);
-        QCOMPARE(fin.codigo, 0);
-        QCOMPARE(fin.texto(), kIdentificacion + kClaveIncorrecta + kIdentificacion + kIdentificado);
+        PMX_SALIDA(fin, kIdentificacion + kClaveIncorrecta + kIdentificacion + kIdentificado, 0);
         QCOMPARE(inst.puestos(), QStringList{});
 
         // The workstation is free again.
-        const Salida otra = inst.programa({kStart}, QStringLiteral("CONSULTA1"));
-        PMX_TERMINADO(otra);
-        QCOMPARE(otra.texto(), kPideUsuario);
-        QCOMPARE(otra.codigo, 0);
+        const Salida otra = inst.programa({kStart}, u"CONSULTA1"_s);
+        PMX_SALIDA(otra, kPideUsuario, 0);
         QCOMPARE(inst.puestos(), QStringList{});
     }
 
@@ -404,63 +325,36 @@ private slots:
         // that workstation takes both over.
         PMX_INSTALACION(inst);
         {
-            Sesion caida(inst, QStringLiteral("CONSULTA1"));
+            Sesion caida(inst, u"CONSULTA1"_s);
             QVERIFY(caida.arrancar(credenciales()));
             QVERIFY2(caida.esperar(kIdentificado), qPrintable(caida.textoHastaAhora()));
             const Salida muerta = caida.matar();
             QVERIFY(muerta.terminado);
             QVERIFY(!muerta.normal);
         }
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("CONSULTA1/admin")});
-        QCOMPARE(
-            QDir(inst.carpetaBloqueos()).entryList({QStringLiteral("pramelvix-CONSULTA1.lock")}, QDir::Files),
-            QStringList{QStringLiteral("pramelvix-CONSULTA1.lock")});
+        QCOMPARE(inst.puestos(), QStringList{u"CONSULTA1/admin"_s});
+        QCOMPARE(QDir(inst.carpetaBloqueos()).entryList({u"pramelvix-CONSULTA1.lock"_s}, QDir::Files),
+                 QStringList{u"pramelvix-CONSULTA1.lock"_s});
 
-        Sesion nueva(inst, QStringLiteral("CONSULTA1"));
+        Sesion nueva(inst, u"CONSULTA1"_s);
         QVERIFY(nueva.arrancar(credenciales()));
         QVERIFY2(nueva.esperar(kIdentificado), qPrintable(nueva.textoHastaAhora()));
         QCOMPARE(nueva.textoHastaAhora(), kIdentificacion + kIdentificado);
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("CONSULTA1/admin")});
+        QCOMPARE(inst.puestos(), QStringList{u"CONSULTA1/admin"_s});
         const Salida fin = nueva.terminar();
-        PMX_TERMINADO(fin);
-        QCOMPARE(fin.codigo, 0);
-        QCOMPARE(inst.puestos(), QStringList{});
-    }
-
-    void mismaMaquinaDistintoPuesto() {
-        // The single-copy lock is per workstation name: two names run side by side.
-        PMX_INSTALACION(inst);
-        Sesion uno(inst, QStringLiteral("CONSULTA1"));
-        Sesion dos(inst, QStringLiteral("CONSULTA2"));
-        QVERIFY(uno.arrancar(credenciales()));
-        QVERIFY2(uno.esperar(kIdentificado), qPrintable(uno.textoHastaAhora()));
-        QVERIFY(dos.arrancar(credenciales()));
-        QVERIFY2(dos.esperar(kIdentificado), qPrintable(dos.textoHastaAhora()));
-        QCOMPARE(inst.puestos(),
-                 (QStringList{QStringLiteral("CONSULTA1/admin"), QStringLiteral("CONSULTA2/admin")}));
-        const Salida finUno = uno.terminar();
-        PMX_TERMINADO(finUno);
-        QCOMPARE(finUno.codigo, 0);
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("CONSULTA2/admin")});
-        const Salida finDos = dos.terminar();
-        PMX_TERMINADO(finDos);
-        QCOMPARE(finDos.codigo, 0);
+        PMX_CODIGO(fin, 0);
         QCOMPARE(inst.puestos(), QStringList{});
     }
 
     void identificacionCancelada() {
         PMX_INSTALACION(inst);
-        const Salida s = inst.programa({kStart}, QStringLiteral("CONSULTA1"));
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(), kPideUsuario);
-        QCOMPARE(s.codigo, 0);
+        const Salida s = inst.programa({kStart}, u"CONSULTA1"_s);
+        PMX_SALIDA(s, kPideUsuario, 0);
         QCOMPARE(inst.puestos(), QStringList{});
 
         // Cancelled at the password prompt.
-        const Salida clave = inst.programa({kStart}, QStringLiteral("CONSULTA1"), "admin\n");
-        PMX_TERMINADO(clave);
-        QCOMPARE(clave.texto(), kIdentificacion);
-        QCOMPARE(clave.codigo, 0);
+        const Salida clave = inst.programa({kStart}, u"CONSULTA1"_s, "admin\n");
+        PMX_SALIDA(clave, kIdentificacion, 0);
         QCOMPARE(inst.puestos(), QStringList{});
     }
 
@@ -468,22 +362,19 @@ private slots:
         // The system asks the program to end while the login waits for the user: it ends at
         // once and its workstation leaves the active table.
         PMX_INSTALACION(inst);
-        Sesion sesion(inst, QStringLiteral("CONSULTA1"));
+        Sesion sesion(inst, u"CONSULTA1"_s);
         QVERIFY(sesion.arrancar(QByteArray()));
-        QVERIFY(sesion.esperar(QStringLiteral("Usuario: ")));
-        QCOMPARE(inst.puestos(), QStringList{QStringLiteral("CONSULTA1/")}); // nobody logged in yet
+        QVERIFY(sesion.esperar(u"Usuario: "_s));
+        QCOMPARE(inst.puestos(), QStringList{u"CONSULTA1/"_s}); // nobody logged in yet
         const Salida s = sesion.terminar();
-        PMX_TERMINADO(s);
-        QCOMPARE(s.codigo, 0);
+        PMX_CODIGO(s, 0);
         QCOMPARE(inst.puestos(), QStringList{});
     }
 
     void usuarioDesconocido() {
         PMX_INSTALACION(inst);
-        const Salida s = inst.programa({kStart}, QStringLiteral("CONSULTA1"), "nadie\nBuena.1\n");
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(), kIdentificacion + kUsuarioInexistente + kPideUsuario);
-        QCOMPARE(s.codigo, 0);
+        const Salida s = inst.programa({kStart}, u"CONSULTA1"_s, "nadie\nBuena.1\n");
+        PMX_SALIDA(s, kIdentificacion + kUsuarioInexistente + kPideUsuario, 0);
         QCOMPARE(inst.puestos(), QStringList{});
     }
 
@@ -494,45 +385,14 @@ private slots:
             QSKIP("Solo la base de datos SQLite se busca en la carpeta del servidor.");
         PMX_INSTALACION(inst);
         QVERIFY(borrarBD(inst.ficheroBD()));
-        const Salida s = inst.programa({kStart}, QStringLiteral("SERVIDOR"), "n\n" + credenciales());
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(), kBDNoEncontrada);
-        QCOMPARE(s.codigo, 1);
+        const Salida s = inst.programa({kStart}, u"SERVIDOR"_s, "n\n" + credenciales());
+        PMX_SALIDA(s, kBDNoEncontrada, 1);
         // No empty database was made in its place.
         QVERIFY(!QFileInfo::exists(inst.ficheroBD()));
 
         // End of input answers No.
-        const Salida cerrada = inst.programa({kStart}, QStringLiteral("SERVIDOR"));
-        PMX_TERMINADO(cerrada);
-        QCOMPARE(cerrada.texto(), kBDNoEncontrada + QStringLiteral("No\n"));
-        QCOMPARE(cerrada.codigo, 1);
-        QVERIFY(!QFileInfo::exists(inst.ficheroBD()));
-    }
-
-    void baseDatosAlternativa() {
-        if (!Instalacion::esSQLite())
-            QSKIP("Solo la base de datos SQLite se busca en la carpeta del servidor.");
-        PMX_INSTALACION(inst);
-        const QString copia = QDir(inst.carpetaAparte()).filePath(QStringLiteral("Copia.mdb"));
-        QVERIFY(QFile::copy(inst.ficheroBD(), copia));
-        QVERIFY(borrarBD(inst.ficheroBD()));
-
-        Sesion puesto(inst, QStringLiteral("SERVIDOR"));
-        QVERIFY(puesto.arrancar("s\n" + copia.toUtf8() + '\n' + credenciales()));
-        QVERIFY2(puesto.esperar(kIdentificado), qPrintable(puesto.textoHastaAhora()));
-        QCOMPARE(puesto.textoHastaAhora(),
-                 kBDNoEncontrada +
-                     QStringLiteral("[FICHERO] Seleccione la B.D. de Pramelvix\nBase de datos de "
-                                    "Pramelvix (*.mdb) (%1)\n")
-                         .arg(inst.carpetaDatos()) +
-                     kIdentificacion + kIdentificado);
-        // The session runs on the copy; the server folder is left as it was.
-        QCOMPARE(inst.puestos(copia), QStringList{QStringLiteral("SERVIDOR/admin")});
-        QVERIFY(!QFileInfo::exists(inst.ficheroBD()));
-        const Salida fin = puesto.terminar();
-        PMX_TERMINADO(fin);
-        QCOMPARE(fin.codigo, 0);
-        QCOMPARE(inst.puestos(copia), QStringList{});
+        const Salida cerrada = inst.programa({kStart}, u"SERVIDOR"_s);
+        PMX_SALIDA(cerrada, kBDNoEncontrada + u"No\n"_s, 1);
         QVERIFY(!QFileInfo::exists(inst.ficheroBD()));
     }
 
@@ -541,32 +401,15 @@ private slots:
             QSKIP("Solo la base de datos SQLite se busca en la carpeta del servidor.");
         PMX_INSTALACION(inst);
         QVERIFY(borrarBD(inst.ficheroBD()));
-        const QString falta = QDir(inst.carpetaAparte()).filePath(QStringLiteral("NoEsta.mdb"));
-        const Salida s = inst.programa({kStart}, QStringLiteral("SERVIDOR"),
-                                       "s\n" + falta.toUtf8() + '\n' + credenciales());
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(),
-                 kBDNoEncontrada + QStringLiteral("[FICHERO] Seleccione la B.D. de Pramelvix\nBase de "
-                                                  "datos de Pramelvix (*.mdb) (%1)\n")
-                                       .arg(inst.carpetaDatos()));
-        QCOMPARE(s.codigo, 1);
+        const QString falta = QDir(inst.carpetaAparte()).filePath(u"NoEsta.mdb"_s);
+        const Salida s =
+            inst.programa({kStart}, u"SERVIDOR"_s, "s\n" + falta.toUtf8() + '\n' + credenciales());
+        PMX_SALIDA(s,
+                   kBDNoEncontrada + u"[FICHERO] Seleccione la B.D. de Pramelvix\nBase de "
+                                     "datos de Pramelvix (*.mdb) (%1)\n"_s.arg(inst.carpetaDatos()),
+                   1);
         QVERIFY(!QFileInfo::exists(falta));
         QVERIFY(!QFileInfo::exists(inst.ficheroBD()));
-    }
-
-    void baseDatosDanada() {
-        if (!Instalacion::esSQLite()) QSKIP("La reparación al abrir es la del fichero SQLite.");
-        PMX_INSTALACION(inst);
-        QVERIFY(borrarBD(inst.ficheroBD()));
-        const QByteArray danada = basura();
-        QVERIFY(escribirBytes(inst.ficheroBD(), danada));
-
-        const Salida no = inst.programa({kStart}, QStringLiteral("SERVIDOR"), "n\n" + credenciales());
-        PMX_TERMINADO(no);
-        QCOMPARE(no.texto(), kBDDanada);
-        QCOMPARE(no.codigo, 1);
-        QCOMPARE(leerBytes(inst.ficheroBD()), danada);
-        QCOMPARE(temporalesReparacion(inst.carpetaDatos()), QStringList{});
     }
 
     void baseDatosDanadaReparacionFallida() {
@@ -576,10 +419,8 @@ private slots:
         const QByteArray danada = basura();
         QVERIFY(escribirBytes(inst.ficheroBD(), danada));
 
-        const Salida s = inst.programa({kStart}, QStringLiteral("SERVIDOR"), "s\nn\n" + credenciales());
-        PMX_TERMINADO(s);
-        QCOMPARE(s.texto(), kBDDanada + kReparando + kCompactando + kBDSigueDanada);
-        QCOMPARE(s.codigo, 1);
+        const Salida s = inst.programa({kStart}, u"SERVIDOR"_s, "s\nn\n" + credenciales());
+        PMX_SALIDA(s, kBDDanada + kReparando + kCompactando + kBDSigueDanada, 1);
         QCOMPARE(leerBytes(inst.ficheroBD()), danada);
         QCOMPARE(temporalesReparacion(inst.carpetaDatos()), QStringList{});
     }
@@ -589,44 +430,34 @@ private slots:
     void adminArgumentosIncorrectos_data() {
         QTest::addColumn<QStringList>("argumentos");
         QTest::addColumn<QString>("error");
-        const QString carpeta = QStringLiteral("@CARPETA@");
-        QTest::newRow("init sin --admin") << QStringList{QStringLiteral("init"), carpeta}
-                                          << QStringLiteral("Error: falta --admin USUARIO:CLAVE.\n");
-        QTest::newRow("--admin sin dos puntos")
-            << QStringList{QStringLiteral("init"), carpeta, QStringLiteral("--admin"),
-                           QStringLiteral("nocolon")}
-            << QStringLiteral("Error: --admin espera USUARIO:CLAVE, con usuario y clave no vacíos.\n");
-        QTest::newRow("--admin sin clave")
-            << QStringList{QStringLiteral("init"), carpeta, QStringLiteral("--admin"),
-                           QStringLiteral("admin:")}
-            << QStringLiteral("Error: --admin espera USUARIO:CLAVE, con usuario y clave no vacíos.\n");
-        QTest::newRow("--admin sin valor")
-            << QStringList{QStringLiteral("init"), carpeta, QStringLiteral("--admin")}
-            << QStringLiteral("Error: falta el valor de --admin.\n");
-        QTest::newRow("opción desconocida")
-            << QStringList{QStringLiteral("init"), carpeta, QStringLiteral("--admin"), QStringLiteral("a:b"),
-                           QStringLiteral("--nada")}
-            << QStringLiteral("Error: opción desconocida '--nada'.\n");
-        QTest::newRow("init sin carpeta") << QStringList{QStringLiteral("init")}
-                                          << QStringLiteral("Error: falta la carpeta de la instalación.\n");
-        QTest::newRow("orden desconocida") << QStringList{QStringLiteral("instalar"), carpeta}
-                                           << QStringLiteral("Error: orden desconocida 'instalar'.\n");
-        QTest::newRow("setting sin clave")
-            << QStringList{QStringLiteral("--dir"), carpeta, QStringLiteral("setting"), QStringLiteral("get")}
-            << QStringLiteral("Error: argumentos incorrectos para setting.\n");
+        auto fila = [](const char* nombre, QStringList a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
+        const QString carpeta = u"@CARPETA@"_s;
+        fila("init sin --admin", QStringList{u"init"_s, carpeta}, u"Error: falta --admin USUARIO:CLAVE.\n"_s);
+        fila("--admin sin dos puntos", QStringList{u"init"_s, carpeta, u"--admin"_s, u"nocolon"_s},
+             u"Error: --admin espera USUARIO:CLAVE, con usuario y clave no vacíos.\n"_s);
+        fila("--admin sin clave", QStringList{u"init"_s, carpeta, u"--admin"_s, u"admin:"_s},
+             u"Error: --admin espera USUARIO:CLAVE, con usuario y clave no vacíos.\n"_s);
+        fila("--admin sin valor", QStringList{u"init"_s, carpeta, u"--admin"_s},
+             u"Error: falta el valor de --admin.\n"_s);
+        fila("opción desconocida", QStringList{u"init"_s, carpeta, u"--admin"_s, u"a:b"_s, u"--nada"_s},
+             u"Error: opción desconocida '--nada'.\n"_s);
+        fila("init sin carpeta", QStringList{u"init"_s}, u"Error: falta la carpeta de la instalación.\n"_s);
+        fila("orden desconocida", QStringList{u"instalar"_s, carpeta},
+             u"Error: orden desconocida 'instalar'.\n"_s);
+        fila("setting sin clave", QStringList{u"--dir"_s, carpeta, u"setting"_s, u"get"_s},
+             u"Error: argumentos incorrectos para setting.\n"_s);
     }
     void adminArgumentosIncorrectos() {
         QFETCH(QStringList, argumentos);
         QFETCH(QString, error);
         QTemporaryDir tmp;
         QVERIFY(tmp.isValid());
-        const QString carpeta = tmp.filePath(QStringLiteral("PRAMELVIX"));
-        argumentos.replaceInStrings(QStringLiteral("@CARPETA@"), carpeta);
+        const QString carpeta = tmp.filePath(u"PRAMELVIX"_s);
+        argumentos.replaceInStrings(u"@CARPETA@"_s, carpeta);
         const Salida s = admin(argumentos);
-        PMX_TERMINADO(s);
-        QCOMPARE(s.codigo, 2);
+        PMX_CODIGO(s, 2);
         QVERIFY2(s.textoErrores().startsWith(error), s.errores.constData());
-        QVERIFY(s.textoErrores().contains(QStringLiteral("Uso:\n  pramelvix-admin init CARPETA --admin")));
+        QVERIFY(s.textoErrores().contains(u"Uso:\n  pramelvix-admin init CARPETA --admin"_s));
         QCOMPARE(s.texto(), QString());
         // Nothing was installed.
         QVERIFY(!QFileInfo::exists(carpeta));
@@ -634,10 +465,9 @@ private slots:
 
     void adminSinOrden() {
         const Salida s = admin({});
-        PMX_TERMINADO(s);
-        QCOMPARE(s.codigo, 2);
+        PMX_CODIGO(s, 2);
         QVERIFY2(s.textoErrores().startsWith(
-                     QStringLiteral("Error: falta la orden.\nUso:\n  pramelvix-admin init CARPETA --admin")),
+                     u"Error: falta la orden.\nUso:\n  pramelvix-admin init CARPETA --admin"_s),
                  s.errores.constData());
         QCOMPARE(s.texto(), QString());
     }
@@ -646,51 +476,42 @@ private slots:
         PMX_INSTALACION(inst);
         const QByteArray ini = leerBytes(inst.ficheroIni());
         QVERIFY(!ini.isEmpty());
-        QVERIFY(inst.escribirAjuste(QStringLiteral("JAULAS"), QStringLiteral("12")));
+        QVERIFY(inst.escribirAjuste(u"JAULAS"_s, u"12"_s));
         const Salida s =
-            admin({QStringLiteral("init"), inst.carpeta(), QStringLiteral("--admin"),
-                   QStringLiteral("otro:Otra.2"), QStringLiteral("--servidor"), QStringLiteral("OTRO")});
-        PMX_TERMINADO(s);
-        QCOMPARE(s.codigo, 1);
-        QCOMPARE(s.textoErrores(),
-                 QStringLiteral("Ya existe una instalación en '%1'.\n").arg(inst.carpeta()));
+            admin({u"init"_s, inst.carpeta(), u"--admin"_s, u"otro:Otra.2"_s, u"--servidor"_s, u"OTRO"_s});
+        PMX_CODIGO(s, 1);
+        QCOMPARE(s.textoErrores(), u"Ya existe una instalación en '%1'.\n"_s.arg(inst.carpeta()));
         QCOMPARE(s.texto(), QString());
         // The installation is untouched.
         QCOMPARE(leerBytes(inst.ficheroIni()), ini);
-        QCOMPARE(inst.leerAjuste(QStringLiteral("JAULAS")), QStringLiteral("12"));
-        QCOMPARE(inst.leerAjuste(QStringLiteral("PUESTO SERVIDOR")), QStringLiteral("SERVIDOR"));
-        const Salida otro = inst.programa({kStart}, QStringLiteral("SERVIDOR"), "otro\nOtra.2\n");
+        QCOMPARE(inst.leerAjuste(u"JAULAS"_s), u"12"_s);
+        QCOMPARE(inst.leerAjuste(u"PUESTO SERVIDOR"_s), u"SERVIDOR"_s);
+        const Salida otro = inst.programa({kStart}, u"SERVIDOR"_s, "otro\nOtra.2\n");
         PMX_TERMINADO(otro);
         QCOMPARE(otro.texto(), kIdentificacion + kUsuarioInexistente + kPideUsuario);
     }
 
     void adminAjustes() {
         PMX_INSTALACION(inst);
-        const Salida falta = inst.ajuste(QStringLiteral("NO EXISTE"));
-        PMX_TERMINADO(falta);
-        QCOMPARE(falta.codigo, 0);
-        QCOMPARE(falta.texto(), QStringLiteral("\n"));
+        const Salida falta = inst.ajuste(u"NO EXISTE"_s);
+        PMX_SALIDA(falta, u"\n"_s, 0);
         QCOMPARE(falta.textoErrores(), QString());
 
-        QVERIFY(inst.escribirAjuste(QStringLiteral("NO EXISTE"), QStringLiteral("ahora sí")));
-        const Salida hay = inst.ajuste(QStringLiteral("NO EXISTE"));
-        PMX_TERMINADO(hay);
-        QCOMPARE(hay.codigo, 0);
-        QCOMPARE(hay.texto(), QStringLiteral("ahora sí\n"));
+        QVERIFY(inst.escribirAjuste(u"NO EXISTE"_s, u"ahora sí"_s));
+        const Salida hay = inst.ajuste(u"NO EXISTE"_s);
+        PMX_SALIDA(hay, u"ahora sí\n"_s, 0);
         auto db = inst.conectar();
-        QCOMPARE(Ajustes(*db).leer(QStringLiteral("NO EXISTE")), QStringLiteral("ahora sí"));
+        QCOMPARE(Ajustes(*db).leer(u"NO EXISTE"_s), u"ahora sí"_s);
     }
 
     void adminSinInstalacion() {
         QTemporaryDir tmp;
         QVERIFY(tmp.isValid());
-        const Salida s = admin({QStringLiteral("--dir"), tmp.path(), QStringLiteral("setting"),
-                                QStringLiteral("get"), QStringLiteral("MULTIPUESTO")});
-        PMX_TERMINADO(s);
-        QCOMPARE(s.codigo, 1);
-        QCOMPARE(s.textoErrores(),
-                 QStringLiteral("No se ha encontrado el fichero de configuración 'PRAMELVIX.INI' en '%1'.\n")
-                     .arg(tmp.path()));
+        const Salida s = admin({u"--dir"_s, tmp.path(), u"setting"_s, u"get"_s, u"MULTIPUESTO"_s});
+        PMX_CODIGO(s, 1);
+        QCOMPARE(
+            s.textoErrores(),
+            u"No se ha encontrado el fichero de configuración 'PRAMELVIX.INI' en '%1'.\n"_s.arg(tmp.path()));
         QCOMPARE(s.texto(), QString());
     }
 };

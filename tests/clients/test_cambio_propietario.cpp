@@ -6,58 +6,37 @@
 #include "clients/mascota_form.h"
 #include "clients/registro_cambios_form.h"
 #include "data/esquema.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "sesion.h"
 
 namespace {
-qint64 crear(Database& db, const QString& t, const QVariantMap& valores) {
-    Registro r(*descriptorTabla(t));
-    for (auto it = valores.cbegin(); it != valores.cend(); ++it)
-        r.setValor(it.key(), it.value());
-    return RegistroStore(db).crear(r).toLongLong();
-}
 
 qint64 dueno(Database& db, qint64 mascota) {
-    return db.valor(QStringLiteral("SELECT IdCliente FROM Mascotas WHERE IdMascota = ?"), {mascota})
-        .toLongLong();
+    return db.valor(u"SELECT IdCliente FROM Mascotas WHERE IdMascota = ?"_s, {mascota}).toLongLong();
 }
 } // namespace
 
 class TestCambioPropietario : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(9, 0))};
 
-    struct Caso {
-        TestDb t;
-        ScriptedDialogs d;
-        std::unique_ptr<Entorno> e;
+    struct Caso : Sesion {
         qint64 ana = 0, luis = 0, rufo = 0, misi = 0;
         QList<qint64> elecciones; // clients the search answers, in order
     };
 
     std::unique_ptr<Caso> caso() {
         auto c = std::make_unique<Caso>();
-        Database& db = c->t.db();
-        c->ana =
-            crear(db, QStringLiteral("Clientes"), {{QStringLiteral("Nombre"), QStringLiteral("Ana Núñez")}});
-        c->luis =
-            crear(db, QStringLiteral("Clientes"), {{QStringLiteral("Nombre"), QStringLiteral("Luis Pérez")}});
-        c->rufo = crear(
-            db, QStringLiteral("Mascotas"),
-            {{QStringLiteral("Nombre"), QStringLiteral("Rufo")}, {QStringLiteral("IdCliente"), c->ana}});
-        c->misi = crear(
-            db, QStringLiteral("Mascotas"),
-            {{QStringLiteral("Nombre"), QStringLiteral("Misi")}, {QStringLiteral("IdCliente"), c->ana}});
-        c->e = std::make_unique<Entorno>(db, c->d, reloj_);
-        c->e->puesto = QStringLiteral("CONSULTA1");
-        c->e->sesion = QStringLiteral("S1");
-        c->e->usuario = QStringLiteral("luisa");
+        Semilla& s = c->s;
+        c->ana = s.cliente(u"Ana Núñez"_s);
+        c->luis = s.cliente(u"Luis Pérez"_s);
+        c->rufo = s.fila(u"Mascotas"_s, {{u"Nombre"_s, u"Rufo"_s}, {u"IdCliente"_s, c->ana}});
+        c->misi = s.fila(u"Mascotas"_s, {{u"Nombre"_s, u"Misi"_s}, {u"IdCliente"_s, c->ana}});
+        c->e.usuario = u"luisa"_s;
         Caso* p = c.get();
-        c->e->buscadores.cliente = [p](const PeticionCliente&) -> std::optional<ClienteElegido> {
+        c->e.buscadores.cliente = [p](const PeticionCliente&) -> std::optional<ClienteElegido> {
             if (p->elecciones.isEmpty()) return std::nullopt;
             ClienteElegido e;
             e.claveCliente = p->elecciones.takeFirst();
-            e.Cliente = e.claveCliente == p->ana ? QStringLiteral("Ana Núñez") : QStringLiteral("Luis Pérez");
+            e.Cliente = e.claveCliente == p->ana ? u"Ana Núñez"_s : u"Luis Pérez"_s;
             return e;
         };
         return c;
@@ -72,67 +51,61 @@ class TestCambioPropietario : public QObject {
 private slots:
     void obligatoriosEnOrden() {
         auto c = caso();
-        CambioPropietarioForm f(*c->e);
+        CambioPropietarioForm f(c->e);
         QVERIFY(!f.cambiar());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Campos obligatorios no informados"));
-        QCOMPARE(
-            c->d.ultimoTexto(),
-            QStringLiteral("Seleccione el propietario actual de la mascota a través de la lupa de búsqueda"));
+        QCOMPARE(c->d.ultimo().titulo, u"Campos obligatorios no informados"_s);
+        QCOMPARE(c->d.ultimoTexto(),
+                 u"Seleccione el propietario actual de la mascota a través de la lupa de búsqueda"_s);
         c->elecciones = {c->ana};
         QVERIFY(f.elegirPropietarioActual());
-        QCOMPARE(f.nombreActual(), QStringLiteral("Ana Núñez"));
+        QCOMPARE(f.nombreActual(), u"Ana Núñez"_s);
         QCOMPARE(f.mascotas().size(), 2);
         QVERIFY(!f.cambiar());
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("Indique la mascota que desea cambiar de propietario"));
-        f.setFilaMascota(filaDe(f, QStringLiteral("Rufo")));
+        QCOMPARE(c->d.ultimoTexto(), u"Indique la mascota que desea cambiar de propietario"_s);
+        f.setFilaMascota(filaDe(f, u"Rufo"_s));
         QVERIFY(!f.cambiar());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Campos obligatorios no informados"));
+        QCOMPARE(c->d.ultimo().titulo, u"Campos obligatorios no informados"_s);
         QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral(
-                     "Seleccione el nuevo propietario para la mascota a través de la lupa de búsqueda"));
+                 u"Seleccione el nuevo propietario para la mascota a través de la lupa de búsqueda"_s);
         c->elecciones = {c->ana};
         QVERIFY(f.elegirNuevoPropietario());
         QVERIFY(!f.cambiar());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Información introducida errónea"));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("El nuevo propietario es el mismo que el propietario actual de la "
-                                "mascota. Seleccione otro propietario."));
-        QCOMPARE(RegistroStore(c->t.db()).contar(*descriptorTabla(QStringLiteral("CambiosPropietario"))), 0);
-        QCOMPARE(dueno(c->t.db(), c->rufo), c->ana);
+        QCOMPARE(c->d.ultimo().titulo, u"Información introducida errónea"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"El nuevo propietario es el mismo que el propietario actual de la "
+                                     "mascota. Seleccione otro propietario."_s);
+        QCOMPARE(RegistroStore(c->db()).contar(*descriptorTabla(u"CambiosPropietario"_s)), 0);
+        QCOMPARE(dueno(c->db(), c->rufo), c->ana);
     }
 
     // After the change the pet is listed only under the new owner; the register keeps the old one.
     void cambioYRegistro() {
         auto c = caso();
-        CambioPropietarioForm f(*c->e);
+        CambioPropietarioForm f(c->e);
         QVERIFY(f.abrir(c->ana, c->rufo));
-        QCOMPARE(f.mascotas().at(f.filaMascota()).Mascota, QStringLiteral("Rufo"));
+        QCOMPARE(f.mascotas().at(f.filaMascota()).Mascota, u"Rufo"_s);
         c->elecciones = {c->luis};
         QVERIFY(f.elegirNuevoPropietario());
         QVERIFY(f.cambiar());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Información"));
-        QCOMPARE(
-            c->d.ultimoTexto(),
-            QStringLiteral("Cambio efectuado correctamente. La mascota Rufo pertenece ahora a Luis Pérez"));
+        QCOMPARE(c->d.ultimo().titulo, u"Información"_s);
+        QCOMPARE(c->d.ultimoTexto(),
+                 u"Cambio efectuado correctamente. La mascota Rufo pertenece ahora a Luis Pérez"_s);
         QCOMPARE(f.mascotas().size(), 1);
         QCOMPARE(f.filaMascota(), -1);
 
-        MascotaForm deAna(*c->e), deLuis(*c->e);
+        MascotaForm deAna(c->e), deLuis(c->e);
         QVERIFY(deAna.abrir(c->ana));
         QVERIFY(deLuis.abrir(c->luis));
         QCOMPARE(deAna.lista().size(), 1);
-        QCOMPARE(deAna.lista().first().Mascota, QStringLiteral("Misi"));
+        QCOMPARE(deAna.lista().first().Mascota, u"Misi"_s);
         QCOMPARE(deLuis.lista().size(), 1);
         QCOMPARE(deLuis.lista().first().IdMascota, c->rufo);
 
-        RegistroCambiosForm r(*c->e);
+        RegistroCambiosForm r(c->e);
         QVERIFY(r.buscar());
         QCOMPARE(r.filas().size(), 1);
         QCOMPARE(RegistroCambiosForm::textos(r.filas().first()),
-                 (QStringList{QStringLiteral("23/11/2026"), QStringLiteral("Rufo"),
-                              QStringLiteral("Ana Núñez"), QStringLiteral("Luis Pérez")}));
-        QCOMPARE(c->t.db().valor(QStringLiteral("SELECT Usuario FROM CambiosPropietario")).toString(),
-                 QStringLiteral("luisa"));
+                 (QStringList{u"23/11/2026"_s, u"Rufo"_s, u"Ana Núñez"_s, u"Luis Pérez"_s}));
+        QCOMPARE(c->db().valor(u"SELECT Usuario FROM CambiosPropietario"_s).toString(), u"luisa"_s);
         const auto abrir = r.mascotaDeFila(0);
         QVERIFY(abrir);
         QCOMPARE(abrir->first, c->luis);
@@ -142,56 +115,51 @@ private slots:
     // The register insert fails after the pet was moved: the whole change is undone.
     void atomicidad() {
         auto c = caso();
-        Database& db = c->t.db();
+        Database& db = c->db();
+        Semilla& s = c->s;
         if (db.esSQLite()) {
-            db.ejecutarDirecto(
-                QStringLiteral("CREATE TRIGGER sin_registro BEFORE INSERT ON CambiosPropietario "
-                               "BEGIN SELECT RAISE(ABORT, 'registro de cambios lleno'); END"));
+            db.ejecutarDirecto(u"CREATE TRIGGER sin_registro BEFORE INSERT ON CambiosPropietario "
+                               "BEGIN SELECT RAISE(ABORT, 'registro de cambios lleno'); END"_s);
         } else {
-            db.ejecutarDirecto(
-                QStringLiteral("CREATE FUNCTION sin_registro() RETURNS trigger AS $$ BEGIN RAISE "
-                               "EXCEPTION 'registro de cambios lleno'; END $$ LANGUAGE plpgsql"));
-            db.ejecutarDirecto(
-                QStringLiteral("CREATE TRIGGER sin_registro BEFORE INSERT ON CambiosPropietario "
-                               "FOR EACH ROW EXECUTE FUNCTION sin_registro()"));
+            db.ejecutarDirecto(u"CREATE FUNCTION sin_registro() RETURNS trigger AS $$ BEGIN RAISE "
+                               "EXCEPTION 'registro de cambios lleno'; END $$ LANGUAGE plpgsql"_s);
+            db.ejecutarDirecto(u"CREATE TRIGGER sin_registro BEFORE INSERT ON CambiosPropietario "
+                               "FOR EACH ROW EXECUTE FUNCTION sin_registro()"_s);
         }
-        CambioPropietarioForm f(*c->e);
+        CambioPropietarioForm f(c->e);
         QVERIFY(f.abrir(c->ana, c->rufo));
         c->elecciones = {c->luis};
         QVERIFY(f.elegirNuevoPropietario());
         QVERIFY(!f.cambiar());
-        QVERIFY(c->d.ultimoTexto().contains(QStringLiteral("registro de cambios lleno")));
-        QVERIFY(!c->d.ultimoTexto().startsWith(QStringLiteral("Cambio efectuado")));
+        QVERIFY(c->d.ultimoTexto().contains(u"registro de cambios lleno"_s));
+        QVERIFY(!c->d.ultimoTexto().startsWith(u"Cambio efectuado"_s));
         QCOMPARE(dueno(db, c->rufo), c->ana);
-        QCOMPARE(RegistroStore(db).contar(*descriptorTabla(QStringLiteral("CambiosPropietario"))), 0);
-        QCOMPARE(RegistroStore(db).contar(*descriptorTabla(QStringLiteral("Bloqueos"))), 0);
+        QCOMPARE(RegistroStore(db).contar(*descriptorTabla(u"CambiosPropietario"_s)), 0);
+        QCOMPARE(RegistroStore(db).contar(*descriptorTabla(u"Bloqueos"_s)), 0);
         QCOMPARE(f.mascotas().at(f.filaMascota()).Mascota,
-                 QStringLiteral("Rufo")); // the screen keeps the choice
+                 u"Rufo"_s); // the screen keeps the choice
 
         // A pet that another workstation moved meanwhile is not moved from its new owner.
-        db.ejecutarDirecto(QStringLiteral("DROP TRIGGER sin_registro") +
-                           (db.esSQLite() ? QString() : QStringLiteral(" ON CambiosPropietario")));
-        db.ejecutarCambio(QStringLiteral("UPDATE Mascotas SET IdCliente = ? WHERE IdMascota = ?"),
-                          {c->luis, c->rufo});
-        const qint64 otro =
-            crear(db, QStringLiteral("Clientes"), {{QStringLiteral("Nombre"), QStringLiteral("Otro")}});
+        db.ejecutarDirecto(u"DROP TRIGGER sin_registro"_s +
+                           (db.esSQLite() ? QString() : u" ON CambiosPropietario"_s));
+        db.ejecutarCambio(u"UPDATE Mascotas SET IdCliente = ? WHERE IdMascota = ?"_s, {c->luis, c->rufo});
+        const qint64 otro = s.cliente(u"Otro"_s);
         c->elecciones = {otro};
         QVERIFY(f.elegirNuevoPropietario());
         QVERIFY(!f.cambiar());
-        QVERIFY(c->d.ultimoTexto().contains(
-            QStringLiteral("La mascota ya no pertenece al propietario actual indicado.")));
+        QVERIFY(c->d.ultimoTexto().contains(u"La mascota ya no pertenece al propietario actual indicado."_s));
         QCOMPARE(dueno(db, c->rufo), c->luis);
-        QCOMPARE(RegistroStore(db).contar(*descriptorTabla(QStringLiteral("CambiosPropietario"))), 0);
+        QCOMPARE(RegistroStore(db).contar(*descriptorTabla(u"CambiosPropietario"_s)), 0);
     }
 
     void registroFiltrosYMensajes() {
         auto c = caso();
-        MascotaStore s(c->t.db());
-        s.cambiarPropietario(c->rufo, c->ana, c->luis, QDate(2026, 1, 10), QStringLiteral("ana"));
-        s.cambiarPropietario(c->misi, c->ana, c->luis, QDate(2026, 3, 5), QStringLiteral("ana"));
-        s.cambiarPropietario(c->rufo, c->luis, c->ana, QDate(2026, 6, 1), QStringLiteral("ana"));
+        MascotaStore s(c->db());
+        s.cambiarPropietario(c->rufo, c->ana, c->luis, QDate(2026, 1, 10), u"ana"_s);
+        s.cambiarPropietario(c->misi, c->ana, c->luis, QDate(2026, 3, 5), u"ana"_s);
+        s.cambiarPropietario(c->rufo, c->luis, c->ana, QDate(2026, 6, 1), u"ana"_s);
 
-        RegistroCambiosForm r(*c->e);
+        RegistroCambiosForm r(c->e);
         QVERIFY(r.buscar());
         QCOMPARE(r.filas().size(), 3);
         QCOMPARE(r.filas().first().Fecha, QDate(2026, 6, 1)); // newest first
@@ -200,27 +168,27 @@ private slots:
         QVERIFY(r.buscar());
         QCOMPARE(r.filas().size(), 2);
         r.filtro = {};
-        r.filtro.mascota = QStringLiteral("ruf");
+        r.filtro.mascota = u"ruf"_s;
         QVERIFY(r.buscar());
         QCOMPARE(r.filas().size(), 2);
         r.filtro = {};
         c->elecciones = {c->luis};
         QVERIFY(r.elegirOrigen());
-        QCOMPARE(r.nombreOrigen(), QStringLiteral("Luis Pérez"));
+        QCOMPARE(r.nombreOrigen(), u"Luis Pérez"_s);
         QVERIFY(r.buscar());
         QCOMPARE(r.filas().size(), 1);
-        QCOMPARE(r.filas().first().NuevoPropietario, QStringLiteral("Ana Núñez"));
+        QCOMPARE(r.filas().first().NuevoPropietario, u"Ana Núñez"_s);
         r.quitarOrigen();
         c->elecciones = {c->luis};
         QVERIFY(r.elegirDestino());
         QVERIFY(r.buscar());
         QCOMPARE(r.filas().size(), 2);
-        r.filtro.mascota = QStringLiteral("toby");
+        r.filtro.mascota = u"toby"_s;
         c->d.limpiar();
         QVERIFY(!r.buscar());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("¡Atención!"));
+        QCOMPARE(c->d.ultimo().titulo, u"¡Atención!"_s);
         QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("No existen Cambios de Propietario que cumplan los filtros especificados."));
+                 u"No existen Cambios de Propietario que cumplan los filtros especificados."_s);
 
         // A pet deleted afterwards: its rows stay, opening it says it is gone.
         r.filtro = {};
@@ -233,10 +201,9 @@ private slots:
         QVERIFY(fila >= 0);
         QCOMPARE(r.filas().at(fila).Mascota, QString());
         QVERIFY(!r.mascotaDeFila(fila));
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("¡Error!"));
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("No se ha encontrado la Mascota nº ") +
-                                         QString::number(c->misi) +
-                                         QStringLiteral(" en la B.D. Contacte con Soporte a Clientes."));
+        QCOMPARE(c->d.ultimo().titulo, u"¡Error!"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"No se ha encontrado la Mascota nº "_s + QString::number(c->misi) +
+                                         u" en la B.D. Contacte con Soporte a Clientes."_s);
     }
 };
 

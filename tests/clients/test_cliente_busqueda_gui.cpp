@@ -4,8 +4,7 @@
 #include "clients/generador.h"
 #include "clients/ui/cliente_busqueda_window.h"
 #include "data/esquema.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "gui.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -19,18 +18,9 @@
 
 class TestClienteBusquedaGui : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 3, 10), QTime(10, 0))};
-    TestDb t_;
-    ScriptedDialogs d_;
-    std::unique_ptr<Entorno> e_;
+    Sesion s_{QDateTime(QDate(2026, 3, 10), QTime(10, 0))};
 
-    template <typename W> static W* hijo(QWidget& w, const QString& nombre) {
-        W* h = w.findChild<W*>(nombre);
-        if (!h) qFatal("falta el control %s", qPrintable(nombre));
-        return h;
-    }
-
-    static QStringList cabeceras(QTableWidget* t) {
+    static QStringList cabecerasTabla(QTableWidget* t) {
         QStringList r;
         for (int c = 0; c < t->columnCount(); ++c)
             r << t->horizontalHeaderItem(c)->text();
@@ -38,30 +28,24 @@ class TestClienteBusquedaGui : public QObject {
     }
 
 private slots:
-    void initTestCase() {
-        migrarEsquema(t_.db());
-        generarClientes(t_.db(), 300, 2026);
-        e_ = std::make_unique<Entorno>(t_.db(), d_, reloj_);
-    }
+    void initTestCase() { generarClientes(s_.db(), 300, 2026); }
 
     void buscarYElegir() {
-        ClienteBusquedaWindow w(*e_);
-        QCOMPARE(w.windowTitle(), QStringLiteral("Búsqueda de Clientes"));
-        auto* clientes = hijo<QTableWidget>(w, QStringLiteral("grdClientes"));
-        auto* mascotas = hijo<QTableWidget>(w, QStringLiteral("grdMascotas"));
-        QCOMPARE(cabeceras(clientes), ClienteBusquedaForm::columnasClientes());
-        QCOMPARE(cabeceras(mascotas), ClienteBusquedaForm::columnasMascotas());
-        QCOMPARE(hijo<QComboBox>(w, QStringLiteral("cboLOPD"))->count(), 4);
-        QVERIFY(hijo<QComboBox>(w, QStringLiteral("cboEspecie"))->count() > 1);
+        ClienteBusquedaWindow w(s_.e);
+        auto* clientes = hijo<QTableWidget>(w, u"grdClientes"_s);
+        auto* mascotas = hijo<QTableWidget>(w, u"grdMascotas"_s);
+        QCOMPARE(cabecerasTabla(clientes), ClienteBusquedaForm::columnasClientes());
+        QCOMPARE(cabecerasTabla(mascotas), ClienteBusquedaForm::columnasMascotas());
+        QCOMPARE(hijo<QComboBox>(w, u"cboLOPD"_s)->count(), 4);
+        QVERIFY(hijo<QComboBox>(w, u"cboEspecie"_s)->count() > 1);
         // The first surname of some client, typed in lower case without accents.
-        const QString nombre =
-            t_.db()
-                .valor(QStringLiteral("SELECT Nombre FROM Clientes WHERE FechaBaja IS NULL "
-                                      "ORDER BY IdCliente"))
-                .toString();
+        const QString nombre = s_.db()
+                                   .valor(u"SELECT Nombre FROM Clientes WHERE FechaBaja IS NULL "
+                                          "ORDER BY IdCliente"_s)
+                                   .toString();
         const QString apellido = normalizarBusqueda(nombre.section(QLatin1Char(' '), 0, 0)).toLower();
-        hijo<QLineEdit>(w, QStringLiteral("txtNombre"))->setText(apellido);
-        hijo<QPushButton>(w, QStringLiteral("cmdBuscar"))->click();
+        hijo<QLineEdit>(w, u"txtNombre"_s)->setText(apellido);
+        pulsar(w, u"cmdBuscar"_s);
         QVERIFY(clientes->rowCount() > 0);
         QCOMPARE(clientes->rowCount(), w.form().clientes().size());
         for (int r = 0; r < clientes->rowCount(); ++r)
@@ -74,36 +58,37 @@ private slots:
             QCOMPARE(mascotas->rowCount(), w.form().mascotas().size());
         }
         const QString elegido = clientes->item(w.form().seleccionado(), 0)->text();
-        hijo<QPushButton>(w, QStringLiteral("cmdAceptar"))->click();
+        pulsar(w, u"cmdAceptar"_s);
         QCOMPARE(w.result(), int(QDialog::Accepted));
         QCOMPARE(w.form().elegido()->Cliente, elegido);
-        QVERIFY(d_.mensajes().isEmpty());
+        capturar(w, u"busqueda-clientes.png"_s);
+        QVERIFY(s_.d.mensajes().isEmpty());
     }
 
     void modoYBloquear() {
         PeticionCliente p;
         p.Bloquear = true;
-        p.TextoInicialMascota = QStringLiteral("luna");
-        ClienteBusquedaWindow w(*e_, nullptr, p);
-        QVERIFY(hijo<QPushButton>(w, QStringLiteral("cmdNuevoCliente"))->isHidden());
+        p.TextoInicialMascota = u"luna"_s;
+        ClienteBusquedaWindow w(s_.e, nullptr, p);
+        QVERIFY(hijo<QPushButton>(w, u"cmdNuevoCliente"_s)->isHidden());
         // The preset pet name was searched on opening.
-        QCOMPARE(hijo<QLineEdit>(w, QStringLiteral("txtMascota"))->text(), QStringLiteral("luna"));
-        auto* clientes = hijo<QTableWidget>(w, QStringLiteral("grdClientes"));
+        QCOMPARE(hijo<QLineEdit>(w, u"txtMascota"_s)->text(), u"luna"_s);
+        auto* clientes = hijo<QTableWidget>(w, u"grdClientes"_s);
         QVERIFY(clientes->rowCount() > 0);
-        QCOMPARE(w.form().criterios.nombreMascota, QStringLiteral("luna"));
+        QCOMPARE(w.form().criterios.nombreMascota, u"luna"_s);
         // "Exactamente" reaches the form.
-        hijo<QRadioButton>(w, QStringLiteral("optExacto"))->setChecked(true);
-        hijo<QLineEdit>(w, QStringLiteral("txtNombre"))->setText(QStringLiteral("nadie"));
-        hijo<QPushButton>(w, QStringLiteral("cmdBuscar"))->click();
+        hijo<QRadioButton>(w, u"optExacto"_s)->setChecked(true);
+        hijo<QLineEdit>(w, u"txtNombre"_s)->setText(u"nadie"_s);
+        pulsar(w, u"cmdBuscar"_s);
         QCOMPARE(w.form().criterios.modoNombre, ModoNombre::Exacto);
         QCOMPARE(clientes->rowCount(), 0);
-        QCOMPARE(hijo<QLabel>(w, QStringLiteral("lblNota"))->text(),
-                 QStringLiteral("Ningún cliente cumple las condiciones especificadas."));
+        QCOMPARE(hijo<QLabel>(w, u"lblNota"_s)->text(),
+                 u"Ningún cliente cumple las condiciones especificadas."_s);
     }
 
     void nuevoCliente() {
-        ClienteBusquedaWindow w(*e_);
-        auto* nuevo = hijo<QPushButton>(w, QStringLiteral("cmdNuevoCliente"));
+        ClienteBusquedaWindow w(s_.e);
+        auto* nuevo = hijo<QPushButton>(w, u"cmdNuevoCliente"_s);
         QVERIFY(!nuevo->isHidden());
         nuevo->click();
         QCOMPARE(w.result(), int(QDialog::Accepted));
@@ -113,32 +98,16 @@ private slots:
     void reducida() {
         PeticionCliente p;
         p.reducida = true;
-        ClienteBusquedaWindow w(*e_, nullptr, p);
-        auto* clientes = hijo<QTableWidget>(w, QStringLiteral("grdClientes"));
-        QCOMPARE(cabeceras(clientes), ClienteBusquedaForm::columnasReducida());
-        QVERIFY(!w.findChild<QTableWidget*>(QStringLiteral("grdMascotas")));
-        hijo<QLineEdit>(w, QStringLiteral("txtNumCliente"))->setText(QStringLiteral("7"));
-        hijo<QPushButton>(w, QStringLiteral("cmdBuscar"))->click();
+        ClienteBusquedaWindow w(s_.e, nullptr, p);
+        auto* clientes = hijo<QTableWidget>(w, u"grdClientes"_s);
+        QCOMPARE(cabecerasTabla(clientes), ClienteBusquedaForm::columnasReducida());
+        QVERIFY(!w.findChild<QTableWidget*>(u"grdMascotas"_s));
+        hijo<QLineEdit>(w, u"txtNumCliente"_s)->setText(u"7"_s);
+        pulsar(w, u"cmdBuscar"_s);
         QCOMPARE(clientes->rowCount(), 1);
-        QCOMPARE(clientes->item(0, 0)->text(), QStringLiteral("7"));
-    }
-
-    void captura() {
-        const QString carpeta = qEnvironmentVariable("PRAMELVIX_CAPTURAS");
-        if (carpeta.isEmpty()) QSKIP("PRAMELVIX_CAPTURAS no está definido");
-        ClienteBusquedaWindow w(*e_);
-        hijo<QLineEdit>(w, QStringLiteral("txtNombre"))->setText(QStringLiteral("garcia"));
-        hijo<QPushButton>(w, QStringLiteral("cmdBuscar"))->click();
-        w.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&w));
-        QVERIFY(w.grab().save(QDir(carpeta).filePath(QStringLiteral("busqueda-clientes.png"))));
+        QCOMPARE(clientes->item(0, 0)->text(), u"7"_s);
     }
 };
 
-int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    TestClienteBusquedaGui prueba;
-    return QTest::qExec(&prueba, argc, argv);
-}
-
+PMX_GUI_TEST_MAIN(TestClienteBusquedaGui)
 #include "test_cliente_busqueda_gui.moc"

@@ -7,8 +7,7 @@
 #include "clients/ui/cliente_window.h"
 #include "clinical/ui/plan_salud_window.h"
 #include "data/esquema.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "gui.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -20,183 +19,106 @@
 
 class TestClienteGui : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 3, 2), QTime(10, 0))};
-
-    template <typename W> static W* hijo(QWidget& w, const QString& nombre) {
-        W* h = w.findChild<W*>(nombre);
-        if (!h) qFatal("falta el control %s", qPrintable(nombre));
-        return h;
-    }
-
-    static void capturar(QWidget& w, const QString& nombre) {
-        const QString carpeta = qEnvironmentVariable("PRAMELVIX_CAPTURAS");
-        if (carpeta.isEmpty()) return;
-        w.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&w));
-        QVERIFY(w.grab().save(QDir(carpeta).filePath(nombre)));
-    }
-
-    static qint64 crear(Database& db, const QString& tabla, const QVariantMap& valores) {
-        Registro r(*descriptorTabla(tabla));
-        for (auto it = valores.cbegin(); it != valores.cend(); ++it)
-            r.setValor(it.key(), it.value());
-        return RegistroStore(db).crear(r).toLongLong();
-    }
 
 private slots:
     void clienteYPlan() {
-        TestDb t;
-        ScriptedDialogs d;
-        Entorno e(t.db(), d, reloj_);
-        e.puesto = QStringLiteral("CONSULTA1");
-        e.sesion = QStringLiteral("S1");
+        Sesion ses(QDateTime(QDate(2026, 3, 2), QTime(10, 0)));
+        Entorno& e = ses.e;
+        ScriptedDialogs& d = ses.d;
+        Semilla& s = ses.s;
         ConfiguracionPuesto conf;
         conf.Puesto = e.puesto;
-        conf.Tarifa = QStringLiteral("TARIFA 1");
-        ConfPuestoStore(t.db()).guardar(conf);
-        Database& db = t.db();
-        const QString s = QStringLiteral("S");
-        crear(db, QStringLiteral("TiposCliente"),
-              {{"Descripcion", QStringLiteral("Particular")}, {"Activo", s}});
-        const qint64 criador = crear(db, QStringLiteral("TiposCliente"),
-                                     {{"Descripcion", QStringLiteral("Criador")}, {"Activo", s}});
-        crear(db, QStringLiteral("Poblaciones"), {{"Descripcion", QStringLiteral("Alcalá de Henares")}});
-        crear(db, QStringLiteral("Provincias"),
-              {{"CodigoProvincia", QStringLiteral("28")}, {"Descripcion", QStringLiteral("Madrid")}});
-        const qint64 vacunas =
-            crear(db, QStringLiteral("Secciones"), {{"Descripcion", QStringLiteral("Vacunas")}});
-        const qint64 higiene =
-            crear(db, QStringLiteral("Secciones"), {{"Descripcion", QStringLiteral("Higiene")}});
+        conf.Tarifa = u"TARIFA 1"_s;
+        ConfPuestoStore(ses.db()).guardar(conf);
+        s.fila(u"TiposCliente"_s, {{"Descripcion", u"Particular"_s}, {"Activo", u"S"_s}});
+        const qint64 criador = s.fila(u"TiposCliente"_s, {{"Descripcion", u"Criador"_s}, {"Activo", u"S"_s}});
+        const qint64 vacunas = s.seccion(u"Vacunas"_s);
+        const qint64 higiene = s.seccion(u"Higiene"_s);
 
         ClienteForm datos(e);
         for (const auto& [c, v] : QList<QPair<QString, QString>>{
-                 {QStringLiteral("Nombre"), QStringLiteral("Lucía Ortega Peña")},
-                 {QStringLiteral("DNI"), QStringLiteral("12345678Z")},
-                 {QStringLiteral("Direccion"), QStringLiteral("C/ Mayor, 14, 2º B")},
-                 {QStringLiteral("Poblacion"), QStringLiteral("Alcalá de Henares")},
-                 {QStringLiteral("CodigoPostal"), QStringLiteral("28801")},
-                 {QStringLiteral("Provincia"), QStringLiteral("Madrid")},
-                 {QStringLiteral("IdTipoCliente"), QString::number(criador)},
-                 {QStringLiteral("Telefono1"), QStringLiteral("918 812 345")},
-                 {QStringLiteral("Movil"), QStringLiteral("612345678")},
-                 {QStringLiteral("EMail"), QStringLiteral("lucia.ortega@correo.es")},
-                 {QStringLiteral("ViaComunicacion"), QStringLiteral("SMS")},
-                 {QStringLiteral("LOPD"), QStringLiteral("Sí consiente")},
-                 {QStringLiteral("ImpedirDeuda"), QStringLiteral("Sí")},
-                 {QStringLiteral("Subcuenta"), QStringLiteral("4300000123")},
-                 {QStringLiteral("IBAN"), QStringLiteral("ES91 2100 0418 4502 0005 1332")},
-                 {QStringLiteral("FraNombre"), QStringLiteral("Criadero Ortega S.L.")},
-                 {QStringLiteral("FraDNI"), QStringLiteral("B12345678")},
-                 {QStringLiteral("FraDireccion"), QStringLiteral("Camino del Olivar, 3")},
-                 {QStringLiteral("DtoGeneral"), QStringLiteral("5")},
-                 {QStringLiteral("Notas"),
-                  QStringLiteral("Cría golden retriever. Prefiere citas por la tarde.")},
-                 {QStringLiteral("Aviso"), QStringLiteral("Pendiente de entregar la cartilla de Toby.")}})
+                 {u"Nombre"_s, u"Lucía Ortega Peña"_s},
+                 {u"IdTipoCliente"_s, QString::number(criador)},
+                 {u"LOPD"_s, u"Sí consiente"_s},
+                 {u"Subcuenta"_s, u"4300000123"_s},
+                 {u"Notas"_s, u"Cría golden retriever. Prefiere citas por la tarde."_s}})
             QVERIFY(datos.setTexto(c, v));
         EntradaCondicion en;
         en.IdSeccion = vacunas;
-        en.Tarifa = QStringLiteral("TARIFA 2");
+        en.Tarifa = u"TARIFA 2"_s;
         QVERIFY(datos.condiciones().insertar(en));
         en.IdSeccion = higiene;
         en.Tarifa.clear();
-        en.Precio = QStringLiteral("12,5");
-        en.Descuento = QStringLiteral("10");
+        en.Precio = u"12,5"_s;
+        en.Descuento = u"10"_s;
         QVERIFY(datos.condiciones().insertar(en));
         QVERIFY(datos.guardar());
         const qint64 id = *datos.idCliente();
-        db.ejecutar(QStringLiteral("UPDATE Clientes SET Deuda = ?, EntregadoCuenta = ? WHERE IdCliente = ?"),
-                    {1234.5, 50.0, static_cast<qlonglong>(id)});
+        ses.db().ejecutar(u"UPDATE Clientes SET Deuda = ?, EntregadoCuenta = ? WHERE IdCliente = ?"_s,
+                          {1234.5, 50.0, static_cast<qlonglong>(id)});
 
         ClienteWindow w(e);
         QVERIFY(w.mostrarCliente(id));
-        QCOMPARE(w.windowTitle(),
-                 QStringLiteral("Mantenimiento de Clientes - %1 - Lucía Ortega Peña").arg(id));
+        QCOMPARE(w.windowTitle(), u"Mantenimiento de Clientes - %1 - Lucía Ortega Peña"_s.arg(id));
         QTabWidget* tabs = w.pestanas();
-        QStringList nombres;
-        for (int i = 0; i < tabs->count(); ++i)
-            nombres << tabs->tabText(i);
-        QCOMPARE(nombres, QStringList({QStringLiteral("Datos"), QStringLiteral("Facturación"),
-                                       QStringLiteral("Ficha Comercial"), QStringLiteral("Notas"),
-                                       QStringLiteral("Citas")}));
-        QCOMPARE(hijo<QLineEdit>(w, QStringLiteral("txtDeuda"))->text(), QStringLiteral("1.234,50"));
-        QVERIFY(hijo<QLineEdit>(w, QStringLiteral("txtDeuda"))->isReadOnly());
-        QCOMPARE(hijo<QComboBox>(w, QStringLiteral("cboIdTipoCliente"))->currentText(),
-                 QStringLiteral("Criador"));
-        QCOMPARE(hijo<QComboBox>(w, QStringLiteral("cboLOPD"))->currentText(),
-                 QStringLiteral("Sí consiente"));
-        auto* grid = hijo<QTableWidget>(w, QStringLiteral("grdCondiciones"));
+        QCOMPARE(hijo<QLineEdit>(w, u"txtDeuda"_s)->text(), u"1.234,50"_s);
+        QVERIFY(hijo<QLineEdit>(w, u"txtDeuda"_s)->isReadOnly());
+        QCOMPARE(hijo<QComboBox>(w, u"cboIdTipoCliente"_s)->currentText(), u"Criador"_s);
+        QCOMPARE(hijo<QComboBox>(w, u"cboLOPD"_s)->currentText(), u"Sí consiente"_s);
+        auto* grid = hijo<QTableWidget>(w, u"grdCondiciones"_s);
         QCOMPARE(grid->rowCount(), 2);
-        QCOMPARE(grid->horizontalHeaderItem(3)->text(), QStringLiteral("SubFamilia"));
-        QCOMPARE(grid->item(1, 4)->text(), QStringLiteral("12,50"));
-        QCOMPARE(hijo<QTableWidget>(w, QStringLiteral("grdCitas"))->horizontalHeaderItem(4)->text(),
-                 QStringLiteral("Acudió"));
+        QCOMPARE(grid->item(1, 4)->text(), u"12,50"_s);
 
-        tabs->setCurrentIndex(0);
-        capturar(w, QStringLiteral("cliente-datos.png"));
-        tabs->setCurrentIndex(1);
-        capturar(w, QStringLiteral("cliente-facturacion.png"));
-        tabs->setCurrentIndex(2);
-        capturar(w, QStringLiteral("cliente-ficha-comercial.png"));
-        tabs->setCurrentIndex(3);
-        capturar(w, QStringLiteral("cliente-notas.png"));
+        for (const char* pestana : {"datos", "facturacion", "ficha-comercial", "notas"}) {
+            capturar(w, u"cliente-%1.png"_s.arg(QLatin1String(pestana)));
+            tabs->setCurrentIndex(tabs->currentIndex() + 1);
+        }
 
         // Typing a bad subaccount and saving: the refusal moves to the billing tab.
         tabs->setCurrentIndex(0);
-        auto* subcuenta = hijo<QLineEdit>(w, QStringLiteral("txtSubcuenta"));
-        subcuenta->setText(QString());
-        QTest::keyClicks(subcuenta, QStringLiteral("431"));
-        QCOMPARE(w.form().texto(QStringLiteral("Subcuenta")), QStringLiteral("431"));
-        hijo<QPushButton>(w, QStringLiteral("cmdGuardar"))->click();
-        QCOMPARE(d.ultimoTexto(),
-                 QStringLiteral(" La Subcuenta Contable para el Cliente debe comenzar por '430'."));
+        escribir(w, u"txtSubcuenta"_s, u"431"_s);
+        QCOMPARE(w.form().texto(u"Subcuenta"_s), u"431"_s);
+        pulsar(w, u"cmdGuardar"_s);
+        QCOMPARE(d.ultimoTexto(), u" La Subcuenta Contable para el Cliente debe comenzar por '430'."_s);
         QCOMPARE(tabs->currentIndex(), 1);
-        subcuenta->clear();
-        QTest::keyClicks(subcuenta, QStringLiteral("4300000999"));
+        escribir(w, u"txtSubcuenta"_s, u"4300000999"_s);
         d.limpiar();
-        hijo<QPushButton>(w, QStringLiteral("cmdGuardar"))->click();
+        pulsar(w, u"cmdGuardar"_s);
         QVERIFY(d.mensajes().isEmpty());
         ClienteForm leido(e);
         QVERIFY(leido.cargar(id));
-        QCOMPARE(leido.texto(QStringLiteral("Subcuenta")), QStringLiteral("4300000999"));
+        QCOMPARE(leido.texto(u"Subcuenta"_s), u"4300000999"_s);
 
         // A new client from the button.
-        hijo<QPushButton>(w, QStringLiteral("cmdNuevo"))->click();
-        QCOMPARE(w.windowTitle(), QStringLiteral("Mantenimiento de Clientes - (Nuevo cliente)"));
-        QCOMPARE(hijo<QLineEdit>(w, QStringLiteral("txtFechaAlta"))->text(), QStringLiteral("02/03/2026"));
-        QCOMPARE(hijo<QComboBox>(w, QStringLiteral("cboTarifa"))->currentText(), QStringLiteral("TARIFA 1"));
+        pulsar(w, u"cmdNuevo"_s);
+        QCOMPARE(w.windowTitle(), u"Mantenimiento de Clientes - (Nuevo cliente)"_s);
+        QCOMPARE(hijo<QLineEdit>(w, u"txtFechaAlta"_s)->text(), u"02/03/2026"_s);
+        QCOMPARE(hijo<QComboBox>(w, u"cboTarifa"_s)->currentText(), u"TARIFA 1"_s);
         w.close();
 
         // The health plan window with its conditions.
         PlanSaludWindow p(e);
-        QTest::keyClicks(hijo<QLineEdit>(p, QStringLiteral("txtNombre")),
-                         QStringLiteral("Plan Cachorro Premium"));
-        hijo<QPushButton>(p, QStringLiteral("cmdGuardar"))->click();
-        QCOMPARE(d.ultimoTexto(), QStringLiteral("Debe informar al menos una condición en el listado"));
-        auto* seccion = hijo<QComboBox>(p, QStringLiteral("cboSeccion"));
-        seccion->setCurrentIndex(seccion->findText(QStringLiteral("Vacunas")));
-        hijo<QLineEdit>(p, QStringLiteral("txtPrecio"))->setText(QStringLiteral("25"));
-        hijo<QLineEdit>(p, QStringLiteral("txtDto"))->setText(QStringLiteral("15"));
-        hijo<QPushButton>(p, QStringLiteral("cmdInsertar"))->click();
-        seccion->setCurrentIndex(seccion->findText(QStringLiteral("Higiene")));
-        hijo<QLineEdit>(p, QStringLiteral("txtPrecio"))->clear();
-        hijo<QLineEdit>(p, QStringLiteral("txtDto"))->clear();
-        hijo<QComboBox>(p, QStringLiteral("cboTarifa"))->setCurrentText(QStringLiteral("TARIFA 3"));
-        hijo<QPushButton>(p, QStringLiteral("cmdInsertar"))->click();
-        auto* condiciones = hijo<QTableWidget>(p, QStringLiteral("grdCondiciones"));
+        QTest::keyClicks(hijo<QLineEdit>(p, u"txtNombre"_s), u"Plan Cachorro Premium"_s);
+        pulsar(p, u"cmdGuardar"_s);
+        QCOMPARE(d.ultimoTexto(), u"Debe informar al menos una condición en el listado"_s);
+        elegirTexto(p, u"cboSeccion"_s, u"Vacunas"_s);
+        hijo<QLineEdit>(p, u"txtPrecio"_s)->setText(u"25"_s);
+        hijo<QLineEdit>(p, u"txtDto"_s)->setText(u"15"_s);
+        pulsar(p, u"cmdInsertar"_s);
+        elegirTexto(p, u"cboSeccion"_s, u"Higiene"_s);
+        hijo<QLineEdit>(p, u"txtPrecio"_s)->clear();
+        hijo<QLineEdit>(p, u"txtDto"_s)->clear();
+        hijo<QComboBox>(p, u"cboTarifa"_s)->setCurrentText(u"TARIFA 3"_s);
+        pulsar(p, u"cmdInsertar"_s);
+        auto* condiciones = hijo<QTableWidget>(p, u"grdCondiciones"_s);
         QCOMPARE(condiciones->rowCount(), 2);
         d.limpiar();
-        hijo<QPushButton>(p, QStringLiteral("cmdGuardar"))->click();
+        pulsar(p, u"cmdGuardar"_s);
         QVERIFY(d.mensajes().isEmpty());
-        QVERIFY(p.windowTitle().endsWith(QStringLiteral(" - Plan Cachorro Premium")));
-        capturar(p, QStringLiteral("plan-salud.png"));
+        QVERIFY(p.windowTitle().endsWith(u" - Plan Cachorro Premium"_s));
+        capturar(p, u"plan-salud.png"_s);
     }
 };
 
-int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    if (!TestDb::motorDisponible()) return 77;
-    TestClienteGui prueba;
-    return QTest::qExec(&prueba, argc, argv);
-}
-
+PMX_GUI_TEST_MAIN(TestClienteGui)
 #include "test_cliente_gui.moc"

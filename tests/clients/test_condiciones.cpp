@@ -4,46 +4,21 @@
 #include "app/ficha_form.h"
 #include "clients/condiciones_form.h"
 #include "data/esquema.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "sesion.h"
 
 class TestCondiciones : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 3, 2), QTime(10, 0))};
 
-    struct Caso {
-        TestDb t;
-        ScriptedDialogs d;
-        std::unique_ptr<Entorno> e;
-        DescriptorTabla articulos;
+    struct Caso : Sesion {
+        Caso() : Sesion(QDateTime(QDate(2026, 3, 2), QTime(10, 0))) {}
         qint64 vacuna = 0, pienso = 0, seccion = 0;
     };
 
-    // Articles live in a test-only table with the article fields the list reads.
     std::unique_ptr<Caso> caso() {
         auto c = std::make_unique<Caso>();
-        c->e = std::make_unique<Entorno>(c->t.db(), c->d, reloj_);
-        c->e->puesto = QStringLiteral("CONSULTA1");
-        c->articulos.tabla = QStringLiteral("ArticulosPrueba");
-        c->articulos.descTabla = QStringLiteral("Artículo");
-        c->articulos.columnaS = {
-            col(QStringLiteral("ArtCodArticulo"), TipoColumna::Autonumerico, QStringLiteral("Código"), 0,
-                false),
-            col(QStringLiteral("Articulo"), TipoColumna::Texto, QStringLiteral("Artículo"), 60)};
-        c->articulos.clave = {QStringLiteral("ArtCodArticulo")};
-        c->articulos.columnaTexto = QStringLiteral("Articulo");
-        for (const auto& sql : sqlCrearTabla(c->articulos, c->t.db().motor(), 1))
-            c->t.db().ejecutarDirecto(sql);
-        RegistroStore store(c->t.db());
-        Registro a(c->articulos);
-        a.setValor(QStringLiteral("Articulo"), QStringLiteral("Vacuna rabia"));
-        c->vacuna = store.crear(a).toLongLong();
-        Registro b(c->articulos);
-        b.setValor(QStringLiteral("Articulo"), QStringLiteral("Pienso cachorro 3 kg"));
-        c->pienso = store.crear(b).toLongLong();
-        Registro s(*descriptorTabla(QStringLiteral("Secciones")));
-        s.setValor(QStringLiteral("Descripcion"), QStringLiteral("Alimentación"));
-        c->seccion = store.crear(s).toLongLong();
+        c->vacuna = c->s.fila(u"Articulos"_s, {{u"Articulo"_s, u"Vacuna rabia"_s}});
+        c->pienso = c->s.fila(u"Articulos"_s, {{u"Articulo"_s, u"Pienso cachorro 3 kg"_s}});
+        c->seccion = c->s.seccion(u"Alimentación"_s);
         return c;
     }
 
@@ -61,9 +36,8 @@ class TestCondiciones : public QObject {
 private slots:
     void columnas() {
         QCOMPARE(CondicionesForm::columnas(),
-                 QStringList({QStringLiteral("Articulo"), QStringLiteral("Sección"),
-                              QStringLiteral("Familia"), QStringLiteral("SubFamilia"),
-                              QStringLiteral("Precio"), QStringLiteral("Tarifa"), QStringLiteral("Dto.")}));
+                 QStringList({u"Articulo"_s, u"Sección"_s, u"Familia"_s, u"SubFamilia"_s, u"Precio"_s,
+                              u"Tarifa"_s, u"Dto."_s}));
     }
 
     void comprobaciones_data() {
@@ -75,44 +49,27 @@ private slots:
         QTest::addColumn<QString>("dto");
         QTest::addColumn<QString>("titulo");
         QTest::addColumn<QString>("mensaje");
-        const QString mal = QStringLiteral("Campos mal informados");
-        const QString erronea = QStringLiteral("Información introducida errónea");
-        const QString sinPrecio = QStringLiteral("Debe asignar un precio especial o una nueva tarifa.");
-        const QString ambos =
-            QStringLiteral("No puede asignar a la vez un precio especial y una nueva tarifa.");
-        const QString sinDestino =
-            QStringLiteral("Debe indicar un artículo concreto o la Sección que desea incluir");
-        const QString sinSeccion = QStringLiteral("Debe indicar la nueva Sección que desea incluir");
+        auto fila = [](const char* nombre, bool a0, bool a1, bool a2, QString a3, QString a4, QString a5,
+                       QString a6,
+                       QString a7) { QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4 << a5 << a6 << a7; };
+        const QString mal = u"Campos mal informados"_s;
+        const QString erronea = u"Información introducida errónea"_s;
+        const QString sinPrecio = u"Debe asignar un precio especial o una nueva tarifa."_s;
+        const QString ambos = u"No puede asignar a la vez un precio especial y una nueva tarifa."_s;
+        const QString sinDestino = u"Debe indicar un artículo concreto o la Sección que desea incluir"_s;
+        const QString sinSeccion = u"Debe indicar la nueva Sección que desea incluir"_s;
         // The price/tariff checks come before the article/section check.
-        QTest::newRow("nada") << false << false << false << ""
-                              << ""
-                              << "" << mal << sinPrecio;
-        QTest::newRow("precio y tarifa sin destino") << false << false << false << "10,00"
-                                                     << "TARIFA 2"
-                                                     << "" << mal << ambos;
-        QTest::newRow("precio y tarifa con artículo") << false << true << false << "10,00"
-                                                      << "TARIFA 2"
-                                                      << "" << mal << ambos;
-        QTest::newRow("sin destino") << false << false << false << "10,00"
-                                     << ""
-                                     << "" << mal << sinDestino;
-        QTest::newRow("modificar sin destino") << true << false << false << ""
-                                               << "TARIFA 3"
-                                               << "" << mal << sinSeccion;
-        QTest::newRow("modificar sin precio") << true << false << true << ""
-                                              << ""
-                                              << "" << mal << sinPrecio;
-        QTest::newRow("precio no numérico")
-            << false << false << true << "diez"
-            << ""
-            << "" << erronea
-            << QStringLiteral(
-                   "El precio especial debe ser un importe positivo, con coma decimal (por ejemplo "
-                   "1.234,56).");
-        QTest::newRow("descuento excesivo")
-            << false << true << false << ""
-            << "TARIFA 1"
-            << "120" << erronea << QStringLiteral("El descuento debe ser un porcentaje entre 0 y 100.");
+        fila("nada", false, false, false, "", "", "", mal, sinPrecio);
+        fila("precio y tarifa sin destino", false, false, false, "10,00", "TARIFA 2", "", mal, ambos);
+        fila("precio y tarifa con artículo", false, true, false, "10,00", "TARIFA 2", "", mal, ambos);
+        fila("sin destino", false, false, false, "10,00", "", "", mal, sinDestino);
+        fila("modificar sin destino", true, false, false, "", "TARIFA 3", "", mal, sinSeccion);
+        fila("modificar sin precio", true, false, true, "", "", "", mal, sinPrecio);
+        fila("precio no numérico", false, false, true, "diez", "", "", erronea,
+             u"El precio especial debe ser un importe positivo, con coma decimal (por ejemplo "
+             "1.234,56)."_s);
+        fila("descuento excesivo", false, true, false, "", "TARIFA 1", "120", erronea,
+             u"El descuento debe ser un porcentaje entre 0 y 100."_s);
     }
 
     void comprobaciones() {
@@ -125,9 +82,8 @@ private slots:
         QFETCH(QString, titulo);
         QFETCH(QString, mensaje);
         auto c = caso();
-        CondicionesForm f(*c->e, DuenoCondiciones::Cliente);
-        f.setTablaArticulos(&c->articulos);
-        QVERIFY(f.insertar(entrada(c->pienso, std::nullopt, QStringLiteral("5,00"), QString())));
+        CondicionesForm f(c->e, DuenoCondiciones::Cliente);
+        QVERIFY(f.insertar(entrada(c->pienso, std::nullopt, u"5,00"_s, QString())));
         const auto antes = f.celdas(0);
         const auto e =
             entrada(conArticulo ? std::optional<qint64>(c->vacuna) : std::nullopt,
@@ -144,65 +100,62 @@ private slots:
 
     void articuloElegidoYRepetido() {
         auto c = caso();
-        CondicionesForm f(*c->e, DuenoCondiciones::PlanSalud);
-        f.setTablaArticulos(&c->articulos);
+        CondicionesForm f(c->e, DuenoCondiciones::PlanSalud);
         // Nothing chosen in the article search.
         QVERIFY(!f.elegirArticulo());
         QString pedido;
-        c->e->buscadores.articulo = [&](const QString& texto) -> std::optional<qint64> {
+        c->e.buscadores.articulo = [&](const QString& texto) -> std::optional<qint64> {
             pedido = texto;
             return c->vacuna;
         };
-        QCOMPARE(f.elegirArticulo(QStringLiteral("vac")), std::optional<qint64>(c->vacuna));
-        QCOMPARE(pedido, QStringLiteral("vac"));
+        QCOMPARE(f.elegirArticulo(u"vac"_s), std::optional<qint64>(c->vacuna));
+        QCOMPARE(pedido, u"vac"_s);
         QVERIFY(c->d.mensajes().isEmpty());
 
-        QVERIFY(f.insertar(
-            entrada(c->vacuna, std::nullopt, QStringLiteral("1234,5"), QString(), QStringLiteral("10"))));
-        QCOMPARE(f.celdas(0), QStringList({QStringLiteral("Vacuna rabia"), QString(), QString(), QString(),
-                                           QStringLiteral("1.234,50"), QString(), QStringLiteral("10,00")}));
+        QVERIFY(f.insertar(entrada(c->vacuna, std::nullopt, u"1234,5"_s, QString(), u"10"_s)));
+        QCOMPARE(f.celdas(0), QStringList({u"Vacuna rabia"_s, QString(), QString(), QString(), u"1.234,50"_s,
+                                           QString(), u"10,00"_s}));
         QVERIFY(f.modificada());
 
         // The same article again, inserted or put in another row: refused with the client's wording.
-        QVERIFY(!f.insertar(entrada(c->vacuna, std::nullopt, QString(), QStringLiteral("TARIFA 2"))));
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Error al modificar un precio existente"));
+        QVERIFY(!f.insertar(entrada(c->vacuna, std::nullopt, QString(), u"TARIFA 2"_s)));
+        QCOMPARE(c->d.ultimo().titulo, u"Error al modificar un precio existente"_s);
         QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("Este artículo ya se encuentra incluido en la ficha comercial del cliente"));
-        QVERIFY(f.insertar(entrada(std::nullopt, c->seccion, QString(), QStringLiteral("TARIFA 2"))));
-        QCOMPARE(f.celdas(1).at(1), QStringLiteral("Alimentación"));
-        QCOMPARE(f.celdas(1).at(5), QStringLiteral("TARIFA 2"));
+                 u"Este artículo ya se encuentra incluido en la ficha comercial del cliente"_s);
+        QVERIFY(f.insertar(entrada(std::nullopt, c->seccion, QString(), u"TARIFA 2"_s)));
+        QCOMPARE(f.celdas(1).at(1), u"Alimentación"_s);
+        QCOMPARE(f.celdas(1).at(5), u"TARIFA 2"_s);
         c->d.limpiar();
-        QVERIFY(!f.modificar(1, entrada(c->vacuna, std::nullopt, QString(), QStringLiteral("TARIFA 2"))));
+        QVERIFY(!f.modificar(1, entrada(c->vacuna, std::nullopt, QString(), u"TARIFA 2"_s)));
         QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("Este artículo ya se encuentra incluido en la ficha comercial del cliente"));
+                 u"Este artículo ya se encuentra incluido en la ficha comercial del cliente"_s);
         // A row keeps its own article when modified.
-        QVERIFY(f.modificar(0, entrada(c->vacuna, std::nullopt, QStringLiteral("20"), QString())));
-        QCOMPARE(f.celdas(0).at(4), QStringLiteral("20,00"));
-        QCOMPARE(f.entrada(0).Precio, QStringLiteral("20,00"));
+        QVERIFY(f.modificar(0, entrada(c->vacuna, std::nullopt, u"20"_s, QString())));
+        QCOMPARE(f.celdas(0).at(4), u"20,00"_s);
+        QCOMPARE(f.entrada(0).Precio, u"20,00"_s);
 
         // An article that cannot be read.
         c->d.limpiar();
-        c->e->buscadores.articulo = [](const QString&) -> std::optional<qint64> { return 987; };
+        c->e.buscadores.articulo = [](const QString&) -> std::optional<qint64> { return 987; };
         QVERIFY(!f.elegirArticulo());
         QCOMPARE(c->d.mensajes().size(), 1);
         QCOMPARE(c->d.ultimo().icono, Icono::Critico);
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Error al intentar acceder al articulo número987"));
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("Ha sido imposible acceder al artículo."));
-        QVERIFY(!f.insertar(entrada(987, std::nullopt, QStringLiteral("1"), QString())));
+        QCOMPARE(c->d.ultimo().titulo, u"Error al intentar acceder al articulo número987"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"Ha sido imposible acceder al artículo."_s);
+        QVERIFY(!f.insertar(entrada(987, std::nullopt, u"1"_s, QString())));
         QCOMPARE(f.filas().size(), 2);
     }
 
     void cambioRechazadoPorElBloqueo() {
         auto c = caso();
-        CondicionesForm f(*c->e, DuenoCondiciones::Cliente);
-        f.setTablaArticulos(&c->articulos);
+        CondicionesForm f(c->e, DuenoCondiciones::Cliente);
         bool permitir = false;
         f.antesDeCambiar = [&] { return permitir; };
-        QVERIFY(!f.insertar(entrada(c->vacuna, std::nullopt, QStringLiteral("3"), QString())));
+        QVERIFY(!f.insertar(entrada(c->vacuna, std::nullopt, u"3"_s, QString())));
         QVERIFY(f.filas().isEmpty());
         QVERIFY(!f.modificada());
         permitir = true;
-        QVERIFY(f.insertar(entrada(c->vacuna, std::nullopt, QStringLiteral("3"), QString())));
+        QVERIFY(f.insertar(entrada(c->vacuna, std::nullopt, u"3"_s, QString())));
         permitir = false;
         QVERIFY(!f.eliminar(0));
         QCOMPARE(f.filas().size(), 1);
@@ -213,40 +166,34 @@ private slots:
 
     void guardarPorDueno() {
         auto c = caso();
-        CondicionesForm cliente(*c->e, DuenoCondiciones::Cliente);
-        cliente.setTablaArticulos(&c->articulos);
-        QVERIFY(cliente.insertar(entrada(c->vacuna, std::nullopt, QStringLiteral("15,5"), QString())));
-        QVERIFY(cliente.insertar(
-            entrada(std::nullopt, c->seccion, QString(), QStringLiteral("TARIFA 3"), QStringLiteral("5"))));
-        CondicionesForm plan(*c->e, DuenoCondiciones::PlanSalud);
-        plan.setTablaArticulos(&c->articulos);
-        QVERIFY(plan.insertar(entrada(c->pienso, std::nullopt, QString(), QStringLiteral("TARIFA 2"))));
+        CondicionesForm cliente(c->e, DuenoCondiciones::Cliente);
+        QVERIFY(cliente.insertar(entrada(c->vacuna, std::nullopt, u"15,5"_s, QString())));
+        QVERIFY(cliente.insertar(entrada(std::nullopt, c->seccion, QString(), u"TARIFA 3"_s, u"5"_s)));
+        CondicionesForm plan(c->e, DuenoCondiciones::PlanSalud);
+        QVERIFY(plan.insertar(entrada(c->pienso, std::nullopt, QString(), u"TARIFA 2"_s)));
         {
-            Transaction tr = c->t.db().transaccion();
+            Transaction tr = c->db().transaccion();
             cliente.guardar(7);
             plan.guardar(7);
             tr.commit();
         }
         QVERIFY(!cliente.modificada());
 
-        CondicionesForm leido(*c->e, DuenoCondiciones::Cliente);
-        leido.setTablaArticulos(&c->articulos);
+        CondicionesForm leido(c->e, DuenoCondiciones::Cliente);
         leido.cargar(7);
         QCOMPARE(leido.filas().size(), 2);
         QCOMPARE(leido.celdas(0), cliente.celdas(0));
-        QCOMPARE(leido.celdas(1),
-                 QStringList({QString(), QStringLiteral("Alimentación"), QString(), QString(), QString(),
-                              QStringLiteral("TARIFA 3"), QStringLiteral("5,00")}));
-        CondicionesForm leidoPlan(*c->e, DuenoCondiciones::PlanSalud);
-        leidoPlan.setTablaArticulos(&c->articulos);
+        QCOMPARE(leido.celdas(1), QStringList({QString(), u"Alimentación"_s, QString(), QString(), QString(),
+                                               u"TARIFA 3"_s, u"5,00"_s}));
+        CondicionesForm leidoPlan(c->e, DuenoCondiciones::PlanSalud);
         leidoPlan.cargar(7);
         QCOMPARE(leidoPlan.filas().size(), 1);
-        QCOMPARE(leidoPlan.celdas(0).first(), QStringLiteral("Pienso cachorro 3 kg"));
+        QCOMPARE(leidoPlan.celdas(0).first(), u"Pienso cachorro 3 kg"_s);
 
         // Saving again replaces the owner's rows and leaves the other owner's alone.
         QVERIFY(leido.eliminar(0));
         leido.guardar(7);
-        CondicionesForm otra(*c->e, DuenoCondiciones::Cliente);
+        CondicionesForm otra(c->e, DuenoCondiciones::Cliente);
         otra.cargar(7);
         QCOMPARE(otra.filas().size(), 1);
         QCOMPARE(otra.filas().first().IdSeccion, std::optional<qint64>(c->seccion));

@@ -6,92 +6,42 @@
 #include "clients/mascota_form.h"
 #include "data/ajustes.h"
 #include "data/esquema.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
-
-namespace {
-const DescriptorTabla& tabla(const QString& nombre) {
-    const DescriptorTabla* t = descriptorTabla(nombre);
-    if (!t) qFatal("falta la tabla %s", qPrintable(nombre));
-    return *t;
-}
-
-qint64 crear(Database& db, const QString& t, const QVariantMap& valores) {
-    Registro r(tabla(t));
-    for (auto it = valores.cbegin(); it != valores.cend(); ++it)
-        r.setValor(it.key(), it.value());
-    return RegistroStore(db).crear(r).toLongLong();
-}
-
-qint64 contar(Database& db, const QString& t) {
-    return RegistroStore(db).contar(tabla(t));
-}
-} // namespace
+#include "sesion.h"
 
 class TestMascotaForm : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(9, 0))};
 
-    struct Caso {
-        TestDb t;
-        ScriptedDialogs d;
-        std::unique_ptr<Entorno> e;
+    struct Caso : Sesion {
         qint64 ana = 0, luis = 0, perro = 0, gato = 0, labrador = 0, persa = 0, sano = 0, iva = 0;
+        qint64 contar(const QString& t) { return s.contar(t); }
     };
 
-    std::unique_ptr<Caso> caso() {
+    // Clients Ana (tariff 2, 7,5 % discount, VAT 21 %) and Luis; dogs (Labrador, Beagle) and
+    // cats (Persa); state Sano; active and retired staff.
+    static std::unique_ptr<Caso> caso() {
         auto c = std::make_unique<Caso>();
-        Database& db = c->t.db();
-        c->iva = crear(db, QStringLiteral("TiposIVA"),
-                       {{QStringLiteral("Descripcion"), QStringLiteral("General 21%")},
-                        {QStringLiteral("Porcentaje"), 21.0}});
-        c->ana = crear(db, QStringLiteral("Clientes"),
-                       {{QStringLiteral("Nombre"), QStringLiteral("Ana Núñez")},
-                        {QStringLiteral("Tarifa"), QStringLiteral("TARIFA 2")},
-                        {QStringLiteral("DtoGeneral"), 7.5},
-                        {QStringLiteral("IdTipoIVA"), c->iva},
-                        {QStringLiteral("LOPD"), QStringLiteral("2")}});
-        c->luis = crear(db, QStringLiteral("Clientes"),
-                        {{QStringLiteral("Nombre"), QStringLiteral("Luis Pérez")},
-                         {QStringLiteral("Tarifa"), QStringLiteral("TARIFA 1")},
-                         {QStringLiteral("LOPD"), QStringLiteral("1")}});
-        const QVariantMap activo{{QStringLiteral("Activo"), QStringLiteral("S")}};
-        auto con = [&](QVariantMap m, const QVariantMap& mas) {
-            for (auto it = mas.cbegin(); it != mas.cend(); ++it)
-                m.insert(it.key(), it.value());
-            return m;
-        };
-        c->perro = crear(db, QStringLiteral("Especies"),
-                         con(activo, {{QStringLiteral("Descripcion"), QStringLiteral("Perro")}}));
-        c->gato = crear(db, QStringLiteral("Especies"),
-                        con(activo, {{QStringLiteral("Descripcion"), QStringLiteral("Gato")}}));
-        c->labrador = crear(db, QStringLiteral("Razas"),
-                            con(activo, {{QStringLiteral("Descripcion"), QStringLiteral("Labrador")},
-                                         {QStringLiteral("IdEspecie"), c->perro}}));
-        crear(db, QStringLiteral("Razas"),
-              con(activo, {{QStringLiteral("Descripcion"), QStringLiteral("Beagle")},
-                           {QStringLiteral("IdEspecie"), c->perro}}));
-        c->persa = crear(db, QStringLiteral("Razas"),
-                         con(activo, {{QStringLiteral("Descripcion"), QStringLiteral("Persa")},
-                                      {QStringLiteral("IdEspecie"), c->gato}}));
-        c->sano =
-            crear(db, QStringLiteral("Estados"), {{QStringLiteral("Descripcion"), QStringLiteral("Sano")}});
-        crear(db, QStringLiteral("Personal"),
-              con(activo, {{QStringLiteral("Descripcion"), QStringLiteral("Dra. Gómez")}}));
-        crear(db, QStringLiteral("Personal"),
-              {{QStringLiteral("Descripcion"), QStringLiteral("Dr. Jubilado")},
-               {QStringLiteral("Activo"), QStringLiteral("N")}});
-        c->e = std::make_unique<Entorno>(db, c->d, reloj_);
-        c->e->puesto = QStringLiteral("CONSULTA1");
-        c->e->sesion = QStringLiteral("S1");
-        c->e->usuario = QStringLiteral("ana");
+        Semilla& s = c->s;
+        c->iva = s.fila(u"TiposIVA"_s, {{u"Descripcion"_s, u"General 21%"_s}, {u"Porcentaje"_s, 21.0}});
+        c->ana = s.cliente(u"Ana Núñez"_s, {{u"Tarifa"_s, u"TARIFA 2"_s},
+                                            {u"DtoGeneral"_s, 7.5},
+                                            {u"IdTipoIVA"_s, c->iva},
+                                            {u"LOPD"_s, u"2"_s}});
+        c->luis = s.cliente(u"Luis Pérez"_s, {{u"Tarifa"_s, u"TARIFA 1"_s}, {u"LOPD"_s, u"1"_s}});
+        c->perro = s.especie(u"Perro"_s);
+        c->gato = s.especie(u"Gato"_s);
+        c->labrador = s.raza(u"Labrador"_s, c->perro);
+        s.raza(u"Beagle"_s, c->perro);
+        c->persa = s.raza(u"Persa"_s, c->gato);
+        c->sano = s.estado(u"Sano"_s);
+        s.personal(u"Dra. Gómez"_s);
+        s.personal(u"Dr. Jubilado"_s, false);
         return c;
     }
 
     // A pet saved through the form; returns its number.
     static qint64 nueva(MascotaForm& f, const QString& nombre, const QHash<QString, QString>& mas = {}) {
         f.nueva();
-        f.setTexto(QStringLiteral("Nombre"), nombre);
+        f.setTexto(u"Nombre"_s, nombre);
         for (auto it = mas.cbegin(); it != mas.cend(); ++it)
             f.setTexto(it.key(), it.value());
         if (!f.guardar()) return 0;
@@ -102,16 +52,17 @@ private slots:
     void chip_data() {
         QTest::addColumn<QString>("chip");
         QTest::addColumn<bool>("aceptado");
-        QTest::newRow("vacío") << QString() << true;
-        QTest::newRow("blancos") << QStringLiteral("   ") << true;
-        QTest::newRow("10") << QStringLiteral("9410000123") << true;
-        QTest::newRow("15") << QStringLiteral("941000012345678") << true;
-        QTest::newRow("9") << QStringLiteral("941000012") << false;
-        QTest::newRow("11") << QStringLiteral("94100001234") << false;
-        QTest::newRow("12") << QStringLiteral("941000012345") << false;
-        QTest::newRow("13") << QStringLiteral("9410000123456") << false;
-        QTest::newRow("14") << QStringLiteral("94100001234567") << false;
-        QTest::newRow("16") << QStringLiteral("9410000123456789") << false;
+        auto fila = [](const char* nombre, QString a0, bool a1) { QTest::newRow(nombre) << a0 << a1; };
+        fila("vacío", QString(), true);
+        fila("blancos", u"   "_s, true);
+        fila("10", u"9410000123"_s, true);
+        fila("15", u"941000012345678"_s, true);
+        fila("9", u"941000012"_s, false);
+        fila("11", u"94100001234"_s, false);
+        fila("12", u"941000012345"_s, false);
+        fila("13", u"9410000123456"_s, false);
+        fila("14", u"94100001234567"_s, false);
+        fila("16", u"9410000123456789"_s, false);
     }
 
     // The chip is checked on leaving the field and again on saving; a refused chip saves nothing.
@@ -119,300 +70,285 @@ private slots:
         QFETCH(QString, chip);
         QFETCH(bool, aceptado);
         auto c = caso();
-        MascotaForm f(*c->e);
+        MascotaForm f(c->e);
         QVERIFY(f.abrir(c->ana));
-        f.setTexto(QStringLiteral("Nombre"), QStringLiteral("Rufo"));
-        f.setTexto(QStringLiteral("Chip"), chip);
+        f.setTexto(u"Nombre"_s, u"Rufo"_s);
+        f.setTexto(u"Chip"_s, chip);
         QCOMPARE(f.comprobarChip(), aceptado);
         QCOMPARE(f.guardar(), aceptado);
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Mascotas")), aceptado ? 1 : 0);
+        QCOMPARE(c->contar(u"Mascotas"_s), aceptado ? 1 : 0);
         if (aceptado) {
             QVERIFY(c->d.mensajes().isEmpty());
             return;
         }
         QCOMPARE(c->d.mensajes().size(), 2);
         for (const auto& m : c->d.mensajes()) {
-            QCOMPARE(m.titulo, QStringLiteral("Información introducida errónea"));
-            QCOMPARE(m.texto,
-                     QStringLiteral("La longitud del campo 'Chip' debe ser 10 ó 15 caracteres, revise la "
-                                    "información introducida"));
+            QCOMPARE(m.titulo, u"Información introducida errónea"_s);
+            QCOMPARE(m.texto, u"La longitud del campo 'Chip' debe ser 10 ó 15 caracteres, revise la "
+                              "información introducida"_s);
         }
-        QCOMPARE(f.foco(), QStringLiteral("Chip"));
-        QCOMPARE(f.texto(QStringLiteral("Chip")), chip); // the typed text stays
+        QCOMPARE(f.foco(), u"Chip"_s);
+        QCOMPARE(f.texto(u"Chip"_s), chip); // the typed text stays
     }
 
     // First failure only, in order: chip, owner, name, plan expiry; then the typed values.
     void ordenDeComprobaciones() {
         auto c = caso();
-        MascotaForm sinCliente(*c->e);
-        sinCliente.setTexto(QStringLiteral("Nombre"), QStringLiteral("Rufo"));
-        sinCliente.setTexto(QStringLiteral("Chip"), QStringLiteral("123"));
+        MascotaForm sinCliente(c->e);
+        sinCliente.setTexto(u"Nombre"_s, u"Rufo"_s);
+        sinCliente.setTexto(u"Chip"_s, u"123"_s);
         QVERIFY(!sinCliente.guardar());
-        QCOMPARE(c->d.ultimoTexto().left(30), QStringLiteral("La longitud del campo 'Chip' d"));
-        sinCliente.setTexto(QStringLiteral("Chip"), QString());
+        QCOMPARE(c->d.ultimoTexto().left(30), u"La longitud del campo 'Chip' d"_s);
+        sinCliente.setTexto(u"Chip"_s, QString());
         QVERIFY(!sinCliente.guardar());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Campos obligatorios no informados"));
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("Debe seleccionar primero un Cliente."));
+        QCOMPARE(c->d.ultimo().titulo, u"Campos obligatorios no informados"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"Debe seleccionar primero un Cliente."_s);
 
-        MascotaForm f(*c->e);
+        MascotaForm f(c->e);
         QVERIFY(f.abrir(c->ana));
-        f.setTexto(QStringLiteral("Nombre"), QStringLiteral("   "));
-        f.setTexto(QStringLiteral("IdPlanSalud"),
-                   QString::number(crear(c->t.db(), QStringLiteral("PlanesSalud"),
-                                         {{QStringLiteral("Nombre"), QStringLiteral("Plan Cachorro")}})));
+        f.setTexto(u"Nombre"_s, u"   "_s);
+        f.setTexto(u"IdPlanSalud"_s, QString::number(c->s.plan(u"Plan Cachorro"_s)));
         QVERIFY(!f.guardar());
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("Debe informar el nombre de la Mascota."));
-        QCOMPARE(f.foco(), QStringLiteral("Nombre"));
-        f.setTexto(QStringLiteral("Nombre"), QStringLiteral("Rufo"));
+        QCOMPARE(c->d.ultimoTexto(), u"Debe informar el nombre de la Mascota."_s);
+        QCOMPARE(f.foco(), u"Nombre"_s);
+        f.setTexto(u"Nombre"_s, u"Rufo"_s);
         QVERIFY(!f.guardar());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Campos obligatorios no informados"));
+        QCOMPARE(c->d.ultimo().titulo, u"Campos obligatorios no informados"_s);
         QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("Debe informar la fecha de caducidad del Plan de Salud de la mascota."));
-        QCOMPARE(f.foco(), QStringLiteral("CaducidadPlan"));
-        f.setTexto(QStringLiteral("CaducidadPlan"), QStringLiteral("31/02/2027"));
+                 u"Debe informar la fecha de caducidad del Plan de Salud de la mascota."_s);
+        QCOMPARE(f.foco(), u"CaducidadPlan"_s);
+        f.setTexto(u"CaducidadPlan"_s, u"31/02/2027"_s);
         QVERIFY(!f.guardar());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Información introducida errónea"));
-        QCOMPARE(
-            c->d.ultimoTexto(),
-            QStringLiteral("El campo 'Caducidad del plan' debe ser una fecha con el formato dd/mm/aaaa."));
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Mascotas")), 0);
-        f.setTexto(QStringLiteral("CaducidadPlan"), QStringLiteral("28/02/2027"));
+        QCOMPARE(c->d.ultimo().titulo, u"Información introducida errónea"_s);
+        QCOMPARE(c->d.ultimoTexto(),
+                 u"El campo 'Caducidad del plan' debe ser una fecha con el formato dd/mm/aaaa."_s);
+        QCOMPARE(c->contar(u"Mascotas"_s), 0);
+        f.setTexto(u"CaducidadPlan"_s, u"28/02/2027"_s);
         QVERIFY(f.guardar());
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Mascotas")), 1);
+        QCOMPARE(c->contar(u"Mascotas"_s), 1);
     }
 
     // A new pet: registration date today, caption, number on save, its row in the list.
     void altaYLista() {
         auto c = caso();
-        MascotaForm f(*c->e);
+        MascotaForm f(c->e);
         QVERIFY(f.abrir(c->ana));
         QVERIFY(f.esNueva());
-        QCOMPARE(f.leyenda(), QStringLiteral("(Nueva Mascota)"));
-        QCOMPARE(f.texto(QStringLiteral("FechaAlta")), QStringLiteral("23/11/2026"));
-        const qint64 primera = nueva(f, QStringLiteral("Rufo"),
-                                     {{QStringLiteral("IdEspecie"), QString::number(c->perro)},
-                                      {QStringLiteral("IdRaza"), QString::number(c->labrador)},
-                                      {QStringLiteral("Sexo"), QStringLiteral("Macho castrado")},
-                                      {QStringLiteral("IdEstado"), QString::number(c->sano)},
-                                      {QStringLiteral("Peso"), QStringLiteral("12,5")},
-                                      {QStringLiteral("FechaNacimiento"), QStringLiteral("1/3/2020")}});
+        QCOMPARE(f.leyenda(), u"(Nueva Mascota)"_s);
+        QCOMPARE(f.texto(u"FechaAlta"_s), u"23/11/2026"_s);
+        const qint64 primera = nueva(f, u"Rufo"_s,
+                                     {{u"IdEspecie"_s, QString::number(c->perro)},
+                                      {u"IdRaza"_s, QString::number(c->labrador)},
+                                      {u"Sexo"_s, u"Macho castrado"_s},
+                                      {u"IdEstado"_s, QString::number(c->sano)},
+                                      {u"Peso"_s, u"12,5"_s},
+                                      {u"FechaNacimiento"_s, u"1/3/2020"_s}});
         QVERIFY(primera > 0);
-        QCOMPARE(f.leyenda(), QStringLiteral("Mascota nº: ") + QString::number(primera) +
-                                  QStringLiteral(" del Cliente nº ") + QString::number(c->ana));
+        QCOMPARE(f.leyenda(), u"Mascota nº: "_s + QString::number(primera) + u" del Cliente nº "_s +
+                                  QString::number(c->ana));
         QVERIFY(!f.modificado());
-        const qint64 segunda =
-            nueva(f, QStringLiteral("Misi"), {{QStringLiteral("IdEspecie"), QString::number(c->gato)}});
+        const qint64 segunda = nueva(f, u"Misi"_s, {{u"IdEspecie"_s, QString::number(c->gato)}});
         QVERIFY(segunda > primera);
         QCOMPARE(f.lista().size(), 2);
         const FilaMascota& rufo = f.lista().at(1); // by name: Misi, Rufo
-        QCOMPARE(rufo.Mascota, QStringLiteral("Rufo"));
-        QCOMPARE(rufo.Especie, QStringLiteral("Perro"));
-        QCOMPARE(rufo.Raza, QStringLiteral("Labrador"));
-        QCOMPARE(rufo.Sexo, QStringLiteral("Macho castrado"));
-        QCOMPARE(rufo.Estado, QStringLiteral("Sano"));
+        QCOMPARE(rufo.Mascota, u"Rufo"_s);
+        QCOMPARE(rufo.Especie, u"Perro"_s);
+        QCOMPARE(rufo.Raza, u"Labrador"_s);
+        QCOMPARE(rufo.Sexo, u"Macho castrado"_s);
+        QCOMPARE(rufo.Estado, u"Sano"_s);
         QCOMPARE(f.lista().at(0).Raza, QString());
 
         // Opening the client again with a pet selects it and shows every field as typed.
-        MascotaForm otra(*c->e);
+        MascotaForm otra(c->e);
         QVERIFY(otra.abrir(c->ana, primera));
         QCOMPARE(otra.filaActual(), 1);
-        QCOMPARE(otra.texto(QStringLiteral("Peso")), QStringLiteral("12,50"));
-        QCOMPARE(otra.texto(QStringLiteral("FechaNacimiento")), QStringLiteral("01/03/2020"));
-        QCOMPARE(otra.texto(QStringLiteral("Sexo")), QStringLiteral("Macho castrado"));
-        QCOMPARE(otra.texto(QStringLiteral("FechaAlta")), QStringLiteral("23/11/2026"));
+        QCOMPARE(otra.texto(u"Peso"_s), u"12,50"_s);
+        QCOMPARE(otra.texto(u"FechaNacimiento"_s), u"01/03/2020"_s);
+        QCOMPARE(otra.texto(u"Sexo"_s), u"Macho castrado"_s);
+        QCOMPARE(otra.texto(u"FechaAlta"_s), u"23/11/2026"_s);
         // Another client's pet is not selected: the screen starts a new pet for this client.
-        MascotaForm deLuis(*c->e);
+        MascotaForm deLuis(c->e);
         QVERIFY(deLuis.abrir(c->luis, primera));
         QVERIFY(deLuis.esNueva());
         QVERIFY(deLuis.lista().isEmpty());
         // The search name is filled for the client search.
         QCOMPARE(
-            c->t.db()
-                .valor(QStringLiteral("SELECT NombreBusqueda FROM Mascotas WHERE IdMascota = ?"), {segunda})
-                .toString(),
-            QStringLiteral("MISI"));
+            c->db().valor(u"SELECT NombreBusqueda FROM Mascotas WHERE IdMascota = ?"_s, {segunda}).toString(),
+            u"MISI"_s);
     }
 
     // Breeds follow the species; only active staff are offered; the owner's data come along.
     void lookupsYPropietario() {
         auto c = caso();
-        MascotaForm f(*c->e);
+        MascotaForm f(c->e);
         QVERIFY(f.abrir(c->ana));
-        QVERIFY(f.opciones(QStringLiteral("IdRaza")).isEmpty());
-        f.setTexto(QStringLiteral("IdEspecie"), QString::number(c->perro));
+        QVERIFY(f.opciones(u"IdRaza"_s).isEmpty());
+        f.setTexto(u"IdEspecie"_s, QString::number(c->perro));
         QStringList razas;
-        for (const auto& o : f.opciones(QStringLiteral("IdRaza")))
+        for (const auto& o : f.opciones(u"IdRaza"_s))
             razas << o.texto;
-        QCOMPARE(razas, (QStringList{QStringLiteral("Beagle"), QStringLiteral("Labrador")}));
-        f.setTexto(QStringLiteral("IdRaza"), QString::number(c->labrador));
-        f.setTexto(QStringLiteral("IdEspecie"), QString::number(c->gato));
-        QCOMPARE(f.texto(QStringLiteral("IdRaza")), QString()); // a dog breed does not stay on a cat
-        f.setTexto(QStringLiteral("IdRaza"), QString::number(c->persa));
-        f.setTexto(QStringLiteral("IdEspecie"), QString::number(c->gato));
-        QCOMPARE(f.texto(QStringLiteral("IdRaza")), QString::number(c->persa));
-        const auto vets = f.opciones(QStringLiteral("IdVeterinario"));
+        QCOMPARE(razas, (QStringList{u"Beagle"_s, u"Labrador"_s}));
+        f.setTexto(u"IdRaza"_s, QString::number(c->labrador));
+        f.setTexto(u"IdEspecie"_s, QString::number(c->gato));
+        QCOMPARE(f.texto(u"IdRaza"_s), QString()); // a dog breed does not stay on a cat
+        f.setTexto(u"IdRaza"_s, QString::number(c->persa));
+        f.setTexto(u"IdEspecie"_s, QString::number(c->gato));
+        QCOMPARE(f.texto(u"IdRaza"_s), QString::number(c->persa));
+        const auto vets = f.opciones(u"IdVeterinario"_s);
         QCOMPARE(vets.size(), 1);
-        QCOMPARE(vets.first().texto, QStringLiteral("Dra. Gómez"));
+        QCOMPARE(vets.first().texto, u"Dra. Gómez"_s);
 
-        QCOMPARE(f.propietario().Nombre, QStringLiteral("Ana Núñez"));
-        QCOMPARE(f.propietario().Tarifa, QStringLiteral("TARIFA 2"));
+        QCOMPARE(f.propietario().Nombre, u"Ana Núñez"_s);
+        QCOMPARE(f.propietario().Tarifa, u"TARIFA 2"_s);
         QCOMPARE(f.propietario().DtoGeneral, 7.5);
-        QCOMPARE(f.propietario().IVAaAplicar, QStringLiteral("General 21%"));
-        QCOMPARE(f.textoLOPD(), QStringLiteral("No consiente"));
+        QCOMPARE(f.propietario().IVAaAplicar, u"General 21%"_s);
+        QCOMPARE(f.textoLOPD(), u"No consiente"_s);
     }
 
     // A plan picked through the search; an expiry before today is flagged.
     void planDeSalud() {
         auto c = caso();
-        const qint64 plan = crear(c->t.db(), QStringLiteral("PlanesSalud"),
-                                  {{QStringLiteral("Nombre"), QStringLiteral("Plan Senior")}});
-        QString pedido = QStringLiteral("sin llamar");
-        c->e->buscadores.planSalud = [&](const QString& t) -> std::optional<qint64> {
+        const qint64 plan = c->s.plan(u"Plan Senior"_s);
+        QString pedido = u"sin llamar"_s;
+        c->e.buscadores.planSalud = [&](const QString& t) -> std::optional<qint64> {
             pedido = t;
             return plan;
         };
-        MascotaForm f(*c->e);
+        MascotaForm f(c->e);
         QVERIFY(f.abrir(c->ana));
         QVERIFY(!f.planCaducado());
         QVERIFY(f.elegirPlan());
         QCOMPARE(pedido, QString());
-        QCOMPARE(f.texto(QStringLiteral("IdPlanSalud")), QString::number(plan));
-        f.setTexto(QStringLiteral("CaducidadPlan"), QStringLiteral("23/11/2026"));
+        QCOMPARE(f.texto(u"IdPlanSalud"_s), QString::number(plan));
+        f.setTexto(u"CaducidadPlan"_s, u"23/11/2026"_s);
         QVERIFY(!f.planCaducado()); // expires today: still valid
-        f.setTexto(QStringLiteral("CaducidadPlan"), QStringLiteral("22/11/2026"));
+        f.setTexto(u"CaducidadPlan"_s, u"22/11/2026"_s);
         QVERIFY(f.planCaducado());
-        c->e->buscadores.planSalud = [](const QString&) -> std::optional<qint64> { return std::nullopt; };
+        c->e.buscadores.planSalud = [](const QString&) -> std::optional<qint64> { return std::nullopt; };
         QVERIFY(!f.elegirPlan());
-        QCOMPARE(f.texto(QStringLiteral("IdPlanSalud")), QString::number(plan));
+        QCOMPARE(f.texto(u"IdPlanSalud"_s), QString::number(plan));
     }
 
     // Yes saves and moves; No discards and moves; Yes with a refused save stays.
     void cambiosSinGuardar() {
         auto c = caso();
-        MascotaForm f(*c->e);
+        MascotaForm f(c->e);
         QVERIFY(f.abrir(c->ana));
-        const qint64 rufo = nueva(f, QStringLiteral("Rufo"));
-        const qint64 misi = nueva(f, QStringLiteral("Misi"));
+        const qint64 rufo = nueva(f, u"Rufo"_s);
+        const qint64 misi = nueva(f, u"Misi"_s);
         QVERIFY(rufo && misi);
         QVERIFY(f.seleccionar(1)); // Rufo
         QCOMPARE(f.idMascota(), rufo);
-        f.setTexto(QStringLiteral("Cartilla"), QStringLiteral("C-1"));
+        f.setTexto(u"Cartilla"_s, u"C-1"_s);
         c->d.si();
         QVERIFY(f.seleccionar(0));
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("ATENCIÓN"));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("¿Desea guardar las modificaciones realizadas a 'Rufo'?"));
+        QCOMPARE(c->d.ultimo().titulo, u"ATENCIÓN"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"¿Desea guardar las modificaciones realizadas a 'Rufo'?"_s);
         QCOMPARE(f.idMascota(), misi);
-        QCOMPARE(c->t.db()
-                     .valor(QStringLiteral("SELECT Cartilla FROM Mascotas WHERE IdMascota = ?"), {rufo})
-                     .toString(),
-                 QStringLiteral("C-1"));
+        QCOMPARE(c->db().valor(u"SELECT Cartilla FROM Mascotas WHERE IdMascota = ?"_s, {rufo}).toString(),
+                 u"C-1"_s);
 
-        f.setTexto(QStringLiteral("Cartilla"), QStringLiteral("C-2"));
+        f.setTexto(u"Cartilla"_s, u"C-2"_s);
         c->d.no();
         QVERIFY(f.seleccionar(1));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("¿Desea guardar las modificaciones realizadas a 'Misi'?"));
+        QCOMPARE(c->d.ultimoTexto(), u"¿Desea guardar las modificaciones realizadas a 'Misi'?"_s);
         QCOMPARE(f.idMascota(), rufo);
-        QVERIFY(c->t.db()
-                    .valor(QStringLiteral("SELECT Cartilla FROM Mascotas WHERE IdMascota = ?"), {misi})
-                    .isNull());
+        QVERIFY(c->db().valor(u"SELECT Cartilla FROM Mascotas WHERE IdMascota = ?"_s, {misi}).isNull());
 
-        f.setTexto(QStringLiteral("Chip"), QStringLiteral("12345"));
+        f.setTexto(u"Chip"_s, u"12345"_s);
         c->d.si();
         QVERIFY(!f.seleccionar(0));
         QCOMPARE(f.idMascota(), rufo);
-        QCOMPARE(f.texto(QStringLiteral("Chip")), QStringLiteral("12345"));
+        QCOMPARE(f.texto(u"Chip"_s), u"12345"_s);
         QCOMPARE(c->d.sinRespuesta(), 0);
     }
 
     void eliminar() {
         auto c = caso();
-        MascotaForm f(*c->e);
+        MascotaForm f(c->e);
         QVERIFY(f.abrir(c->ana));
-        const qint64 rufo = nueva(f, QStringLiteral("Rufo"));
+        const qint64 rufo = nueva(f, u"Rufo"_s);
         c->d.no();
         QVERIFY(!f.eliminar());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("¡Atención!"));
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("¿Desea realmente eliminar la Mascota seleccionada?"));
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Mascotas")), 1);
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Bloqueos")), 0);
+        QCOMPARE(c->d.ultimo().titulo, u"¡Atención!"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"¿Desea realmente eliminar la Mascota seleccionada?"_s);
+        QCOMPARE(c->contar(u"Mascotas"_s), 1);
+        QCOMPARE(c->contar(u"Bloqueos"_s), 0);
         c->d.si();
         QVERIFY(f.eliminar());
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Mascotas")), 0);
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Bloqueos")), 0);
+        QCOMPARE(c->contar(u"Mascotas"_s), 0);
+        QCOMPARE(c->contar(u"Bloqueos"_s), 0);
         QVERIFY(f.esNueva());
         QVERIFY(f.lista().isEmpty());
-        QVERIFY(!MascotaStore(c->t.db()).cargar(rufo));
+        QVERIFY(!MascotaStore(c->db()).cargar(rufo));
     }
 
     void clienteIlegible() {
         auto c = caso();
-        MascotaForm f(*c->e);
+        MascotaForm f(c->e);
         QVERIFY(!f.abrir(9999));
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("¡Error!"));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("Error al intentar acceder al cliente numero 9999.\nHa sido imposible "
-                                "recuperar la información solicitada. Puede que el cliente haya sido "
-                                "eliminado."));
+        QCOMPARE(c->d.ultimo().titulo, u"¡Error!"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"Error al intentar acceder al cliente numero 9999.\nHa sido imposible "
+                                     "recuperar la información solicitada. Puede que el cliente haya sido "
+                                     "eliminado."_s);
         QVERIFY(!f.hayCliente());
     }
 
     // Opened from the menu: the client (and pet) chosen in the client search.
     void desdeElMenu() {
         auto c = caso();
-        MascotaForm f(*c->e);
+        MascotaForm f(c->e);
         QVERIFY(f.abrir(c->luis));
-        const qint64 toby = nueva(f, QStringLiteral("Toby"));
-        QVERIFY(!MascotaForm(*c->e).abrirDesdeMenu()); // no search set: nothing opens
-        c->e->buscadores.cliente = [&](const PeticionCliente&) -> std::optional<ClienteElegido> {
+        const qint64 toby = nueva(f, u"Toby"_s);
+        QVERIFY(!MascotaForm(c->e).abrirDesdeMenu()); // no search set: nothing opens
+        c->e.buscadores.cliente = [&](const PeticionCliente&) -> std::optional<ClienteElegido> {
             ClienteElegido e;
             e.claveCliente = c->luis;
-            e.Cliente = QStringLiteral("Luis Pérez");
+            e.Cliente = u"Luis Pérez"_s;
             e.claveMascota = toby;
             return e;
         };
-        MascotaForm g(*c->e);
+        MascotaForm g(c->e);
         QVERIFY(g.abrirDesdeMenu());
         QCOMPARE(g.propietario().IdCliente, c->luis);
         QCOMPARE(g.idMascota(), toby);
-        QCOMPARE(g.texto(QStringLiteral("Nombre")), QStringLiteral("Toby"));
+        QCOMPARE(g.texto(u"Nombre"_s), u"Toby"_s);
     }
 
     // Another workstation editing the pet: no change here, nothing deleted; the first change
     // here takes the lock and saving releases it.
     void bloqueo() {
         auto c = caso();
-        Ajustes(c->t.db()).escribir(QStringLiteral("MULTIPUESTO"), QStringLiteral("SI"));
-        MascotaForm f(*c->e);
+        Ajustes(c->db()).escribir(u"MULTIPUESTO"_s, u"SI"_s);
+        MascotaForm f(c->e);
         QVERIFY(f.abrir(c->ana));
-        const qint64 rufo = nueva(f, QStringLiteral("Rufo"));
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Bloqueos")), 0);
+        const qint64 rufo = nueva(f, u"Rufo"_s);
+        QCOMPARE(c->contar(u"Bloqueos"_s), 0);
 
         auto conexion = c->t.otraConexion();
         ScriptedDialogs d2;
-        Entorno otro(*conexion, d2, reloj_);
-        otro.puesto = QStringLiteral("RECEPCION");
-        otro.sesion = QStringLiteral("S2");
+        Entorno otro(*conexion, d2, c->reloj);
+        otro.puesto = u"RECEPCION"_s;
+        otro.sesion = u"S2"_s;
         auto bloqueoRemoto = std::make_unique<BloqueoEdicion>(otro);
-        QVERIFY(bloqueoRemoto->tomar(tablaMascotas(), QString::number(rufo), QStringLiteral("Rufo"),
+        QVERIFY(bloqueoRemoto->tomar(tablaMascotas(), QString::number(rufo), u"Rufo"_s,
                                      AccionBloqueo::Modificacion));
-        QVERIFY(!f.setTexto(QStringLiteral("Cartilla"), QStringLiteral("X")));
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Bloqueo de Registro"));
-        QCOMPARE(f.texto(QStringLiteral("Cartilla")), QString());
+        QVERIFY(!f.setTexto(u"Cartilla"_s, u"X"_s));
+        QCOMPARE(c->d.ultimo().titulo, u"Bloqueo de Registro"_s);
+        QCOMPARE(f.texto(u"Cartilla"_s), QString());
         QVERIFY(!f.modificado());
         QVERIFY(!f.eliminar()); // refused before the question
         QCOMPARE(c->d.sinRespuesta(), 0);
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Mascotas")), 1);
+        QCOMPARE(c->contar(u"Mascotas"_s), 1);
 
         bloqueoRemoto.reset();
-        QVERIFY(f.setTexto(QStringLiteral("Cartilla"), QStringLiteral("X")));
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Bloqueos")), 1);
+        QVERIFY(f.setTexto(u"Cartilla"_s, u"X"_s));
+        QCOMPARE(c->contar(u"Bloqueos"_s), 1);
         BloqueoEdicion intento(otro);
-        QVERIFY(!intento.tomar(tablaMascotas(), QString::number(rufo), QStringLiteral("Rufo"),
-                               AccionBloqueo::Modificacion));
+        QVERIFY(
+            !intento.tomar(tablaMascotas(), QString::number(rufo), u"Rufo"_s, AccionBloqueo::Modificacion));
         QVERIFY(f.guardar());
-        QCOMPARE(contar(c->t.db(), QStringLiteral("Bloqueos")), 0);
+        QCOMPARE(c->contar(u"Bloqueos"_s), 0);
     }
 };
 

@@ -7,8 +7,7 @@
 #include "clients/ui/mascota_window.h"
 #include "clients/ui/registro_cambios_window.h"
 #include "data/esquema.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "gui.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -21,232 +20,144 @@
 #include <QSignalSpy>
 #include <QTreeWidget>
 
-namespace {
-qint64 crear(Database& db, const QString& t, const QVariantMap& valores) {
-    Registro r(*descriptorTabla(t));
-    for (auto it = valores.cbegin(); it != valores.cend(); ++it)
-        r.setValor(it.key(), it.value());
-    return RegistroStore(db).crear(r).toLongLong();
-}
-} // namespace
-
 class TestMascotasGui : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(9, 0))};
 
     struct Caso {
-        TestDb t;
-        ScriptedDialogs d;
-        std::unique_ptr<Entorno> e;
-        qint64 ana = 0, luis = 0, perro = 0, gato = 0, rufo = 0, misi = 0, plan = 0;
+        Sesion s;
+        qint64 ana = 0, luis = 0, perro = 0, gato = 0, rufo = 0, misi = 0;
         QList<qint64> elecciones;
     };
 
-    std::unique_ptr<Caso> caso() {
+    static std::unique_ptr<Caso> caso() {
         auto c = std::make_unique<Caso>();
-        Database& db = c->t.db();
-        const QString s = QStringLiteral("S");
-        const qint64 iva = crear(db, QStringLiteral("TiposIVA"),
-                                 {{QStringLiteral("Descripcion"), QStringLiteral("General 21%")},
-                                  {QStringLiteral("Porcentaje"), 21.0}});
-        c->ana = crear(db, QStringLiteral("Clientes"),
-                       {{QStringLiteral("Nombre"), QStringLiteral("Ana Belén Núñez Ibáñez")},
-                        {QStringLiteral("Tarifa"), QStringLiteral("TARIFA 2")},
-                        {QStringLiteral("DtoGeneral"), 5.0},
-                        {QStringLiteral("IdTipoIVA"), iva},
-                        {QStringLiteral("LOPD"), QStringLiteral("1")}});
-        c->luis = crear(db, QStringLiteral("Clientes"),
-                        {{QStringLiteral("Nombre"), QStringLiteral("Luis Pérez Gil")},
-                         {QStringLiteral("LOPD"), QStringLiteral("2")}});
-        c->perro =
-            crear(db, QStringLiteral("Especies"),
-                  {{QStringLiteral("Descripcion"), QStringLiteral("Perro")}, {QStringLiteral("Activo"), s}});
-        c->gato =
-            crear(db, QStringLiteral("Especies"),
-                  {{QStringLiteral("Descripcion"), QStringLiteral("Gato")}, {QStringLiteral("Activo"), s}});
-        const qint64 labrador = crear(db, QStringLiteral("Razas"),
-                                      {{QStringLiteral("Descripcion"), QStringLiteral("Labrador retriever")},
-                                       {QStringLiteral("IdEspecie"), c->perro},
-                                       {QStringLiteral("Activo"), s}});
-        crear(db, QStringLiteral("Razas"),
-              {{QStringLiteral("Descripcion"), QStringLiteral("Pastor alemán")},
-               {QStringLiteral("IdEspecie"), c->perro},
-               {QStringLiteral("Activo"), s}});
-        crear(db, QStringLiteral("Razas"),
-              {{QStringLiteral("Descripcion"), QStringLiteral("Persa")},
-               {QStringLiteral("IdEspecie"), c->gato},
-               {QStringLiteral("Activo"), s}});
-        crear(db, QStringLiteral("Razas"),
-              {{QStringLiteral("Descripcion"), QStringLiteral("Siamés")},
-               {QStringLiteral("IdEspecie"), c->gato},
-               {QStringLiteral("Activo"), s}});
-        const qint64 sano =
-            crear(db, QStringLiteral("Estados"), {{QStringLiteral("Descripcion"), QStringLiteral("Sano")}});
-        crear(db, QStringLiteral("Personal"),
-              {{QStringLiteral("Descripcion"), QStringLiteral("Dra. Marta Gómez")},
-               {QStringLiteral("Activo"), s}});
-        c->plan = crear(db, QStringLiteral("PlanesSalud"),
-                        {{QStringLiteral("Nombre"), QStringLiteral("Plan Cachorro")}});
-        c->rufo = crear(db, QStringLiteral("Mascotas"),
-                        {{QStringLiteral("Nombre"), QStringLiteral("Rufo")},
-                         {QStringLiteral("IdCliente"), c->ana},
-                         {QStringLiteral("IdEspecie"), c->perro},
-                         {QStringLiteral("IdRaza"), labrador},
-                         {QStringLiteral("Sexo"), QStringLiteral("M")},
-                         {QStringLiteral("IdEstado"), sano},
-                         {QStringLiteral("FechaNacimiento"), QDate(2019, 4, 2)},
-                         {QStringLiteral("FechaAlta"), QDate(2020, 1, 15)},
-                         {QStringLiteral("Chip"), QStringLiteral("941000012345678")},
-                         {QStringLiteral("Peso"), 31.5},
-                         {QStringLiteral("IdPlanSalud"), c->plan},
-                         {QStringLiteral("CaducidadPlan"), QDate(2026, 10, 31)},
-                         {QStringLiteral("TipoMascota"), QStringLiteral("Compañía")},
-                         {QStringLiteral("Baja"), false}});
-        c->misi = crear(db, QStringLiteral("Mascotas"),
-                        {{QStringLiteral("Nombre"), QStringLiteral("Misi")},
-                         {QStringLiteral("IdCliente"), c->ana},
-                         {QStringLiteral("IdEspecie"), c->gato},
-                         {QStringLiteral("Sexo"), QStringLiteral("HE")}});
-        crear(db, QStringLiteral("Mascotas"),
-              {{QStringLiteral("Nombre"), QStringLiteral("Toby")},
-               {QStringLiteral("IdCliente"), c->luis},
-               {QStringLiteral("IdEspecie"), c->perro},
-               {QStringLiteral("Sexo"), QStringLiteral("M")}});
-        c->e = std::make_unique<Entorno>(db, c->d, reloj_);
-        c->e->puesto = QStringLiteral("CONSULTA1");
-        c->e->sesion = QStringLiteral("S1");
-        c->e->usuario = QStringLiteral("ana");
+        Semilla& s = c->s.s;
+        c->ana = s.cliente(u"Ana Belén Núñez Ibáñez"_s, {{u"Tarifa"_s, u"TARIFA 2"_s},
+                                                         {u"DtoGeneral"_s, 5.0},
+                                                         {u"IdTipoIVA"_s, s.iva()},
+                                                         {u"LOPD"_s, u"1"_s}});
+        c->luis = s.cliente(u"Luis Pérez Gil"_s, {{u"LOPD"_s, u"2"_s}});
+        c->perro = s.especie(u"Perro"_s);
+        c->gato = s.especie(u"Gato"_s);
+        const qint64 labrador = s.raza(u"Labrador retriever"_s, c->perro);
+        s.raza(u"Pastor alemán"_s, c->perro);
+        s.raza(u"Persa"_s, c->gato);
+        s.raza(u"Siamés"_s, c->gato);
+        s.personal(u"Dra. Marta Gómez"_s);
+        c->rufo = s.mascota(u"Rufo"_s, c->ana, c->perro,
+                            {{u"IdRaza"_s, labrador},
+                             {u"Sexo"_s, u"M"_s},
+                             {u"IdEstado"_s, s.estado(u"Sano"_s)},
+                             {u"FechaNacimiento"_s, QDate(2019, 4, 2)},
+                             {u"FechaAlta"_s, QDate(2020, 1, 15)},
+                             {u"TipoMascota"_s, u"Compañía"_s},
+                             {u"Baja"_s, false},
+                             {u"Chip"_s, u"941000012345678"_s},
+                             {u"Peso"_s, 31.5},
+                             {u"IdPlanSalud"_s, s.plan(u"Plan Cachorro"_s)},
+                             {u"CaducidadPlan"_s, QDate(2026, 10, 31)}});
+        c->misi = s.mascota(u"Misi"_s, c->ana, c->gato, {{u"Sexo"_s, u"HE"_s}});
+        s.mascota(u"Toby"_s, c->luis, c->perro, {{u"Sexo"_s, u"M"_s}});
         Caso* p = c.get();
-        c->e->buscadores.cliente = [p](const PeticionCliente&) -> std::optional<ClienteElegido> {
+        c->s.e.buscadores.cliente = [p](const PeticionCliente&) -> std::optional<ClienteElegido> {
             if (p->elecciones.isEmpty()) return std::nullopt;
             ClienteElegido e;
             e.claveCliente = p->elecciones.takeFirst();
-            e.Cliente = e.claveCliente == p->ana ? QStringLiteral("Ana Belén Núñez Ibáñez")
-                                                 : QStringLiteral("Luis Pérez Gil");
+            e.Cliente = e.claveCliente == p->ana ? u"Ana Belén Núñez Ibáñez"_s : u"Luis Pérez Gil"_s;
             return e;
         };
         return c;
     }
 
-    static void capturar(QWidget& w, const QString& nombre) {
-        const QString carpeta = qEnvironmentVariable("PRAMELVIX_CAPTURAS");
-        if (carpeta.isEmpty()) return;
-        w.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&w));
-        QVERIFY(w.grab().save(QDir(carpeta).filePath(nombre)));
-    }
-
-    template <typename W> static W* hijo(QWidget& w, const QString& nombre) {
-        W* h = w.findChild<W*>(nombre);
-        if (!h) qFatal("falta el control %s", qPrintable(nombre));
-        return h;
-    }
-
 private slots:
     void mantenimiento() {
         auto c = caso();
-        MascotaWindow w(*c->e);
-        QCOMPARE(w.windowTitle(), QStringLiteral("Mantenimiento de Mascotas"));
+        MascotaWindow w(c->s.e);
+        QCOMPARE(w.windowTitle(), u"Mantenimiento de Mascotas"_s);
         QVERIFY(w.abrir(c->ana, c->rufo));
-        auto* lista = hijo<QTreeWidget>(w, QStringLiteral("lvwMascotas"));
-        QStringList cabeceras;
-        for (int i = 0; i < lista->columnCount(); ++i)
-            cabeceras << lista->headerItem()->text(i);
-        QCOMPARE(cabeceras,
-                 (QStringList{QStringLiteral("Mascota"), QStringLiteral("Especie"), QStringLiteral("Raza"),
-                              QStringLiteral("Sexo"), QStringLiteral("Estado")}));
+        auto* lista = hijo<QTreeWidget>(w, u"lvwMascotas"_s);
         QCOMPARE(lista->topLevelItemCount(), 2);
-        QCOMPARE(lista->currentItem()->text(0), QStringLiteral("Rufo"));
-        QCOMPARE(lista->topLevelItem(0)->text(3), QStringLiteral("Hembra esterilizada"));
-        QCOMPARE(hijo<QLabel>(w, QStringLiteral("lblLeyenda"))->text(),
-                 QStringLiteral("Mascota nº: ") + QString::number(c->rufo) +
-                     QStringLiteral(" del Cliente nº ") + QString::number(c->ana));
-        QCOMPARE(hijo<QComboBox>(w, QStringLiteral("cboIdRaza"))->currentText(),
-                 QStringLiteral("Labrador retriever"));
-        QCOMPARE(hijo<QComboBox>(w, QStringLiteral("cboSexo"))->currentText(), QStringLiteral("Macho"));
-        QCOMPARE(hijo<QLineEdit>(w, QStringLiteral("txtPeso"))->text(), QStringLiteral("31,50"));
-        QVERIFY(hijo<QLabel>(w, QStringLiteral("lblFichaComercial"))
-                    ->text()
-                    .contains(QStringLiteral("TARIFA 2")));
-        QVERIFY(hijo<QLineEdit>(w, QStringLiteral("txtFechaUltimaVisita"))->isReadOnly());
+        QCOMPARE(lista->currentItem()->text(0), u"Rufo"_s);
+        QCOMPARE(lista->topLevelItem(0)->text(3), u"Hembra esterilizada"_s);
+        QCOMPARE(hijo<QLabel>(w, u"lblLeyenda"_s)->text(), u"Mascota nº: "_s + QString::number(c->rufo) +
+                                                               u" del Cliente nº "_s +
+                                                               QString::number(c->ana));
+        QCOMPARE(hijo<QComboBox>(w, u"cboIdRaza"_s)->currentText(), u"Labrador retriever"_s);
+        QCOMPARE(hijo<QComboBox>(w, u"cboSexo"_s)->currentText(), u"Macho"_s);
+        QCOMPARE(hijo<QLineEdit>(w, u"txtPeso"_s)->text(), u"31,50"_s);
+        QVERIFY(hijo<QLabel>(w, u"lblFichaComercial"_s)->text().contains(u"TARIFA 2"_s));
+        QVERIFY(hijo<QLineEdit>(w, u"txtFechaUltimaVisita"_s)->isReadOnly());
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
-        QVERIFY(!hijo<QLabel>(w, QStringLiteral("lblPlanCaducado"))->isHidden()); // expired 31/10/2026
-        capturar(w, QStringLiteral("mascota.png"));
+        QVERIFY(!hijo<QLabel>(w, u"lblPlanCaducado"_s)->isHidden()); // expired 31/10/2026
+        capturar(w, u"mascota.png"_s);
 
         // Breeds follow the species.
-        auto* especie = hijo<QComboBox>(w, QStringLiteral("cboIdEspecie"));
-        auto* raza = hijo<QComboBox>(w, QStringLiteral("cboIdRaza"));
-        especie->setCurrentIndex(especie->findText(QStringLiteral("Gato")));
-        QStringList razas;
-        for (int i = 0; i < raza->count(); ++i)
-            razas << raza->itemText(i);
-        QCOMPARE(razas, (QStringList{QString(), QStringLiteral("Persa"), QStringLiteral("Siamés")}));
+        auto* especie = hijo<QComboBox>(w, u"cboIdEspecie"_s);
+        auto* raza = hijo<QComboBox>(w, u"cboIdRaza"_s);
+        especie->setCurrentIndex(especie->findText(u"Gato"_s));
+        QCOMPARE(textosCombo(w, u"cboIdRaza"_s), (QStringList{QString(), u"Persa"_s, u"Siamés"_s}));
         QCOMPARE(raza->currentIndex(), 0);
 
         // Leaving a chip of the wrong length: the message, and the focus goes back.
         QApplication::setActiveWindow(&w);
         QVERIFY(QTest::qWaitForWindowActive(&w));
-        auto* chip = hijo<QLineEdit>(w, QStringLiteral("txtChip"));
+        auto* chip = hijo<QLineEdit>(w, u"txtChip"_s);
         chip->setFocus();
         chip->selectAll();
-        QTest::keyClicks(chip, QStringLiteral("12345"));
-        hijo<QLineEdit>(w, QStringLiteral("txtCartilla"))->setFocus();
+        QTest::keyClicks(chip, u"12345"_s);
+        hijo<QLineEdit>(w, u"txtCartilla"_s)->setFocus();
         QTRY_VERIFY(chip->hasFocus());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Información introducida errónea"));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("La longitud del campo 'Chip' debe ser 10 ó 15 caracteres, revise "
-                                "la información introducida"));
+        QCOMPARE(c->s.d.ultimo().titulo, u"Información introducida errónea"_s);
+        QCOMPARE(c->s.d.ultimoTexto(), u"La longitud del campo 'Chip' debe ser 10 ó 15 caracteres, revise "
+                                       "la información introducida"_s);
         chip->selectAll();
-        QTest::keyClicks(chip, QStringLiteral("9410000123"));
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdGuardar")), Qt::LeftButton);
-        QCOMPARE(c->t.db()
-                     .valor(QStringLiteral("SELECT Chip FROM Mascotas WHERE IdMascota = ?"), {c->rufo})
-                     .toString(),
-                 QStringLiteral("9410000123"));
-        QCOMPARE(c->t.db()
-                     .valor(QStringLiteral("SELECT IdEspecie FROM Mascotas WHERE IdMascota = ?"), {c->rufo})
+        QTest::keyClicks(chip, u"9410000123"_s);
+        pulsar(w, u"cmdGuardar"_s);
+        QCOMPARE(c->s.t.db().valor(u"SELECT Chip FROM Mascotas WHERE IdMascota = ?"_s, {c->rufo}).toString(),
+                 u"9410000123"_s);
+        QCOMPARE(c->s.t.db()
+                     .valor(u"SELECT IdEspecie FROM Mascotas WHERE IdMascota = ?"_s, {c->rufo})
                      .toLongLong(),
                  c->gato);
-        QCOMPARE(lista->currentItem()->text(1), QStringLiteral("Gato"));
+        QCOMPARE(lista->currentItem()->text(1), u"Gato"_s);
 
         // A new pet through the buttons.
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdNuevo")), Qt::LeftButton);
-        QCOMPARE(hijo<QLabel>(w, QStringLiteral("lblLeyenda"))->text(), QStringLiteral("(Nueva Mascota)"));
-        QCOMPARE(hijo<QLineEdit>(w, QStringLiteral("txtFechaAlta"))->text(), QStringLiteral("23/11/2026"));
-        QTest::keyClicks(hijo<QLineEdit>(w, QStringLiteral("txtNombre")), QStringLiteral("Nala"));
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdGuardar")), Qt::LeftButton);
+        pulsar(w, u"cmdNuevo"_s);
+        QCOMPARE(hijo<QLabel>(w, u"lblLeyenda"_s)->text(), u"(Nueva Mascota)"_s);
+        QCOMPARE(hijo<QLineEdit>(w, u"txtFechaAlta"_s)->text(), u"23/11/2026"_s);
+        QTest::keyClicks(hijo<QLineEdit>(w, u"txtNombre"_s), u"Nala"_s);
+        pulsar(w, u"cmdGuardar"_s);
         QCOMPARE(lista->topLevelItemCount(), 3);
-        QCOMPARE(lista->currentItem()->text(0), QStringLiteral("Nala"));
+        QCOMPARE(lista->currentItem()->text(0), u"Nala"_s);
         w.close();
     }
 
     void listado() {
         auto c = caso();
-        ListadoMascotasWindow w(*c->e);
-        auto* marco = hijo<QGroupBox>(w, QStringLiteral("fraResultado"));
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdBuscar")), Qt::LeftButton);
-        QCOMPARE(marco->title(), QStringLiteral(" Mascotas que cumplen las condiciones (3) "));
-        auto* lista = hijo<QTreeWidget>(w, QStringLiteral("lvwMascotas"));
+        ListadoMascotasWindow w(c->s.e);
+        auto* marco = hijo<QGroupBox>(w, u"fraResultado"_s);
+        pulsar(w, u"cmdBuscar"_s);
+        QCOMPARE(marco->title(), u" Mascotas que cumplen las condiciones (3) "_s);
+        auto* lista = hijo<QTreeWidget>(w, u"lvwMascotas"_s);
         QCOMPARE(lista->topLevelItemCount(), 3);
-        QCOMPARE(lista->headerItem()->text(9), QStringLiteral("Plan de salud"));
-        auto* especie = hijo<QComboBox>(w, QStringLiteral("cboEspecie"));
-        especie->setCurrentIndex(especie->findText(QStringLiteral("Perro")));
-        QCOMPARE(hijo<QComboBox>(w, QStringLiteral("cboRaza"))->count(), 3);
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdBuscar")), Qt::LeftButton);
-        QCOMPARE(marco->title(), QStringLiteral(" Mascotas que cumplen las condiciones (2) "));
+        auto* especie = hijo<QComboBox>(w, u"cboEspecie"_s);
+        especie->setCurrentIndex(especie->findText(u"Perro"_s));
+        QCOMPARE(hijo<QComboBox>(w, u"cboRaza"_s)->count(), 3);
+        pulsar(w, u"cmdBuscar"_s);
+        QCOMPARE(marco->title(), u" Mascotas que cumplen las condiciones (2) "_s);
         especie->setCurrentIndex(0);
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdBuscar")), Qt::LeftButton);
-        capturar(w, QStringLiteral("listado-mascotas.png"));
+        pulsar(w, u"cmdBuscar"_s);
+        capturar(w, u"listado-mascotas.png"_s);
 
         // Opening needs a row; with one the window names the pet to open.
         lista->setCurrentItem(nullptr);
         QSignalSpy abrir(&w, &ListadoMascotasWindow::mascotaElegida);
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdAbrirMascota")), Qt::LeftButton);
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("Debe seleccionar previamente una Mascota"));
+        pulsar(w, u"cmdAbrirMascota"_s);
+        QCOMPARE(c->s.d.ultimoTexto(), u"Debe seleccionar previamente una Mascota"_s);
         QCOMPARE(abrir.count(), 0);
         lista->setCurrentItem(lista->topLevelItem(1)); // Rufo
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdAbrirMascota")), Qt::LeftButton);
+        pulsar(w, u"cmdAbrirMascota"_s);
         QCOMPARE(abrir.count(), 1);
         QCOMPARE(abrir.first().at(1).toLongLong(), c->rufo);
         // A letter to Ana's pets (she consents) needs no notice.
@@ -254,47 +165,39 @@ private slots:
         lista->clearSelection();
         lista->topLevelItem(0)->setSelected(true);
         lista->topLevelItem(1)->setSelected(true);
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdCarta")), Qt::LeftButton);
+        pulsar(w, u"cmdCarta"_s);
         QCOMPARE(carta.count(), 1);
         QCOMPARE(carta.first().first().toString(),
-                 QString::number(c->misi) + QStringLiteral("¬") + QString::number(c->rufo));
+                 QString::number(c->misi) + u"¬"_s + QString::number(c->rufo));
     }
 
     void cambioDePropietario() {
         auto c = caso();
-        CambioPropietarioWindow w(*c->e);
-        QCOMPARE(w.windowTitle(), QStringLiteral("Cambio de Propietario"));
+        CambioPropietarioWindow w(c->s.e);
+        QCOMPARE(w.windowTitle(), u"Cambio de Propietario"_s);
         c->elecciones = {c->ana};
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdBuscarActual")), Qt::LeftButton);
-        QCOMPARE(hijo<QLineEdit>(w, QStringLiteral("txtPropietarioActual"))->text(),
-                 QStringLiteral("Ana Belén Núñez Ibáñez"));
-        auto* mascota = hijo<QComboBox>(w, QStringLiteral("cboMascota"));
+        pulsar(w, u"cmdBuscarActual"_s);
+        QCOMPARE(hijo<QLineEdit>(w, u"txtPropietarioActual"_s)->text(), u"Ana Belén Núñez Ibáñez"_s);
+        auto* mascota = hijo<QComboBox>(w, u"cboMascota"_s);
         QCOMPARE(mascota->count(), 3);
-        mascota->setCurrentIndex(mascota->findText(QStringLiteral("Rufo (Perro)")));
+        mascota->setCurrentIndex(mascota->findText(u"Rufo (Perro)"_s));
         c->elecciones = {c->luis};
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdBuscarNuevo")), Qt::LeftButton);
-        capturar(w, QStringLiteral("cambio-propietario.png"));
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdAceptar")), Qt::LeftButton);
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral(
-                     "Cambio efectuado correctamente. La mascota Rufo pertenece ahora a Luis Pérez Gil"));
+        pulsar(w, u"cmdBuscarNuevo"_s);
+        capturar(w, u"cambio-propietario.png"_s);
+        pulsar(w, u"cmdAceptar"_s);
+        QCOMPARE(c->s.d.ultimoTexto(),
+                 u"Cambio efectuado correctamente. La mascota Rufo pertenece ahora a Luis Pérez Gil"_s);
         QCOMPARE(mascota->count(), 2);
 
-        RegistroCambiosWindow r(*c->e);
-        QTest::mouseClick(hijo<QPushButton>(r, QStringLiteral("cmdBuscar")), Qt::LeftButton);
-        auto* cambios = hijo<QTreeWidget>(r, QStringLiteral("lvwCambios"));
+        RegistroCambiosWindow r(c->s.e);
+        pulsar(r, u"cmdBuscar"_s);
+        auto* cambios = hijo<QTreeWidget>(r, u"lvwCambios"_s);
         QCOMPARE(cambios->topLevelItemCount(), 1);
-        QCOMPARE(cambios->topLevelItem(0)->text(2), QStringLiteral("Ana Belén Núñez Ibáñez"));
-        QCOMPARE(cambios->topLevelItem(0)->text(3), QStringLiteral("Luis Pérez Gil"));
-        capturar(r, QStringLiteral("registro-cambios-propietario.png"));
+        QCOMPARE(cambios->topLevelItem(0)->text(2), u"Ana Belén Núñez Ibáñez"_s);
+        QCOMPARE(cambios->topLevelItem(0)->text(3), u"Luis Pérez Gil"_s);
+        capturar(r, u"registro-cambios-propietario.png"_s);
     }
 };
 
-int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    if (!TestDb::motorDisponible()) return 77;
-    TestMascotasGui prueba;
-    return QTest::qExec(&prueba, argc, argv);
-}
-
+PMX_GUI_TEST_MAIN(TestMascotasGui)
 #include "test_mascotas_gui.moc"

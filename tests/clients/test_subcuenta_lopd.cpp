@@ -6,16 +6,16 @@
 
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
+
 class TestSubcuentaLopd : public QObject {
     Q_OBJECT
 
     static QString prefijo(const QString& sujeto, const QString& p) {
-        return QStringLiteral(" La Subcuenta Contable ") + sujeto + QStringLiteral(" debe comenzar por '") +
-               p + QStringLiteral("'.");
+        return u" La Subcuenta Contable "_s + sujeto + u" debe comenzar por '"_s + p + u"'."_s;
     }
     static QString numerica(const QString& sujeto) {
-        return QStringLiteral(" La Subcuenta Contable ") + sujeto +
-               QStringLiteral(" sólo puede contener caracteres numéricos.");
+        return u" La Subcuenta Contable "_s + sujeto + u" sólo puede contener caracteres numéricos."_s;
     }
 
 private slots:
@@ -25,26 +25,26 @@ private slots:
         QTest::addColumn<QString>("sujeto");
         QTest::addColumn<bool>("obligatoria");
         QTest::addColumn<QString>("mensaje");
-        const QString p = QStringLiteral("430");
-        const QString s = QStringLiteral("para el Cliente");
-        QTest::newRow("vacía aceptada") << QString() << p << s << false << QString();
-        QTest::newRow("blancos aceptados") << QStringLiteral("   ") << p << s << false << QString();
-        QTest::newRow("un carácter") << QStringLiteral("4") << p << s << false << prefijo(s, p);
-        QTest::newRow("dos caracteres") << QStringLiteral("43") << p << s << false << prefijo(s, p);
-        QTest::newRow("430 y letra") << QStringLiteral("430A") << p << s << false << numerica(s);
-        QTest::newRow("430 con punto") << QStringLiteral("430.1") << p << s << false << numerica(s);
-        QTest::newRow("430 con coma") << QStringLiteral("430,1") << p << s << false << numerica(s);
-        QTest::newRow("empieza por 431") << QStringLiteral("4310001") << p << s << false << prefijo(s, p);
-        QTest::newRow("letras delante") << QStringLiteral("A430001") << p << s << false << prefijo(s, p);
-        QTest::newRow("430 solo") << QStringLiteral("430") << p << s << false << QString();
-        QTest::newRow("completa con blancos")
-            << QStringLiteral(" 4300000012 ") << p << s << false << QString();
-        QTest::newRow("obligatoria vacía")
-            << QString() << QStringLiteral("400") << QStringLiteral("para el Proveedor") << true
-            << QStringLiteral(" Debe especificar antes la Subcuenta Contable para el Proveedor.");
-        QTest::newRow("otro prefijo")
-            << QStringLiteral("4300001") << QStringLiteral("400") << QStringLiteral("para el Proveedor")
-            << true << prefijo(QStringLiteral("para el Proveedor"), QStringLiteral("400"));
+        auto fila = [](const char* nombre, QString a0, QString a1, QString a2, bool a3, QString a4) {
+            QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4;
+        };
+        const QString p = u"430"_s;
+        const QString s = u"para el Cliente"_s;
+        fila("vacía aceptada", QString(), p, s, false, QString());
+        fila("blancos aceptados", u"   "_s, p, s, false, QString());
+        fila("un carácter", u"4"_s, p, s, false, prefijo(s, p));
+        fila("dos caracteres", u"43"_s, p, s, false, prefijo(s, p));
+        fila("430 y letra", u"430A"_s, p, s, false, numerica(s));
+        fila("430 con punto", u"430.1"_s, p, s, false, numerica(s));
+        fila("430 con coma", u"430,1"_s, p, s, false, numerica(s));
+        fila("empieza por 431", u"4310001"_s, p, s, false, prefijo(s, p));
+        fila("letras delante", u"A430001"_s, p, s, false, prefijo(s, p));
+        fila("430 solo", u"430"_s, p, s, false, QString());
+        fila("completa con blancos", u" 4300000012 "_s, p, s, false, QString());
+        fila("obligatoria vacía", QString(), u"400"_s, u"para el Proveedor"_s, true,
+             u" Debe especificar antes la Subcuenta Contable para el Proveedor."_s);
+        fila("otro prefijo", u"4300001"_s, u"400"_s, u"para el Proveedor"_s, true,
+             prefijo(u"para el Proveedor"_s, u"400"_s));
     }
 
     void subcuenta() {
@@ -64,7 +64,7 @@ private slots:
         } else {
             QCOMPARE(d.mensajes().size(), 1);
             QCOMPARE(d.ultimo().icono, Icono::Critico);
-            QCOMPARE(d.ultimo().titulo, QStringLiteral("¡Atención!"));
+            QCOMPARE(d.ultimo().titulo, u"¡Atención!"_s);
             QCOMPARE(d.ultimoTexto(), mensaje);
         }
     }
@@ -73,14 +73,17 @@ private slots:
         QTest::addColumn<bool>("esDocumento");
         QTest::addColumn<bool>("respuesta");
         QTest::addColumn<QString>("segundaLinea");
-        const QString doc = QStringLiteral("Si desea continuar con la impresión de este documento pulse "
-                                           "sobre 'Sí', para cancelar  pulse sobre 'No'.");
-        const QString envio = QStringLiteral(
-            "Si desea continuar con este envío pulse sobre 'Sí', para cancelar  pulse sobre 'No'.");
-        QTest::newRow("documento, sí") << true << true << doc;
-        QTest::newRow("documento, no") << true << false << doc;
-        QTest::newRow("envío, sí") << false << true << envio;
-        QTest::newRow("envío, no") << false << false << envio;
+        auto fila = [](const char* nombre, bool a0, bool a1, QString a2) {
+            QTest::newRow(nombre) << a0 << a1 << a2;
+        };
+        const QString doc = u"Si desea continuar con la impresión de este documento pulse "
+                            "sobre 'Sí', para cancelar  pulse sobre 'No'."_s;
+        const QString envio =
+            u"Si desea continuar con este envío pulse sobre 'Sí', para cancelar  pulse sobre 'No'."_s;
+        fila("documento, sí", true, true, doc);
+        fila("documento, no", true, false, doc);
+        fila("envío, sí", false, true, envio);
+        fila("envío, no", false, false, envio);
     }
 
     void avisoSencillo() {
@@ -89,15 +92,14 @@ private slots:
         QFETCH(QString, segundaLinea);
         ScriptedDialogs d;
         d.responder(respuesta);
-        QCOMPARE(avisoLopd(d, QStringLiteral("Marta Núñez"), esDocumento), respuesta);
+        QCOMPARE(avisoLopd(d, u"Marta Núñez"_s, esDocumento), respuesta);
         QCOMPARE(d.mensajes().size(), 1);
         QVERIFY(d.ultimo().pregunta);
-        QCOMPARE(d.ultimo().titulo, QStringLiteral("ATENCIÓN"));
-        QCOMPARE(d.ultimoTexto(),
-                 QStringLiteral("El cliente Marta Núñez ha indicado expresamente su NO "
-                                "CONSENTIMIENTO para el envío de información amparándose en la "
-                                "Ley Orgánica de Protección de Datos.\n") +
-                     segundaLinea);
+        QCOMPARE(d.ultimo().titulo, u"ATENCIÓN"_s);
+        QCOMPARE(d.ultimoTexto(), u"El cliente Marta Núñez ha indicado expresamente su NO "
+                                  "CONSENTIMIENTO para el envío de información amparándose en la "
+                                  "Ley Orgánica de Protección de Datos.\n"_s +
+                                      segundaLinea);
     }
 
     void avisoLista() {
@@ -110,11 +112,9 @@ private slots:
             return d;
         };
         const QList<DestinatarioLopd> filas = {
-            fila(1, QStringLiteral("Ana"), QStringLiteral("1")),
-            fila(2, QStringLiteral("Blas"), QStringLiteral("2"), QStringLiteral("Toby")),
-            fila(3, QStringLiteral("Celia"), QStringLiteral("0")),
-            fila(4, QStringLiteral("Dora"), QStringLiteral("2"), QStringLiteral("Misi")),
-            fila(5, QStringLiteral("Eloy"), QStringLiteral("2")),
+            fila(1, u"Ana"_s, u"1"_s),   fila(2, u"Blas"_s, u"2"_s, u"Toby"_s),
+            fila(3, u"Celia"_s, u"0"_s), fila(4, u"Dora"_s, u"2"_s, u"Misi"_s),
+            fila(5, u"Eloy"_s, u"2"_s),
         };
 
         AvisoLopdLista sinAviso({filas.at(0), filas.at(2)}, false);
@@ -123,10 +123,10 @@ private slots:
 
         AvisoLopdLista l(filas, false);
         QVERIFY(l.hayAviso());
-        QCOMPARE(l.titulo(), QStringLiteral("ATENCIÓN"));
-        QVERIFY(l.texto().contains(QStringLiteral("este envío")));
+        QCOMPARE(l.titulo(), u"ATENCIÓN"_s);
+        QVERIFY(l.texto().contains(u"este envío"_s));
         QCOMPARE(l.avisados().size(), 3);
-        QCOMPARE(l.avisados().at(1).Mascota, QStringLiteral("Misi"));
+        QCOMPARE(l.avisados().at(1).Mascota, u"Misi"_s);
         for (const auto& d : l.avisados())
             QVERIFY(!d.incluir);
 
@@ -137,15 +137,14 @@ private slots:
             return n;
         };
         // Nothing ticked: only those who need no notice go on.
-        QCOMPARE(nombres(l.aceptar()), QStringList({QStringLiteral("Ana"), QStringLiteral("Celia")}));
+        QCOMPARE(nombres(l.aceptar()), QStringList({u"Ana"_s, u"Celia"_s}));
         // A ticked row goes back in its place.
         l.setIncluir(1, true);
-        QCOMPARE(nombres(l.aceptar()),
-                 QStringList({QStringLiteral("Ana"), QStringLiteral("Celia"), QStringLiteral("Dora")}));
+        QCOMPARE(nombres(l.aceptar()), QStringList({u"Ana"_s, u"Celia"_s, u"Dora"_s}));
         l.setIncluir(7, true); // out of range: ignored
         l.incluirTodos(true);
         QCOMPARE(nombres(l.aceptar()).size(), 5);
-        QCOMPARE(nombres(l.aceptar()).at(1), QStringLiteral("Blas"));
+        QCOMPARE(nombres(l.aceptar()).at(1), u"Blas"_s);
         l.incluirTodos(false);
         QCOMPARE(nombres(l.aceptar()).size(), 2);
         // Cancelling keeps nothing.
@@ -153,7 +152,7 @@ private slots:
         QVERIFY(l.aceptar().isEmpty());
 
         AvisoLopdLista documento(filas, true);
-        QVERIFY(documento.texto().contains(QStringLiteral("la impresión de este documento")));
+        QVERIFY(documento.texto().contains(u"la impresión de este documento"_s));
     }
 };
 

@@ -4,28 +4,19 @@
 #include "clinical/plan_salud_busqueda_form.h"
 #include "clinical/plan_salud_form.h"
 #include "data/esquema.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "sesion.h"
 
 class TestPlanSalud : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 5, 4), QTime(9, 30))};
 
-    struct Caso {
-        TestDb t;
-        ScriptedDialogs d;
-        std::unique_ptr<Entorno> e;
+    struct Caso : Sesion {
+        Caso() : Sesion(QDateTime(QDate(2026, 5, 4), QTime(9, 30))) {}
         qint64 seccion = 0;
     };
 
     std::unique_ptr<Caso> caso() {
         auto c = std::make_unique<Caso>();
-        c->e = std::make_unique<Entorno>(c->t.db(), c->d, reloj_);
-        c->e->puesto = QStringLiteral("CONSULTA1");
-        c->e->sesion = QStringLiteral("S1");
-        Registro s(*descriptorTabla(QStringLiteral("Secciones")));
-        s.setValor(QStringLiteral("Descripcion"), QStringLiteral("Desparasitación"));
-        c->seccion = RegistroStore(c->t.db()).crear(s).toLongLong();
+        c->seccion = c->s.seccion(u"Desparasitación"_s);
         return c;
     }
 
@@ -37,10 +28,10 @@ class TestPlanSalud : public QObject {
     }
 
     static qint64 crearPlan(Caso& c, const QString& nombre, const QString& baja = {}) {
-        PlanSaludForm f(*c.e);
-        f.setTexto(QStringLiteral("Nombre"), nombre);
-        f.setTexto(QStringLiteral("FechaBaja"), baja);
-        if (!condicion(f, c.seccion, QStringLiteral("9,95")) || !f.guardar()) return 0;
+        PlanSaludForm f(c.e);
+        f.setTexto(u"Nombre"_s, nombre);
+        f.setTexto(u"FechaBaja"_s, baja);
+        if (!condicion(f, c.seccion, u"9,95"_s) || !f.guardar()) return 0;
         c.d.limpiar();
         return *f.idPlan();
     }
@@ -53,28 +44,19 @@ private slots:
         QTest::addColumn<bool>("conCondicion");
         QTest::addColumn<QString>("titulo");
         QTest::addColumn<QString>("mensaje");
-        const QString fecha = QStringLiteral("Error en fecha");
-        const QString obl = QStringLiteral("Campos obligatorios no informados");
-        QTest::newRow("alta inválida")
-            << "30/02/2026"
-            << "x"
-            << "" << false << fecha << QStringLiteral("La fecha de Alta introducida no es válida.");
-        QTest::newRow("baja inválida")
-            << "04/05/2026"
-            << "4/5/26"
-            << "" << false << fecha << QStringLiteral("La fecha de Baja introducida no es válida.");
-        QTest::newRow("sin nombre") << "04/05/2026"
-                                    << ""
-                                    << "  " << false << obl
-                                    << QStringLiteral("Debe informar el nombre del Plan de Salud");
-        QTest::newRow("sin condiciones")
-            << "04/05/2026"
-            << ""
-            << "Plan Cachorro" << false << obl
-            << QStringLiteral("Debe informar al menos una condición en el listado");
-        QTest::newRow("correcto") << "04/05/2026"
-                                  << ""
-                                  << "Plan Cachorro" << true << QString() << QString();
+        auto fila = [](const char* nombre, QString a0, QString a1, QString a2, bool a3, QString a4,
+                       QString a5) { QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4 << a5; };
+        const QString fecha = u"Error en fecha"_s;
+        const QString obl = u"Campos obligatorios no informados"_s;
+        fila("alta inválida", "30/02/2026", "x", "", false, fecha,
+             u"La fecha de Alta introducida no es válida."_s);
+        fila("baja inválida", "04/05/2026", "4/5/26", "", false, fecha,
+             u"La fecha de Baja introducida no es válida."_s);
+        fila("sin nombre", "04/05/2026", "", "  ", false, obl,
+             u"Debe informar el nombre del Plan de Salud"_s);
+        fila("sin condiciones", "04/05/2026", "", "Plan Cachorro", false, obl,
+             u"Debe informar al menos una condición en el listado"_s);
+        fila("correcto", "04/05/2026", "", "Plan Cachorro", true, QString(), QString());
     }
 
     void ordenDeComprobaciones() {
@@ -85,27 +67,24 @@ private slots:
         QFETCH(QString, titulo);
         QFETCH(QString, mensaje);
         auto c = caso();
-        PlanSaludForm f(*c->e);
-        QCOMPARE(f.titulo(), QStringLiteral("Mantenimiento de Planes de Salud - (Nuevo Plan de Salud)"));
-        QCOMPARE(f.texto(QStringLiteral("FechaAlta")), QStringLiteral("04/05/2026"));
-        f.setTexto(QStringLiteral("FechaAlta"), alta);
-        f.setTexto(QStringLiteral("FechaBaja"), baja);
-        f.setTexto(QStringLiteral("Nombre"), nombre);
-        if (conCondicion) QVERIFY(condicion(f, c->seccion, QStringLiteral("12")));
+        PlanSaludForm f(c->e);
+        QCOMPARE(f.titulo(), u"Mantenimiento de Planes de Salud - (Nuevo Plan de Salud)"_s);
+        QCOMPARE(f.texto(u"FechaAlta"_s), u"04/05/2026"_s);
+        f.setTexto(u"FechaAlta"_s, alta);
+        f.setTexto(u"FechaBaja"_s, baja);
+        f.setTexto(u"Nombre"_s, nombre);
+        if (conCondicion) QVERIFY(condicion(f, c->seccion, u"12"_s));
         const bool ok = f.guardar();
         QCOMPARE(ok, mensaje.isEmpty());
-        const qint64 guardados =
-            RegistroStore(c->t.db()).contar(*descriptorTabla(QStringLiteral("PlanesSalud")));
+        const qint64 guardados = RegistroStore(c->db()).contar(*descriptorTabla(u"PlanesSalud"_s));
         if (ok) {
             QVERIFY(c->d.mensajes().isEmpty());
             QCOMPARE(guardados, 1);
-            QCOMPARE(
-                f.titulo(),
-                QStringLiteral("Mantenimiento de Planes de Salud - %1 - Plan Cachorro").arg(*f.idPlan()));
-            PlanSaludForm g(*c->e);
+            QCOMPARE(f.titulo(), u"Mantenimiento de Planes de Salud - %1 - Plan Cachorro"_s.arg(*f.idPlan()));
+            PlanSaludForm g(c->e);
             QVERIFY(g.cargar(*f.idPlan()));
-            QCOMPARE(g.condiciones().celdas(0).at(1), QStringLiteral("Desparasitación"));
-            QCOMPARE(g.condiciones().celdas(0).at(4), QStringLiteral("12,00"));
+            QCOMPARE(g.condiciones().celdas(0).at(1), u"Desparasitación"_s);
+            QCOMPARE(g.condiciones().celdas(0).at(4), u"12,00"_s);
             return;
         }
         QCOMPARE(c->d.mensajes().size(), 1);
@@ -117,93 +96,85 @@ private slots:
 
     void cambioDeNombreYLectura() {
         auto c = caso();
-        const qint64 id = crearPlan(*c, QStringLiteral("Plan Senior"));
+        const qint64 id = crearPlan(*c, u"Plan Senior"_s);
         QVERIFY(id > 0);
-        PlanSaludForm f(*c->e);
+        PlanSaludForm f(c->e);
         QVERIFY(f.cargar(id));
-        f.setTexto(QStringLiteral("Nombre"), QStringLiteral("Plan Senior Plus"));
+        f.setTexto(u"Nombre"_s, u"Plan Senior Plus"_s);
         c->d.no();
         QVERIFY(!f.guardar());
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Atención"));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("Ha cambiado el nombre de este Plan de Salud. ¿Confirma que "
-                                "desea guardar esta modificación?"));
+        QCOMPARE(c->d.ultimo().titulo, u"Atención"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"Ha cambiado el nombre de este Plan de Salud. ¿Confirma que "
+                                     "desea guardar esta modificación?"_s);
         // Removing the last condition: the question comes first, then the list check.
         QVERIFY(f.condiciones().eliminar(0));
         c->d.si();
         QVERIFY(!f.guardar());
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("Debe informar al menos una condición en el listado"));
-        QVERIFY(condicion(f, c->seccion, QStringLiteral("1")));
+        QCOMPARE(c->d.ultimoTexto(), u"Debe informar al menos una condición en el listado"_s);
+        QVERIFY(condicion(f, c->seccion, u"1"_s));
         c->d.si();
         QVERIFY(f.guardar());
 
         QVERIFY(!f.cargar(id + 50));
         QCOMPARE(c->d.ultimo().icono, Icono::Critico);
-        QCOMPARE(c->d.ultimo().titulo,
-                 QStringLiteral("Error al intentar acceder al PlanSalud numero %1.").arg(id + 50));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("Ha sido imposible recuperar la información solicitada. Puede "
-                                "que este PlanSalud haya sido eliminado."));
-        QCOMPARE(f.texto(QStringLiteral("Nombre")), QStringLiteral("Plan Senior Plus"));
+        QCOMPARE(c->d.ultimo().titulo, u"Error al intentar acceder al PlanSalud numero %1."_s.arg(id + 50));
+        QCOMPARE(c->d.ultimoTexto(), u"Ha sido imposible recuperar la información solicitada. Puede "
+                                     "que este PlanSalud haya sido eliminado."_s);
+        QCOMPARE(f.texto(u"Nombre"_s), u"Plan Senior Plus"_s);
     }
 
     void eliminar() {
         auto c = caso();
-        const qint64 id = crearPlan(*c, QStringLiteral("Plan Felino"));
-        Registro m(*descriptorTabla(QStringLiteral("Mascotas")));
-        m.setValor(QStringLiteral("IdCliente"), 1);
-        m.setValor(QStringLiteral("Nombre"), QStringLiteral("Misi"));
-        m.setValor(QStringLiteral("IdPlanSalud"), static_cast<qlonglong>(id));
-        const QVariant mascota = RegistroStore(c->t.db()).crear(m);
-        PlanSaludForm f(*c->e);
+        const qint64 id = crearPlan(*c, u"Plan Felino"_s);
+        Registro m(*descriptorTabla(u"Mascotas"_s));
+        m.setValor(u"IdCliente"_s, 1);
+        m.setValor(u"Nombre"_s, u"Misi"_s);
+        m.setValor(u"IdPlanSalud"_s, static_cast<qlonglong>(id));
+        const QVariant mascota = RegistroStore(c->db()).crear(m);
+        PlanSaludForm f(c->e);
         QVERIFY(f.cargar(id));
         QVERIFY(!f.eliminar());
         QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("No se puede eliminar este Plan de Salud porque tiene Mascotas inscritas."));
-        RegistroStore(c->t.db()).ejecutar(QStringLiteral("DELETE FROM Mascotas WHERE IdMascota = ?"),
-                                          {mascota});
+                 u"No se puede eliminar este Plan de Salud porque tiene Mascotas inscritas."_s);
+        RegistroStore(c->db()).ejecutar(u"DELETE FROM Mascotas WHERE IdMascota = ?"_s, {mascota});
         c->d.no();
         QVERIFY(!f.eliminar());
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("¿Desea realmente eliminar este Plan de Salud?"));
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("¡Atención!"));
+        QCOMPARE(c->d.ultimoTexto(), u"¿Desea realmente eliminar este Plan de Salud?"_s);
+        QCOMPARE(c->d.ultimo().titulo, u"¡Atención!"_s);
         c->d.si();
         QVERIFY(f.eliminar());
         QVERIFY(f.esNuevo());
-        QCOMPARE(RegistroStore(c->t.db()).contar(*descriptorTabla(QStringLiteral("PlanesSalud"))), 0);
-        QCOMPARE(RegistroStore(c->t.db()).contar(*descriptorTabla(QStringLiteral("CondicionesEspeciales"))),
-                 0);
+        QCOMPARE(RegistroStore(c->db()).contar(*descriptorTabla(u"PlanesSalud"_s)), 0);
+        QCOMPARE(RegistroStore(c->db()).contar(*descriptorTabla(u"CondicionesEspeciales"_s)), 0);
     }
 
     void busqueda() {
         auto c = caso();
-        crearPlan(*c, QStringLiteral("Plan Cachorro"));
-        crearPlan(*c, QStringLiteral("Plan Gato Senior"));
-        crearPlan(*c, QStringLiteral("Antiguo plan cachorro"), QStringLiteral("01/01/2025"));
-        crearPlan(*c, QStringLiteral("Plan Exótico"), QStringLiteral("01/02/2025"));
-        PlanSaludBusquedaForm b(*c->e);
-        QCOMPARE(PlanSaludBusquedaForm::columnas(),
-                 QStringList({QStringLiteral("Descripción"), QStringLiteral("Alta")}));
+        crearPlan(*c, u"Plan Cachorro"_s);
+        crearPlan(*c, u"Plan Gato Senior"_s);
+        crearPlan(*c, u"Antiguo plan cachorro"_s, u"01/01/2025"_s);
+        crearPlan(*c, u"Plan Exótico"_s, u"01/02/2025"_s);
+        PlanSaludBusquedaForm b(c->e);
+        QCOMPARE(PlanSaludBusquedaForm::columnas(), QStringList({u"Descripción"_s, u"Alta"_s}));
         auto nombres = [&] {
             QStringList n;
             for (int i = 0; i < b.resultado().size(); ++i)
                 n << b.celdas(i).first();
             return n;
         };
-        b.texto = QStringLiteral("plan");
+        b.texto = u"plan"_s;
         QVERIFY(b.buscar());
-        QCOMPARE(nombres(),
-                 QStringList({QStringLiteral("Plan Cachorro"), QStringLiteral("Plan Gato Senior")}));
-        QCOMPARE(b.celdas(0).at(1), QStringLiteral("04/05/2026"));
+        QCOMPARE(nombres(), QStringList({u"Plan Cachorro"_s, u"Plan Gato Senior"_s}));
+        QCOMPARE(b.celdas(0).at(1), u"04/05/2026"_s);
         b.modo = PlanSaludBusquedaForm::Modo::Contiene;
-        b.texto = QStringLiteral("CACHORRO");
+        b.texto = u"CACHORRO"_s;
         QVERIFY(b.buscar());
-        QCOMPARE(nombres(), QStringList({QStringLiteral("Plan Cachorro")}));
+        QCOMPARE(nombres(), QStringList({u"Plan Cachorro"_s}));
         b.incluirBajas = true;
         QVERIFY(b.buscar());
-        QCOMPARE(nombres(),
-                 QStringList({QStringLiteral("Antiguo plan cachorro"), QStringLiteral("Plan Cachorro")}));
+        QCOMPARE(nombres(), QStringList({u"Antiguo plan cachorro"_s, u"Plan Cachorro"_s}));
         b.modo = PlanSaludBusquedaForm::Modo::Exacto;
-        b.texto = QStringLiteral("plan gato");
+        b.texto = u"plan gato"_s;
         QVERIFY(b.buscar());
         QVERIFY(b.resultado().isEmpty());
         QVERIFY(c->d.mensajes().isEmpty());
@@ -211,22 +182,21 @@ private slots:
         // Every match has left: the user is asked before seeing them.
         b.incluirBajas = false;
         b.modo = PlanSaludBusquedaForm::Modo::Contiene;
-        b.texto = QStringLiteral("ótico");
+        b.texto = u"ótico"_s;
         c->d.no();
         QVERIFY(b.buscar());
         QVERIFY(b.resultado().isEmpty());
         QCOMPARE(c->d.mensajes().size(), 1);
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Resultado de la búsqueda"));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("Todos los Planes de Salud que cumplen las condiciones "
-                                "especificadas están dados de Baja. ¿Desea verlos igualmente?"));
+        QCOMPARE(c->d.ultimo().titulo, u"Resultado de la búsqueda"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"Todos los Planes de Salud que cumplen las condiciones "
+                                     "especificadas están dados de Baja. ¿Desea verlos igualmente?"_s);
         c->d.si();
         QVERIFY(b.buscar());
-        QCOMPARE(nombres(), QStringList({QStringLiteral("Plan Exótico")}));
+        QCOMPARE(nombres(), QStringList({u"Plan Exótico"_s}));
         QVERIFY(b.resultado().first().baja);
         // No match at all asks nothing.
         c->d.limpiar();
-        b.texto = QStringLiteral("zzz");
+        b.texto = u"zzz"_s;
         QVERIFY(b.buscar());
         QVERIFY(c->d.mensajes().isEmpty());
     }

@@ -7,6 +7,8 @@
 #include <QSemaphore>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 DescriptorTabla clase(const QString& tabla, const QString& desc) {
     DescriptorTabla t;
@@ -14,26 +16,24 @@ DescriptorTabla clase(const QString& tabla, const QString& desc) {
     t.descTabla = desc;
     return t;
 }
-const DescriptorTabla kClientes = clase(QStringLiteral("Clientes"), QStringLiteral("Cliente"));
-const DescriptorTabla kMascotas = clase(QStringLiteral("Mascotas"), QStringLiteral("Mascota"));
+const DescriptorTabla kClientes = clase(u"Clientes"_s, u"Cliente"_s);
+const DescriptorTabla kMascotas = clase(u"Mascotas"_s, u"Mascota"_s);
 
-const QString kOtroPuestoCola =
-    QStringLiteral(" pues otro Puesto lo/a tiene bloqueado/a. Consulte a un Administrador.");
-const QString kBDCola =
-    QStringLiteral(" pues algún Usuario tiene bloqueada la B.D. Consulte a un Administrador.");
+const QString kOtroPuestoCola = u" pues otro Puesto lo/a tiene bloqueado/a. Consulte a un Administrador."_s;
+const QString kBDCola = u" pues algún Usuario tiene bloqueada la B.D. Consulte a un Administrador."_s;
 
 // Makes the connection give up quickly when another one holds what it needs.
 void esperaCorta(Database& db) {
     if (db.esSQLite())
-        db.ejecutarDirecto(QStringLiteral("PRAGMA busy_timeout = 100"));
+        db.ejecutarDirecto(u"PRAGMA busy_timeout = 100"_s);
     else
-        db.ejecutarDirecto(QStringLiteral("SET lock_timeout = '100ms'"));
+        db.ejecutarDirecto(u"SET lock_timeout = '100ms'"_s);
 }
 
 // Holds, on a connection of its own, what every lock attempt needs: the write lock on
 // SQLite, the lock table on PostgreSQL.
 void acapararBloqueos(Database& db) {
-    if (!db.esSQLite()) db.ejecutarDirecto(QStringLiteral("LOCK TABLE Bloqueos IN ACCESS EXCLUSIVE MODE"));
+    if (!db.esSQLite()) db.ejecutarDirecto(u"LOCK TABLE Bloqueos IN ACCESS EXCLUSIVE MODE"_s);
 }
 } // namespace
 
@@ -53,8 +53,7 @@ class TestBloqueos : public QObject {
         if (otraConexion) p->propia = t.otraConexion();
         p->db = otraConexion ? p->propia.get() : &t.db();
         p->s = std::make_unique<BloqueoStore>(
-            *p->db, p->d, reloj_,
-            IdentidadSesion{QStringLiteral("sesion-") + nombre, QStringLiteral("usr-") + nombre, nombre});
+            *p->db, p->d, reloj_, IdentidadSesion{u"sesion-"_s + nombre, u"usr-"_s + nombre, nombre});
         return p;
     }
 
@@ -63,9 +62,12 @@ private slots:
         QTest::addColumn<int>("codigo");
         QTest::addColumn<QString>("nombre");
         QTest::addColumn<QString>("verbo");
-        QTest::newRow("1") << 1 << QStringLiteral("Modificación") << QStringLiteral("Modificar");
-        QTest::newRow("2") << 2 << QStringLiteral("Alta") << QStringLiteral("dar de Alta");
-        QTest::newRow("3") << 3 << QStringLiteral("Baja") << QStringLiteral("dar de Baja");
+        auto fila = [](const char* nombre, int a0, QString a1, QString a2) {
+            QTest::newRow(nombre) << a0 << a1 << a2;
+        };
+        fila("1", 1, u"Modificación"_s, u"Modificar"_s);
+        fila("2", 2, u"Alta"_s, u"dar de Alta"_s);
+        fila("3", 3, u"Baja"_s, u"dar de Baja"_s);
     }
     void accionesYClaves() {
         QFETCH(int, codigo);
@@ -78,41 +80,40 @@ private slots:
 
         // The row written for the lock carries who, when and why.
         TestDb t;
-        auto p = puesto(t, QStringLiteral("RECEPCION"), false);
-        QVERIFY(p->s->bloquearRegistro(kClientes, QStringLiteral("42"), QStringLiteral("Ana Pérez"), codigo));
+        auto p = puesto(t, u"RECEPCION"_s, false);
+        QVERIFY(p->s->bloquearRegistro(kClientes, u"42"_s, u"Ana Pérez"_s, codigo));
         QVERIFY(p->d.mensajes().isEmpty());
-        const auto b = p->s->buscar(QStringLiteral("Clientes 42"));
+        const auto b = p->s->buscar(u"Clientes 42"_s);
         QVERIFY(b.has_value());
-        QCOMPARE(b->descripcion, QStringLiteral("Ana Pérez"));
-        QCOMPARE(b->sesion, QStringLiteral("sesion-RECEPCION"));
+        QCOMPARE(b->descripcion, u"Ana Pérez"_s);
+        QCOMPARE(b->sesion, u"sesion-RECEPCION"_s);
         QCOMPARE(b->accion, codigo);
-        QCOMPARE(b->usuario, QStringLiteral("usr-RECEPCION"));
-        QCOMPARE(b->puesto, QStringLiteral("RECEPCION"));
+        QCOMPARE(b->usuario, u"usr-RECEPCION"_s);
+        QCOMPARE(b->puesto, u"RECEPCION"_s);
         QCOMPARE(b->fecha, QDate(2026, 3, 9));
         QCOMPARE(b->hora, QTime(8, 7, 6));
     }
 
     void accionNoAdmitida_data() {
         QTest::addColumn<int>("codigo");
-        QTest::newRow("4") << 4;
-        QTest::newRow("0") << 0;
-        QTest::newRow("-1") << -1;
+        auto fila = [](const char* nombre, int a0) { QTest::newRow(nombre) << a0; };
+        fila("4", 4);
+        fila("0", 0);
+        fila("-1", -1);
     }
     void accionNoAdmitida() {
         QFETCH(int, codigo);
         QVERIFY(!nombreAccion(codigo).has_value());
         TestDb t;
-        auto p = puesto(t, QStringLiteral("RECEPCION"), false);
-        QVERIFY(!p->s->bloquearRegistro(kClientes, QStringLiteral("1"), QStringLiteral("Ana"), codigo));
+        auto p = puesto(t, u"RECEPCION"_s, false);
+        QVERIFY(!p->s->bloquearRegistro(kClientes, u"1"_s, u"Ana"_s, codigo));
         QCOMPARE(p->d.mensajes().size(), 1);
         QCOMPARE(p->d.ultimo().icono, Icono::Ninguno);
-        QCOMPARE(p->d.ultimo().titulo, QStringLiteral("Bloqueo de Registro"));
-        QCOMPARE(p->d.ultimoTexto(),
-                 QStringLiteral("La acción que se pretende bloquear no es una de las admitidas: '") +
-                     QString::number(codigo) + QStringLiteral("'."));
+        QCOMPARE(p->d.ultimo().titulo, u"Bloqueo de Registro"_s);
+        QCOMPARE(p->d.ultimoTexto(), u"La acción que se pretende bloquear no es una de las admitidas: '"_s +
+                                         QString::number(codigo) + u"'."_s);
         // Without messages only the result tells; the whole-table lock refuses it too.
-        QVERIFY(
-            !p->s->bloquearRegistro(kClientes, QStringLiteral("1"), QStringLiteral("Ana"), codigo, false));
+        QVERIFY(!p->s->bloquearRegistro(kClientes, u"1"_s, u"Ana"_s, codigo, false));
         QVERIFY(!p->s->bloquearTabla(kClientes, codigo, false));
         QCOMPARE(p->d.mensajes().size(), 1);
         QCOMPARE(p->s->contar(), 0);
@@ -121,159 +122,156 @@ private slots:
     void mismaClaveEnOtroPuesto_data() {
         QTest::addColumn<int>("codigo");
         QTest::addColumn<QString>("verbo");
-        QTest::newRow("Modificación") << 1 << QStringLiteral("Modificar");
-        QTest::newRow("Alta") << 2 << QStringLiteral("dar de Alta");
-        QTest::newRow("Baja") << 3 << QStringLiteral("dar de Baja");
+        auto fila = [](const char* nombre, int a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
+        fila("Modificación", 1, u"Modificar"_s);
+        fila("Alta", 2, u"dar de Alta"_s);
+        fila("Baja", 3, u"dar de Baja"_s);
     }
     void mismaClaveEnOtroPuesto() {
         QFETCH(int, codigo);
         QFETCH(QString, verbo);
         TestDb t;
-        auto a = puesto(t, QStringLiteral("CONSULTA1"), false);
-        auto b = puesto(t, QStringLiteral("CONSULTA2"), true);
-        QVERIFY(a->s->bloquearRegistro(kClientes, QStringLiteral("7"), QStringLiteral("Luis Gil"), 1));
-        QVERIFY(!b->s->bloquearRegistro(kClientes, QStringLiteral("7"), QStringLiteral("Luis Gil (ficha)"),
-                                        codigo));
+        auto a = puesto(t, u"CONSULTA1"_s, false);
+        auto b = puesto(t, u"CONSULTA2"_s, true);
+        QVERIFY(a->s->bloquearRegistro(kClientes, u"7"_s, u"Luis Gil"_s, 1));
+        QVERIFY(!b->s->bloquearRegistro(kClientes, u"7"_s, u"Luis Gil (ficha)"_s, codigo));
         QCOMPARE(b->d.mensajes().size(), 1);
         QCOMPARE(b->d.ultimo().icono, Icono::Informacion);
-        QCOMPARE(b->d.ultimo().titulo, QStringLiteral("Bloqueo de Registro"));
-        QCOMPARE(b->d.ultimoTexto(), QStringLiteral("No es posible ") + verbo +
-                                         QStringLiteral(" el/la Cliente de Luis Gil (ficha)") +
-                                         kOtroPuestoCola);
+        QCOMPARE(b->d.ultimo().titulo, u"Bloqueo de Registro"_s);
+        QCOMPARE(b->d.ultimoTexto(),
+                 u"No es posible "_s + verbo + u" el/la Cliente de Luis Gil (ficha)"_s + kOtroPuestoCola);
         // Silent refusal, and the holder's row is untouched.
-        QVERIFY(!b->s->bloquearRegistro(kClientes, QStringLiteral("7"), QStringLiteral("x"), codigo, false));
+        QVERIFY(!b->s->bloquearRegistro(kClientes, u"7"_s, u"x"_s, codigo, false));
         QCOMPARE(b->d.mensajes().size(), 1);
-        QCOMPARE(a->s->buscar(QStringLiteral("Clientes 7"))->sesion, QStringLiteral("sesion-CONSULTA1"));
+        QCOMPARE(a->s->buscar(u"Clientes 7"_s)->sesion, u"sesion-CONSULTA1"_s);
         // Another key of the same table, and the same key of another table, are free.
-        QVERIFY(b->s->bloquearRegistro(kClientes, QStringLiteral("70"), QStringLiteral("Otro"), codigo));
-        QVERIFY(b->s->bloquearRegistro(kMascotas, QStringLiteral("7"), QStringLiteral("Toby"), codigo));
+        QVERIFY(b->s->bloquearRegistro(kClientes, u"70"_s, u"Otro"_s, codigo));
+        QVERIFY(b->s->bloquearRegistro(kMascotas, u"7"_s, u"Toby"_s, codigo));
         // Once released by its holder the key can be taken.
-        QVERIFY(a->s->desbloquearRegistro(kClientes, QStringLiteral("7")));
-        QVERIFY(b->s->bloquearRegistro(kClientes, QStringLiteral("7"), QStringLiteral("Luis Gil"), codigo));
+        QVERIFY(a->s->desbloquearRegistro(kClientes, u"7"_s));
+        QVERIFY(b->s->bloquearRegistro(kClientes, u"7"_s, u"Luis Gil"_s, codigo));
     }
 
     void mismaSesionEsReentrante() {
         TestDb t;
-        auto a = puesto(t, QStringLiteral("CONSULTA1"), false);
-        QVERIFY(a->s->bloquearRegistro(kClientes, QStringLiteral("7"), QStringLiteral("Luis"), 1));
-        QVERIFY(a->s->bloquearRegistro(kClientes, QStringLiteral("7"), QStringLiteral("Luis otra vez"), 3));
+        auto a = puesto(t, u"CONSULTA1"_s, false);
+        QVERIFY(a->s->bloquearRegistro(kClientes, u"7"_s, u"Luis"_s, 1));
+        QVERIFY(a->s->bloquearRegistro(kClientes, u"7"_s, u"Luis otra vez"_s, 3));
         QVERIFY(a->d.mensajes().isEmpty());
         QCOMPARE(a->s->contar(), 1);
         // The first lock stands as it was; one unlock removes it.
-        QCOMPARE(a->s->buscar(QStringLiteral("Clientes 7"))->accion, 1);
-        QVERIFY(a->s->desbloquearRegistro(kClientes, QStringLiteral("7")));
+        QCOMPARE(a->s->buscar(u"Clientes 7"_s)->accion, 1);
+        QVERIFY(a->s->desbloquearRegistro(kClientes, u"7"_s));
         QCOMPARE(a->s->contar(), 0);
-        QVERIFY(!a->s->desbloquearRegistro(kClientes, QStringLiteral("7")));
+        QVERIFY(!a->s->desbloquearRegistro(kClientes, u"7"_s));
     }
 
     void desbloquearSoloLoPropio() {
         TestDb t;
-        auto a = puesto(t, QStringLiteral("CONSULTA1"), false);
-        auto b = puesto(t, QStringLiteral("CONSULTA2"), true);
-        QVERIFY(a->s->bloquearRegistro(kClientes, QStringLiteral("1"), QStringLiteral("Uno"), 1));
-        QVERIFY(a->s->bloquearRegistro(kClientes, QStringLiteral("2"), QStringLiteral("Dos"), 1));
-        QVERIFY(b->s->bloquearRegistro(kClientes, QStringLiteral("3"), QStringLiteral("Tres"), 1));
-        QVERIFY(!b->s->desbloquearRegistro(kClientes, QStringLiteral("1")));
+        auto a = puesto(t, u"CONSULTA1"_s, false);
+        auto b = puesto(t, u"CONSULTA2"_s, true);
+        QVERIFY(a->s->bloquearRegistro(kClientes, u"1"_s, u"Uno"_s, 1));
+        QVERIFY(a->s->bloquearRegistro(kClientes, u"2"_s, u"Dos"_s, 1));
+        QVERIFY(b->s->bloquearRegistro(kClientes, u"3"_s, u"Tres"_s, 1));
+        QVERIFY(!b->s->desbloquearRegistro(kClientes, u"1"_s));
         QCOMPARE(a->s->contar(), 3);
         QCOMPARE(a->s->desbloquearSesion(), 2);
         const auto quedan = a->s->lista();
         QCOMPARE(quedan.size(), 1);
-        QCOMPARE(quedan.first().clave, QStringLiteral("Clientes 3"));
+        QCOMPARE(quedan.first().clave, u"Clientes 3"_s);
         QVERIFY(b->d.mensajes().isEmpty());
     }
 
     void errorAlDesbloquearYAlBloquear() {
         TestDb t;
-        auto a = puesto(t, QStringLiteral("CONSULTA1"), false);
-        t.db().ejecutarDirecto(QStringLiteral("DROP TABLE Bloqueos"));
-        QVERIFY(!a->s->desbloquearRegistro(kClientes, QStringLiteral("1")));
+        auto a = puesto(t, u"CONSULTA1"_s, false);
+        t.db().ejecutarDirecto(u"DROP TABLE Bloqueos"_s);
+        QVERIFY(!a->s->desbloquearRegistro(kClientes, u"1"_s));
         QCOMPARE(a->d.mensajes().size(), 1);
         QCOMPARE(a->d.ultimo().icono, Icono::Ninguno);
-        QCOMPARE(a->d.ultimo().titulo, QStringLiteral("Desbloqueo de registro"));
-        QVERIFY(a->d.ultimoTexto().startsWith(QStringLiteral("Error en B.D.: ")));
-        QVERIFY(a->d.ultimoTexto().contains(QStringLiteral("loqueos"), Qt::CaseInsensitive));
+        QCOMPARE(a->d.ultimo().titulo, u"Desbloqueo de registro"_s);
+        QVERIFY(a->d.ultimoTexto().startsWith(u"Error en B.D.: "_s));
+        QVERIFY(a->d.ultimoTexto().contains(u"loqueos"_s, Qt::CaseInsensitive));
         QVERIFY(!a->s->desbloquearBD());
-        QCOMPARE(a->d.ultimo().titulo, QStringLiteral("Desbloqueo de registro"));
+        QCOMPARE(a->d.ultimo().titulo, u"Desbloqueo de registro"_s);
 
         a->d.limpiar();
-        QVERIFY(!a->s->bloquearRegistro(kClientes, QStringLiteral("1"), QStringLiteral("Uno"), 1));
+        QVERIFY(!a->s->bloquearRegistro(kClientes, u"1"_s, u"Uno"_s, 1));
         QCOMPARE(a->d.mensajes().size(), 1);
         QCOMPARE(a->d.ultimo().icono, Icono::Ninguno);
-        QCOMPARE(a->d.ultimo().titulo, QStringLiteral("Bloqueo de Registro"));
-        QVERIFY(a->d.ultimoTexto().startsWith(QStringLiteral("Error en B.D.: ")));
-        QVERIFY(!a->s->bloquearRegistro(kClientes, QStringLiteral("1"), QStringLiteral("Uno"), 1, false));
+        QCOMPARE(a->d.ultimo().titulo, u"Bloqueo de Registro"_s);
+        QVERIFY(a->d.ultimoTexto().startsWith(u"Error en B.D.: "_s));
+        QVERIFY(!a->s->bloquearRegistro(kClientes, u"1"_s, u"Uno"_s, 1, false));
         QCOMPARE(a->d.mensajes().size(), 1);
     }
 
     void bloqueoAdministrativoDeOtro() {
         TestDb t;
-        auto admin = puesto(t, QStringLiteral("SERVIDOR"), false);
-        auto b = puesto(t, QStringLiteral("CONSULTA2"), true);
+        auto admin = puesto(t, u"SERVIDOR"_s, false);
+        auto b = puesto(t, u"CONSULTA2"_s, true);
         QVERIFY(admin->s->bloquearBD());
         QVERIFY(admin->d.mensajes().isEmpty());
-        const auto fila =
-            admin->s->buscar(QStringLiteral("DATABASE Toda la B.D. por labores Administrativas"));
+        const auto fila = admin->s->buscar(u"DATABASE Toda la B.D. por labores Administrativas"_s);
         QVERIFY(fila.has_value());
-        QCOMPARE(fila->sesion, QStringLiteral("sesion-SERVIDOR"));
+        QCOMPARE(fila->sesion, u"sesion-SERVIDOR"_s);
 
-        const QList<std::pair<int, QString>> acciones{{1, QStringLiteral("Modificar")},
-                                                      {2, QStringLiteral("dar de Alta")},
-                                                      {3, QStringLiteral("dar de Baja")}};
+        const QList<std::pair<int, QString>> acciones{
+            {1, u"Modificar"_s}, {2, u"dar de Alta"_s}, {3, u"dar de Baja"_s}};
         for (const auto& [codigo, verbo] : acciones) {
             b->d.limpiar();
-            QVERIFY(!b->s->bloquearRegistro(kMascotas, QStringLiteral("5"), QStringLiteral("Toby"), codigo));
+            QVERIFY(!b->s->bloquearRegistro(kMascotas, u"5"_s, u"Toby"_s, codigo));
             QCOMPARE(b->d.mensajes().size(), 1);
             QCOMPARE(b->d.ultimo().icono, Icono::Informacion);
-            QCOMPARE(b->d.ultimoTexto(), QStringLiteral("No es posible ") + verbo +
-                                             QStringLiteral(" el/la Mascota de Toby") + kBDCola);
+            QCOMPARE(b->d.ultimoTexto(), u"No es posible "_s + verbo + u" el/la Mascota de Toby"_s + kBDCola);
         }
         // The whole-table lock is refused the same way.
         b->d.limpiar();
         QVERIFY(!b->s->bloquearTabla(kMascotas, 1));
-        QCOMPARE(b->d.ultimoTexto(),
-                 QStringLiteral("No es posible Modificar el/la Mascota de Mascota: Todos") + kBDCola);
+        QCOMPARE(b->d.ultimoTexto(), u"No es posible Modificar el/la Mascota de Mascota: Todos"_s + kBDCola);
 
         // The administrator's own session may still lock records.
-        QVERIFY(admin->s->bloquearRegistro(kMascotas, QStringLiteral("5"), QStringLiteral("Toby"), 1));
+        QVERIFY(admin->s->bloquearRegistro(kMascotas, u"5"_s, u"Toby"_s, 1));
         // A second administrative lock by another session is refused with its own reason.
         b->d.limpiar();
         QVERIFY(!b->s->bloquearBD());
         QCOMPARE(b->d.ultimo().icono, Icono::Exclamacion);
-        QCOMPARE(b->d.ultimo().titulo, QStringLiteral("¡Atención!"));
+        QCOMPARE(b->d.ultimo().titulo, u"¡Atención!"_s);
         QCOMPARE(b->d.ultimoTexto(),
-                 QStringLiteral(
-                     " No es posible bloquear la B.D. para Administración pues otro Usuario tiene bloqueada "
-                     "la B.D. \n Consulte con un Administrador."));
+                 u" No es posible bloquear la B.D. para Administración pues otro Usuario tiene bloqueada "
+                 "la B.D. \n Consulte con un Administrador."_s);
         QVERIFY(!b->s->bloquearBD(false));
         QCOMPARE(b->d.mensajes().size(), 1);
         // Released, the records are free again.
         QVERIFY(admin->s->desbloquearBD());
-        QVERIFY(b->s->bloquearRegistro(kMascotas, QStringLiteral("6"), QStringLiteral("Kira"), 2));
+        QVERIFY(b->s->bloquearRegistro(kMascotas, u"6"_s, u"Kira"_s, 2));
     }
 
     void umbralDelBloqueoAdministrativo_data() {
         QTest::addColumn<int>("ajenos");
         QTest::addColumn<int>("propios");
         QTest::addColumn<bool>("concedido");
-        QTest::newRow("ninguno") << 0 << 0 << true;
-        QTest::newRow("uno de otro puesto") << 1 << 0 << true;
-        QTest::newRow("uno propio") << 0 << 1 << true;
-        QTest::newRow("dos de otro puesto") << 2 << 0 << false;
-        QTest::newRow("uno y uno") << 1 << 1 << false;
-        QTest::newRow("dos propios") << 0 << 2 << false;
-        QTest::newRow("cinco") << 3 << 2 << false;
+        auto fila = [](const char* nombre, int a0, int a1, bool a2) {
+            QTest::newRow(nombre) << a0 << a1 << a2;
+        };
+        fila("ninguno", 0, 0, true);
+        fila("uno de otro puesto", 1, 0, true);
+        fila("uno propio", 0, 1, true);
+        fila("dos de otro puesto", 2, 0, false);
+        fila("uno y uno", 1, 1, false);
+        fila("dos propios", 0, 2, false);
+        fila("cinco", 3, 2, false);
     }
     void umbralDelBloqueoAdministrativo() {
         QFETCH(int, ajenos);
         QFETCH(int, propios);
         QFETCH(bool, concedido);
         TestDb t;
-        auto admin = puesto(t, QStringLiteral("SERVIDOR"), false);
-        auto b = puesto(t, QStringLiteral("CONSULTA2"), true);
+        auto admin = puesto(t, u"SERVIDOR"_s, false);
+        auto b = puesto(t, u"CONSULTA2"_s, true);
         for (int i = 0; i < ajenos; ++i)
-            QVERIFY(b->s->bloquearRegistro(kClientes, QString::number(i), QStringLiteral("Ajeno"), 1));
+            QVERIFY(b->s->bloquearRegistro(kClientes, QString::number(i), u"Ajeno"_s, 1));
         for (int i = 0; i < propios; ++i)
-            QVERIFY(admin->s->bloquearRegistro(kMascotas, QString::number(i), QStringLiteral("Propio"), 1));
+            QVERIFY(admin->s->bloquearRegistro(kMascotas, QString::number(i), u"Propio"_s, 1));
         QCOMPARE(admin->s->bloquearBD(), concedido);
         QCOMPARE(admin->s->buscar(kClaveBloqueoBD).has_value(), concedido);
         if (concedido) {
@@ -284,62 +282,58 @@ private slots:
         } else {
             QCOMPARE(admin->d.mensajes().size(), 1);
             QCOMPARE(admin->d.ultimo().icono, Icono::Exclamacion);
-            QCOMPARE(admin->d.ultimo().titulo, QStringLiteral("¡Atención!"));
-            QCOMPARE(
-                admin->d.ultimoTexto(),
-                QStringLiteral(" No es posible bloquear la B.D. para Administración mientras otros Usuarios "
-                               "tengan bloqueados registros en la B.D. \n Consulte con un Administrador."));
+            QCOMPARE(admin->d.ultimo().titulo, u"¡Atención!"_s);
+            QCOMPARE(admin->d.ultimoTexto(),
+                     u" No es posible bloquear la B.D. para Administración mientras otros Usuarios "
+                     "tengan bloqueados registros en la B.D. \n Consulte con un Administrador."_s);
         }
     }
 
     void bloqueoDeTodaLaTabla() {
         TestDb t;
-        auto a = puesto(t, QStringLiteral("CONSULTA1"), false);
-        auto b = puesto(t, QStringLiteral("CONSULTA2"), true);
-        QCOMPARE(descripcionBloqueoTabla(kClientes), QStringLiteral("Cliente: Todos"));
+        auto a = puesto(t, u"CONSULTA1"_s, false);
+        auto b = puesto(t, u"CONSULTA2"_s, true);
+        QCOMPARE(descripcionBloqueoTabla(kClientes), u"Cliente: Todos"_s);
         QVERIFY(a->s->bloquearTabla(kClientes, 1));
-        QCOMPARE(a->s->buscar(QStringLiteral("Clientes"))->descripcion, QStringLiteral("Cliente: Todos"));
+        QCOMPARE(a->s->buscar(u"Clientes"_s)->descripcion, u"Cliente: Todos"_s);
         // Every record of the table is taken for the other workstations...
-        QVERIFY(!b->s->bloquearRegistro(kClientes, QStringLiteral("9"), QStringLiteral("Eva"), 3));
-        QCOMPARE(b->d.ultimoTexto(),
-                 QStringLiteral("No es posible dar de Baja el/la Cliente de Eva") + kOtroPuestoCola);
+        QVERIFY(!b->s->bloquearRegistro(kClientes, u"9"_s, u"Eva"_s, 3));
+        QCOMPARE(b->d.ultimoTexto(), u"No es posible dar de Baja el/la Cliente de Eva"_s + kOtroPuestoCola);
         QVERIFY(!b->s->bloquearTabla(kClientes, 1, false));
         // ...but not for its holder, nor the records of other tables.
-        QVERIFY(a->s->bloquearRegistro(kClientes, QStringLiteral("9"), QStringLiteral("Eva"), 1));
-        QVERIFY(b->s->bloquearRegistro(kMascotas, QStringLiteral("9"), QStringLiteral("Eva"), 1));
+        QVERIFY(a->s->bloquearRegistro(kClientes, u"9"_s, u"Eva"_s, 1));
+        QVERIFY(b->s->bloquearRegistro(kMascotas, u"9"_s, u"Eva"_s, 1));
         QVERIFY(a->s->desbloquearTabla(kClientes));
-        QVERIFY(a->s->desbloquearRegistro(kClientes, QStringLiteral("9")));
+        QVERIFY(a->s->desbloquearRegistro(kClientes, u"9"_s));
 
         // A record of the table held elsewhere refuses the whole-table lock; a table whose
         // name only starts the same does not.
-        QVERIFY(b->s->bloquearRegistro(kClientes, QStringLiteral("3"), QStringLiteral("Juan"), 1));
+        QVERIFY(b->s->bloquearRegistro(kClientes, u"3"_s, u"Juan"_s, 1));
         b->d.limpiar();
         QVERIFY(!a->s->bloquearTabla(kClientes, 2));
         QCOMPARE(a->d.ultimoTexto(),
-                 QStringLiteral("No es posible dar de Alta el/la Cliente de Cliente: Todos") +
-                     kOtroPuestoCola);
-        const DescriptorTabla clientesBaja =
-            clase(QStringLiteral("ClientesBaja"), QStringLiteral("Cliente de baja"));
+                 u"No es posible dar de Alta el/la Cliente de Cliente: Todos"_s + kOtroPuestoCola);
+        const DescriptorTabla clientesBaja = clase(u"ClientesBaja"_s, u"Cliente de baja"_s);
         QVERIFY(a->s->bloquearTabla(clientesBaja, 1));
-        QVERIFY(b->s->desbloquearRegistro(kClientes, QStringLiteral("3")));
+        QVERIFY(b->s->desbloquearRegistro(kClientes, u"3"_s));
         QVERIFY(a->s->bloquearTabla(kClientes, 2));
     }
 
     void gestorEliminaDeCualquierSesion() {
         TestDb t;
-        auto a = puesto(t, QStringLiteral("CONSULTA1"), false);
-        auto b = puesto(t, QStringLiteral("CONSULTA2"), true);
-        QVERIFY(a->s->bloquearRegistro(kClientes, QStringLiteral("1"), QStringLiteral("Uno"), 1));
+        auto a = puesto(t, u"CONSULTA1"_s, false);
+        auto b = puesto(t, u"CONSULTA2"_s, true);
+        QVERIFY(a->s->bloquearRegistro(kClientes, u"1"_s, u"Uno"_s, 1));
         reloj_.avanzar(60);
-        QVERIFY(b->s->bloquearRegistro(kClientes, QStringLiteral("2"), QStringLiteral("Dos"), 1));
+        QVERIFY(b->s->bloquearRegistro(kClientes, u"2"_s, u"Dos"_s, 1));
         reloj_.avanzar(-60);
         const auto l = a->s->lista();
         QCOMPARE(l.size(), 2);
-        QCOMPARE(l.at(0).clave, QStringLiteral("Clientes 1"));
+        QCOMPARE(l.at(0).clave, u"Clientes 1"_s);
         QCOMPARE(l.at(1).hora, QTime(8, 8, 6));
-        QVERIFY(a->s->eliminar(QStringLiteral("Clientes 2")));
-        QVERIFY(!a->s->eliminar(QStringLiteral("Clientes 2")));
-        QVERIFY(b->s->bloquearRegistro(kClientes, QStringLiteral("3"), QStringLiteral("Tres"), 1));
+        QVERIFY(a->s->eliminar(u"Clientes 2"_s));
+        QVERIFY(!a->s->eliminar(u"Clientes 2"_s));
+        QVERIFY(b->s->bloquearRegistro(kClientes, u"3"_s, u"Tres"_s, 1));
         QCOMPARE(b->s->eliminarTodos(), 2);
         QCOMPARE(a->s->contar(), 0);
     }
@@ -348,17 +342,17 @@ private slots:
     // wait and is tried again; with one attempt the failure is reported, never swallowed.
     void ocupadoSeReintentaYSeInforma() {
         TestDb t;
-        auto a = puesto(t, QStringLiteral("CONSULTA1"), false);
+        auto a = puesto(t, u"CONSULTA1"_s, false);
         esperaCorta(t.db());
         a->s->setIntentos(1);
         {
             auto otra = t.otraConexion();
             Transaction tx = otra->transaccion();
             acapararBloqueos(*otra);
-            QVERIFY(!a->s->bloquearRegistro(kClientes, QStringLiteral("1"), QStringLiteral("Uno"), 1));
+            QVERIFY(!a->s->bloquearRegistro(kClientes, u"1"_s, u"Uno"_s, 1));
             QCOMPARE(a->d.mensajes().size(), 1);
-            QCOMPARE(a->d.ultimo().titulo, QStringLiteral("Bloqueo de Registro"));
-            QVERIFY(a->d.ultimoTexto().startsWith(QStringLiteral("Error en B.D.: ")));
+            QCOMPARE(a->d.ultimo().titulo, u"Bloqueo de Registro"_s);
+            QVERIFY(a->d.ultimoTexto().startsWith(u"Error en B.D.: "_s));
             QVERIFY(esErrorDeConcurrencia(ErrorBD(a->d.ultimoTexto())));
             tx.rollback();
         }
@@ -383,8 +377,7 @@ private slots:
             fin.release();
         });
         tomado.acquire();
-        const bool concedido =
-            a->s->bloquearRegistro(kClientes, QStringLiteral("1"), QStringLiteral("Uno"), 1);
+        const bool concedido = a->s->bloquearRegistro(kClientes, u"1"_s, u"Uno"_s, 1);
         fin.acquire();
         soltador.join();
         QVERIFY(concedido);

@@ -5,12 +5,13 @@
 #include "scripted_dialogs.h"
 #include "test_db.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
-const QString kSerieA = QStringLiteral("Facturas.A");
-const QString kAviso =
-    QStringLiteral("Todavía no se ha podido localizar el siguiente nº de Factura de la serie A. "
-                   "¿Desea seguir intentándolo? Si este aviso persiste contacte con un "
-                   "Administrador.");
+const QString kSerieA = u"Facturas.A"_s;
+const QString kAviso = u"Todavía no se ha podido localizar el siguiente nº de Factura de la serie A. "
+                       "¿Desea seguir intentándolo? Si este aviso persiste contacte con un "
+                       "Administrador."_s;
 
 // Another workstation in the middle of taking a number of the series: its transaction
 // holds the counter (on SQLite, the whole database) until it ends.
@@ -39,17 +40,17 @@ private slots:
     void seriesIndependientes() {
         TestDb t;
         ContadorStore c(t.db());
-        QCOMPARE(claveContador(QStringLiteral("Facturas"), QStringLiteral("A")), kSerieA);
+        QCOMPARE(claveContador(u"Facturas"_s, u"A"_s), kSerieA);
         QCOMPARE(c.ultimo(kSerieA), 0);
         for (qint64 esperado = 1; esperado <= 3; ++esperado)
             QCOMPARE(c.tomarSiguiente(kSerieA), esperado);
-        QCOMPARE(c.tomarSiguiente(QStringLiteral("Facturas.B")), 1);
-        QCOMPARE(c.tomarSiguiente(QStringLiteral("Abonos.A")), 1);
+        QCOMPARE(c.tomarSiguiente(u"Facturas.B"_s), 1);
+        QCOMPARE(c.tomarSiguiente(u"Abonos.A"_s), 1);
         QCOMPARE(c.ultimo(kSerieA), 3);
-        c.fijarUltimo(QStringLiteral("Facturas.B"), 999);
-        c.fijarUltimo(QStringLiteral("Facturas.C"), 2000);
-        QCOMPARE(c.tomarSiguiente(QStringLiteral("Facturas.B")), 1000);
-        QCOMPARE(c.tomarSiguiente(QStringLiteral("Facturas.C")), 2001);
+        c.fijarUltimo(u"Facturas.B"_s, 999);
+        c.fijarUltimo(u"Facturas.C"_s, 2000);
+        QCOMPARE(c.tomarSiguiente(u"Facturas.B"_s), 1000);
+        QCOMPARE(c.tomarSiguiente(u"Facturas.C"_s), 2001);
         QCOMPARE(c.tomarSiguiente(kSerieA), 4);
     }
 
@@ -68,23 +69,19 @@ private slots:
         {
             // A series first used inside a transaction that is undone leaves no row behind.
             Transaction tx = t.db().transaccion();
-            QCOMPARE(c.tomarSiguiente(QStringLiteral("Abonos.Z")), 1);
+            QCOMPARE(c.tomarSiguiente(u"Abonos.Z"_s), 1);
         }
-        QCOMPARE(t.db()
-                     .valor(QStringLiteral("SELECT COUNT(*) FROM Contadores WHERE Serie = ?"),
-                            {QStringLiteral("Abonos.Z")})
-                     .toInt(),
+        QCOMPARE(t.db().valor(u"SELECT COUNT(*) FROM Contadores WHERE Serie = ?"_s, {u"Abonos.Z"_s}).toInt(),
                  0);
         {
             Transaction tx = t.db().transaccion();
             ScriptedDialogs d;
-            QCOMPARE(c.siguiente(kSerieA, QStringLiteral("Factura"), d), 2);
-            t.db().ejecutarCambio(QStringLiteral("INSERT INTO Parametros (Clave, Valor) VALUES (?, ?)"),
-                                  {QStringLiteral("ULTIMA FACTURA"), QStringLiteral("A-2")});
+            QCOMPARE(c.siguiente(kSerieA, u"Factura"_s, d), 2);
+            t.db().ejecutarCambio(u"INSERT INTO Parametros (Clave, Valor) VALUES (?, ?)"_s,
+                                  {u"ULTIMA FACTURA"_s, u"A-2"_s});
             tx.commit();
-            QCOMPARE(d.progresos(),
-                     QStringList{QStringLiteral("Localizando el siguiente nº de Factura. Espere, por "
-                                                "favor...")});
+            QCOMPARE(d.progresos(), QStringList{u"Localizando el siguiente nº de Factura. Espere, por "
+                                                "favor..."_s});
             QVERIFY(d.mensajes().isEmpty());
         }
         QCOMPARE(c.ultimo(kSerieA), 2);
@@ -110,9 +107,10 @@ private slots:
 
     void avisoYRespuesta_data() {
         QTest::addColumn<QList<bool>>("respuestas");
-        QTest::newRow("No a la primera") << QList<bool>{false};
-        QTest::newRow("Sí y luego No") << QList<bool>{true, false};
-        QTest::newRow("Sí, Sí y No") << QList<bool>{true, true, false};
+        auto fila = [](const char* nombre, QList<bool> a0) { QTest::newRow(nombre) << a0; };
+        fila("No a la primera", QList<bool>{false});
+        fila("Sí y luego No", QList<bool>{true, false});
+        fila("Sí, Sí y No", QList<bool>{true, true, false});
     }
     void avisoYRespuesta() {
         QFETCH(QList<bool>, respuestas);
@@ -123,7 +121,7 @@ private slots:
         ScriptedDialogs d;
         for (bool r : respuestas)
             d.responder(r);
-        const QString que = QStringLiteral("Factura de la serie A");
+        const QString que = u"Factura de la serie A"_s;
         const auto n = c.siguiente(kSerieA, que, d, 2, 30);
         QVERIFY(!n.has_value());
         QCOMPARE(d.mensajes().size(), respuestas.size());
@@ -131,12 +129,12 @@ private slots:
         for (const auto& m : d.mensajes()) {
             QVERIFY(m.pregunta);
             QCOMPARE(m.icono, Icono::Exclamacion);
-            QCOMPARE(m.titulo, QStringLiteral("¡Atención!"));
+            QCOMPARE(m.titulo, u"¡Atención!"_s);
             QCOMPARE(m.texto, kAviso);
         }
-        QCOMPARE(d.progresos(),
-                 QStringList{QStringLiteral(
-                     "Localizando el siguiente nº de Factura de la serie A. Espere, por favor...")});
+        QCOMPARE(
+            d.progresos(),
+            QStringList{u"Localizando el siguiente nº de Factura de la serie A. Espere, por favor..."_s});
         // The failed attempts took nothing: once the other workstation ends, numbering goes on.
         otro.terminar(false);
         ScriptedDialogs d2;
@@ -155,20 +153,17 @@ private slots:
         OtroPuestoTomando otro(t, kSerieA);
         {
             Transaction tx = t.db().transaccion();
-            t.db().ejecutarCambio(QStringLiteral("INSERT INTO Parametros (Clave, Valor) VALUES (?, ?)"),
-                                  {QStringLiteral("PRUEBA"), QStringLiteral("sigue")});
+            t.db().ejecutarCambio(u"INSERT INTO Parametros (Clave, Valor) VALUES (?, ?)"_s,
+                                  {u"PRUEBA"_s, u"sigue"_s});
             ScriptedDialogs d;
             d.no();
-            QVERIFY(!c.siguiente(kSerieA, QStringLiteral("Factura"), d, 1, 30).has_value());
-            QCOMPARE(c.tomarSiguiente(QStringLiteral("Facturas.B")), 1);
+            QVERIFY(!c.siguiente(kSerieA, u"Factura"_s, d, 1, 30).has_value());
+            QCOMPARE(c.tomarSiguiente(u"Facturas.B"_s), 1);
             tx.commit();
         }
-        QCOMPARE(t.db()
-                     .valor(QStringLiteral("SELECT Valor FROM Parametros WHERE Clave = ?"),
-                            {QStringLiteral("PRUEBA")})
-                     .toString(),
-                 QStringLiteral("sigue"));
-        QCOMPARE(c.ultimo(QStringLiteral("Facturas.B")), 1);
+        QCOMPARE(t.db().valor(u"SELECT Valor FROM Parametros WHERE Clave = ?"_s, {u"PRUEBA"_s}).toString(),
+                 u"sigue"_s);
+        QCOMPARE(c.ultimo(u"Facturas.B"_s), 1);
         otro.terminar(true);
         QCOMPARE(c.tomarSiguiente(kSerieA), 3);
     }
@@ -176,16 +171,16 @@ private slots:
     // Failures other than "held elsewhere" are not retried nor asked about.
     void otrosErroresNoSeReintentan() {
         TestDb t;
-        t.db().ejecutarDirecto(QStringLiteral("DROP TABLE Contadores"));
+        t.db().ejecutarDirecto(u"DROP TABLE Contadores"_s);
         ContadorStore c(t.db());
         ScriptedDialogs d;
         d.si();
         try {
-            c.siguiente(kSerieA, QStringLiteral("Factura"), d, 1, 30);
+            c.siguiente(kSerieA, u"Factura"_s, d, 1, 30);
             QFAIL("se esperaba un error de la base de datos");
         } catch (const ErrorBD& e) {
             QVERIFY(!esErrorDeConcurrencia(e));
-            QVERIFY(e.texto().contains(QStringLiteral("contadores"), Qt::CaseInsensitive));
+            QVERIFY(e.texto().contains(u"contadores"_s, Qt::CaseInsensitive));
         }
         QVERIFY(d.mensajes().isEmpty());
         QCOMPARE(d.respuestasPendientes(), 1);

@@ -6,40 +6,42 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
+
 class TestCopiaAutomatica : public QObject {
     Q_OBJECT
 private slots:
     void copiaConsistenteDeUnaBaseEnUso() {
         QTemporaryDir dir;
-        const QString bd = dir.filePath(QStringLiteral("Pramelvix.mdb"));
+        const QString bd = dir.filePath(u"Pramelvix.mdb"_s);
         auto db = Database::abrirSQLite(bd, true);
         migrarEsquema(*db);
         Ajustes a(*db);
         for (int i = 0; i < 200; ++i)
-            a.escribir(QStringLiteral("CLAVE %1").arg(i), QString::number(i));
+            a.escribir(u"CLAVE %1"_s.arg(i), QString::number(i));
         // A write transaction of another workstation is open while the copy runs: the copy
         // holds what was committed, not the pending change.
         auto otra = Database::abrirSQLite(bd);
-        const QString copia = dir.filePath(QStringLiteral("CopiaAutomBD.MDB"));
+        const QString copia = dir.filePath(u"CopiaAutomBD.MDB"_s);
         QVERIFY(copiarBaseDatos(*db, copia).isEmpty());
         {
             Transaction tx = otra->transaccion();
-            Ajustes(*otra).escribir(QStringLiteral("PENDIENTE"), QStringLiteral("x"));
+            Ajustes(*otra).escribir(u"PENDIENTE"_s, u"x"_s);
             QVERIFY(copiarBaseDatos(*db, copia).isEmpty());
             tx.rollback();
         }
         auto leida = Database::abrirSQLite(copia);
-        QCOMPARE(leida->valor(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
-        QCOMPARE(Ajustes(*leida).leer(QStringLiteral("CLAVE 199")), QStringLiteral("199"));
-        QCOMPARE(Ajustes(*leida).existe(QStringLiteral("PENDIENTE")), false);
-        QVERIFY(!QFile::exists(copia + QStringLiteral(".tmp")));
+        QCOMPARE(leida->valor(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
+        QCOMPARE(Ajustes(*leida).leer(u"CLAVE 199"_s), u"199"_s);
+        QCOMPARE(Ajustes(*leida).existe(u"PENDIENTE"_s), false);
+        QVERIFY(!QFile::exists(copia + u".tmp"_s));
     }
 
     void destinoImposibleNoDejaRastro() {
         QTemporaryDir dir;
-        auto db = Database::abrirSQLite(dir.filePath(QStringLiteral("Pramelvix.mdb")), true);
+        auto db = Database::abrirSQLite(dir.filePath(u"Pramelvix.mdb"_s), true);
         migrarEsquema(*db);
-        const QString destino = dir.filePath(QStringLiteral("no/existe/CopiaAutomBD.MDB"));
+        const QString destino = dir.filePath(u"no/existe/CopiaAutomBD.MDB"_s);
         QVERIFY(!copiarBaseDatos(*db, destino).isEmpty());
         QVERIFY(!QFile::exists(destino));
     }

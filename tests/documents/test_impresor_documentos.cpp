@@ -10,8 +10,7 @@
 #include "documents/impresor_documentos.h"
 #include "documents/plantillas_defecto.h"
 #include "documents/ticket.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "sesion.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -24,16 +23,16 @@
 #include <unistd.h>
 
 namespace {
-const QString kAtencion = QStringLiteral("¡Atención!");
+const QString kAtencion = u"¡Atención!"_s;
 
 // The preview and printer of a workstation with a display, as far as the printing needs them.
 class SalidaGrabada final : public SalidaDocumentos {
 public:
     bool vistaPrevia(const QTextDocument& d, const QString& titulo) override {
-        return grabar(QStringLiteral("vista previa"), d, titulo);
+        return grabar(u"vista previa"_s, d, titulo);
     }
     bool imprimir(const QTextDocument& d, const QString& titulo) override {
-        return grabar(QStringLiteral("impresora"), d, titulo);
+        return grabar(u"impresora"_s, d, titulo);
     }
     QString destino, titulo, texto;
     bool respuesta = true;
@@ -82,7 +81,7 @@ private:
 
 QString textoPdf(const QString& fichero) {
     QProcess p;
-    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), fichero, QStringLiteral("-")});
+    p.start(u"pdftotext"_s, {u"-layout"_s, fichero, u"-"_s});
     if (!p.waitForFinished(30000) || p.exitCode() != 0) return {};
     return QString::fromUtf8(p.readAllStandardOutput());
 }
@@ -96,28 +95,24 @@ bool escribir(const QString& ruta, const QByteArray& bytes) {
 
 class TestImpresorDocumentos : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(10, 15))};
 
-    struct Caso {
-        TestDb t;
-        ScriptedDialogs d;
+    struct Caso : Sesion {
+        Caso() : Sesion(QDateTime(QDate(2026, 11, 23), QTime(10, 15))) {}
         QTemporaryDir datos;
-        std::unique_ptr<Entorno> e;
         SalidaGrabada salida;
 
         QString plantilla(const QString& grupo, const QString& fichero) const {
-            return datos.filePath(QStringLiteral("Plantillas/") + grupo + QLatin1Char('/') + fichero);
+            return datos.filePath(u"Plantillas/"_s + grupo + QLatin1Char('/') + fichero);
         }
     };
 
     std::unique_ptr<Caso> caso(bool conClinica = true) {
         auto c = std::make_unique<Caso>();
-        c->e = std::make_unique<Entorno>(c->t.db(), c->d, reloj_);
-        c->e->configuracionBD.servidor = c->datos.path();
+        c->e.configuracionBD.servidor = c->datos.path();
         if (conClinica) {
-            Ajustes a(c->t.db());
-            a.escribir(claves::NOMBRE_CLINICA, QStringLiteral("Clínica Veterinaria Los Álamos"));
-            a.escribir(claves::TELEFONO_CLINICA, QStringLiteral("910 123 456"));
+            Ajustes a(c->db());
+            a.escribir(claves::NOMBRE_CLINICA, u"Clínica Veterinaria Los Álamos"_s);
+            a.escribir(claves::TELEFONO_CLINICA, u"910 123 456"_s);
         }
         return c;
     }
@@ -125,50 +120,44 @@ class TestImpresorDocumentos : public QObject {
 private slots:
     void elegirFormato() {
         auto c = caso();
-        ImpresorDocumentos imp(*c->e);
-        const QString carpeta =
-            QDir::toNativeSeparators(c->datos.filePath(QStringLiteral("Plantillas/DocAlbaranes")));
-        QCOMPARE(imp.carpetaGrupo(grupos::ALBARANES),
-                 c->datos.filePath(QStringLiteral("Plantillas/DocAlbaranes")));
+        ImpresorDocumentos imp(c->e);
+        const QString carpeta = QDir::toNativeSeparators(c->datos.filePath(u"Plantillas/DocAlbaranes"_s));
+        QCOMPARE(imp.carpetaGrupo(grupos::ALBARANES), c->datos.filePath(u"Plantillas/DocAlbaranes"_s));
 
         // No folder yet: the user is told where the formats go.
         QCOMPARE(imp.elegirFormato(grupos::ALBARANES, grupos::PROMPT_ALBARAN), std::nullopt);
         QCOMPARE(c->d.mensajes().size(), 1);
         QCOMPARE(c->d.ultimo().titulo, kAtencion);
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("No hay ningún formato para este documento. Guarde las plantillas "
-                                "(ficheros .html) en la carpeta '") +
-                     carpeta + QStringLiteral("'."));
+        QCOMPARE(c->d.ultimoTexto(), u"No hay ningún formato para este documento. Guarde las plantillas "
+                                     "(ficheros .html) en la carpeta '"_s +
+                                         carpeta + u"'."_s);
 
         // One format (other files and folders do not count): taken without asking.
-        QVERIFY(
-            escribir(c->plantilla(grupos::ALBARANES, QStringLiteral("Albarán.html")), "<p>{{total}}</p>"));
-        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, QStringLiteral("léame.txt")), "notas"));
-        QVERIFY(QDir().mkpath(c->plantilla(grupos::ALBARANES, QStringLiteral("antiguos.html"))));
+        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, u"Albarán.html"_s), "<p>{{total}}</p>"));
+        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, u"léame.txt"_s), "notas"));
+        QVERIFY(QDir().mkpath(c->plantilla(grupos::ALBARANES, u"antiguos.html"_s)));
         c->d.limpiar();
-        QCOMPARE(imp.elegirFormato(grupos::ALBARANES, grupos::PROMPT_ALBARAN), QStringLiteral("Albarán"));
+        QCOMPARE(imp.elegirFormato(grupos::ALBARANES, grupos::PROMPT_ALBARAN), u"Albarán"_s);
         QVERIFY(c->d.mensajes().isEmpty());
 
         // Several: the user picks from the sorted list.
-        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, QStringLiteral("sin precios.html")), "<p></p>"));
-        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, QStringLiteral("A5 apaisado.HTML")), "<p></p>"));
+        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, u"sin precios.html"_s), "<p></p>"));
+        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, u"A5 apaisado.HTML"_s), "<p></p>"));
         QCOMPARE(imp.formatos(grupos::ALBARANES),
-                 (QStringList{QStringLiteral("A5 apaisado"), QStringLiteral("Albarán"),
-                              QStringLiteral("sin precios")}));
+                 (QStringList{u"A5 apaisado"_s, u"Albarán"_s, u"sin precios"_s}));
         c->d.opcion(2).opcion(-1);
-        QCOMPARE(imp.elegirFormato(grupos::ALBARANES, grupos::PROMPT_ALBARAN), QStringLiteral("sin precios"));
+        QCOMPARE(imp.elegirFormato(grupos::ALBARANES, grupos::PROMPT_ALBARAN), u"sin precios"_s);
         QCOMPARE(c->d.ultimo().titulo, kTituloFormato);
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral(" Seleccione un Formato de Albarán"));
+        QCOMPARE(c->d.ultimoTexto(), u" Seleccione un Formato de Albarán"_s);
         QCOMPARE(c->d.ultimo().opciones, imp.formatos(grupos::ALBARANES));
         // Cancelled, and not answered at all: nothing is printed.
         QCOMPARE(imp.elegirFormato(grupos::ALBARANES, grupos::PROMPT_ALBARAN), std::nullopt);
         QCOMPARE(imp.elegirFormato(grupos::FACTURAS, grupos::PROMPT_FACTURA), std::nullopt);
         QCOMPARE(c->d.sinRespuesta(), 0);
-        QVERIFY(escribir(c->plantilla(grupos::FACTURAS, QStringLiteral("Factura.html")), "<p></p>"));
-        QVERIFY(
-            escribir(c->plantilla(grupos::FACTURAS, QStringLiteral("Factura simplificada.html")), "<p></p>"));
+        QVERIFY(escribir(c->plantilla(grupos::FACTURAS, u"Factura.html"_s), "<p></p>"));
+        QVERIFY(escribir(c->plantilla(grupos::FACTURAS, u"Factura simplificada.html"_s), "<p></p>"));
         QCOMPARE(imp.elegirFormato(grupos::FACTURAS, grupos::PROMPT_FACTURA), std::nullopt);
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral(" Seleccione un Formato de Factura"));
+        QCOMPARE(c->d.ultimoTexto(), u" Seleccione un Formato de Factura"_s);
         QCOMPARE(c->d.sinRespuesta(), 1);
     }
 
@@ -177,61 +166,60 @@ private slots:
     void pdfDelAlbaran() {
         auto c = caso();
         QCOMPARE(instalarPlantillasPorDefecto(c->datos.path()), QString());
-        ImpresorDocumentos imp(*c->e);
-        const QString fichero = c->datos.filePath(QStringLiteral("albaran.pdf"));
+        ImpresorDocumentos imp(c->e);
+        const QString fichero = c->datos.filePath(u"albaran.pdf"_s);
         QVERIFY(imp.imprimir(grupos::ALBARANES, grupos::PROMPT_ALBARAN, albaranEjemplo(),
                              DestinoDocumento::PDF, fichero));
         QVERIFY2(c->d.mensajes().isEmpty(), qPrintable(c->d.textos().join(QLatin1Char('\n'))));
-        QCOMPARE(imp.ultimoTitulo(), QStringLiteral("Albarán A/125"));
+        QCOMPARE(imp.ultimoTitulo(), u"Albarán A/125"_s);
         QFile f(fichero);
         QVERIFY(f.open(QIODevice::ReadOnly));
         QVERIFY(f.read(5) == "%PDF-");
-        if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty())
+        if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty())
             QSKIP("pdftotext (poppler-utils) no está instalado");
         const QString texto = textoPdf(fichero);
-        QVERIFY2(texto.contains(QStringLiteral("Ana Belén Núñez Castaño")), qPrintable(texto));
-        QVERIFY(texto.contains(QStringLiteral("Pipeta antiparasitaria perro 10-20 kg")));
-        QVERIFY(texto.contains(QStringLiteral("Clínica Veterinaria Los Álamos")));
-        QVERIFY(texto.contains(QStringLiteral("Tel.: 910 123 456")));
-        QVERIFY(texto.contains(QStringLiteral("153,20 €")));
+        QVERIFY2(texto.contains(u"Ana Belén Núñez Castaño"_s), qPrintable(texto));
+        QVERIFY(texto.contains(u"Pipeta antiparasitaria perro 10-20 kg"_s));
+        QVERIFY(texto.contains(u"Clínica Veterinaria Los Álamos"_s));
+        QVERIFY(texto.contains(u"Tel.: 910 123 456"_s));
+        QVERIFY(texto.contains(u"153,20 €"_s));
         // No withholding, no exemption: neither line is printed; one page, so no page numbers.
-        QVERIFY(!texto.contains(QStringLiteral("Retención")));
-        QVERIFY(!texto.contains(QStringLiteral("Exento")));
-        QVERIFY(!texto.contains(QStringLiteral("Página")));
+        QVERIFY(!texto.contains(u"Retención"_s));
+        QVERIFY(!texto.contains(u"Exento"_s));
+        QVERIFY(!texto.contains(u"Página"_s));
 
         // A withholding and an exemption appear when the note has them.
         DatosDocumento d = albaranEjemplo();
-        d.campos.prepend({QStringLiteral("retencion"), QStringLiteral("-19,30")});
-        d.campos.prepend({QStringLiteral("PorcentajeRetencion"), QStringLiteral("15,00")});
-        d.campos.prepend({QStringLiteral("Exento"), QStringLiteral("Exento de I.V.A.")});
+        d.campos.prepend({u"retencion"_s, u"-19,30"_s});
+        d.campos.prepend({u"PorcentajeRetencion"_s, u"15,00"_s});
+        d.campos.prepend({u"Exento"_s, u"Exento de I.V.A."_s});
         QVERIFY(imp.imprimir(grupos::ALBARANES, grupos::PROMPT_ALBARAN, d, DestinoDocumento::PDF, fichero));
         const QString otro = textoPdf(fichero);
-        QVERIFY2(otro.contains(QRegularExpression(QStringLiteral("Retención \\(15,00 %\\) +-19,30"))),
-                 qPrintable(otro));
-        QVERIFY(otro.contains(QStringLiteral("Exento de I.V.A.")));
+        QVERIFY2(otro.contains(QRegularExpression(u"Retención \\(15,00 %\\) +-19,30"_s)), qPrintable(otro));
+        QVERIFY(otro.contains(u"Exento de I.V.A."_s));
     }
 
     // A long document gets its page numbers; the user picks the PDF file (".pdf" is added).
     void pdfElegidoYPaginado() {
         auto c = caso(false);
         QVERIFY(
-            escribir(c->plantilla(grupos::NOTA_VENTA, QStringLiteral("Larga.html")),
+            escribir(c->plantilla(grupos::NOTA_VENTA, u"Larga.html"_s),
                      "<h1>{{NombreCliente}}</h1><table>{{#Lineas}}<tr><td>{{concepto}}</td></tr>{{/Lineas}}"
                      "</table>"));
         DatosDocumento d = albaranEjemplo();
-        QList<CamposDocumento>& lineas = d.filas[QStringLiteral("Lineas")];
+        QList<CamposDocumento>& lineas = d.filas[u"Lineas"_s];
         for (int i = 0; i < 200; ++i)
             lineas.append(lineas.first());
-        ImpresorDocumentos imp(*c->e);
-        const QString elegido = c->datos.filePath(QStringLiteral("Documentos/nota"));
+        ImpresorDocumentos imp(c->e);
+        const QString elegido = c->datos.filePath(u"Documentos/nota"_s);
         QVERIFY(QDir().mkpath(QFileInfo(elegido).path()));
         c->d.fichero(elegido);
         QVERIFY(imp.imprimir(grupos::NOTA_VENTA, QString(), d, DestinoDocumento::PDF));
         QCOMPARE(c->d.mensajes().size(), 1);
-        QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Guardar el documento en PDF"));
-        const QString texto = textoPdf(elegido + QStringLiteral(".pdf"));
-        QVERIFY(texto.contains(QStringLiteral("Página 1 de ")));
-        QVERIFY(texto.contains(QStringLiteral("Ana Belén Núñez Castaño")));
+        QCOMPARE(c->d.ultimo().titulo, u"Guardar el documento en PDF"_s);
+        const QString texto = textoPdf(elegido + u".pdf"_s);
+        QVERIFY(texto.contains(u"Página 1 de "_s));
+        QVERIFY(texto.contains(u"Ana Belén Núñez Castaño"_s));
         // The picker cancelled: nothing saved, nothing said.
         c->d.limpiar();
         QVERIFY(!imp.imprimir(grupos::NOTA_VENTA, QString(), d, DestinoDocumento::PDF));
@@ -241,51 +229,48 @@ private slots:
     void plantillaInservible_data() {
         QTest::addColumn<QByteArray>("contenido");
         QTest::addColumn<QString>("mensaje");
-        QTest::newRow("dañada")
-            << QByteArray("<table>{{#Lineas}}<tr><td>{{concepto}}</td></tr></table>")
-            << "está dañada: falta «{{/Lineas}}» para cerrar el bloque «{{#Lineas}}». Corríjala "
-               "o elija otro formato.";
-        QTest::newRow("vacía") << QByteArray(" \n") << "está vacía.";
+        auto fila = [](const char* nombre, QByteArray a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
+        fila("dañada", QByteArray("<table>{{#Lineas}}<tr><td>{{concepto}}</td></tr></table>"),
+             "está dañada: falta «{{/Lineas}}» para cerrar el bloque «{{#Lineas}}». Corríjala "
+             "o elija otro formato.");
+        fila("vacía", QByteArray(" \n"), "está vacía.");
     }
     void plantillaInservible() {
         QFETCH(QByteArray, contenido);
         QFETCH(QString, mensaje);
         auto c = caso();
-        const QString ruta = c->plantilla(grupos::ALBARANES, QStringLiteral("Albarán.html"));
+        const QString ruta = c->plantilla(grupos::ALBARANES, u"Albarán.html"_s);
         QVERIFY(escribir(ruta, contenido));
-        const QString pdf = c->datos.filePath(QStringLiteral("x.pdf"));
-        ImpresorDocumentos imp(*c->e);
+        const QString pdf = c->datos.filePath(u"x.pdf"_s);
+        ImpresorDocumentos imp(c->e);
         QVERIFY(!imp.imprimir(grupos::ALBARANES, grupos::PROMPT_ALBARAN, albaranEjemplo(),
                               DestinoDocumento::PDF, pdf));
         QCOMPARE(c->d.mensajes().size(), 1);
         QCOMPARE(c->d.ultimo().titulo, kAtencion);
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("La plantilla '") + QDir::toNativeSeparators(ruta) +
-                                         QStringLiteral("' ") + mensaje);
+        QCOMPARE(c->d.ultimoTexto(),
+                 u"La plantilla '"_s + QDir::toNativeSeparators(ruta) + u"' "_s + mensaje);
         QVERIFY(!QFileInfo::exists(pdf));
     }
 
     // A template saved by an old editor in Windows-1252 still prints its accents.
     void plantillaEnWindows1252() {
         auto c = caso();
-        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, QStringLiteral("Viejo.html")),
+        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, u"Viejo.html"_s),
                          "<p>N\xBA {{numAlbaran}} \x80 \xE1</p>"));
-        ImpresorDocumentos imp(*c->e);
-        QCOMPARE(imp.leerPlantilla(grupos::ALBARANES, QStringLiteral("Viejo")),
-                 QStringLiteral("<p>Nº {{numAlbaran}} € á</p>"));
+        ImpresorDocumentos imp(c->e);
+        QCOMPARE(imp.leerPlantilla(grupos::ALBARANES, u"Viejo"_s), u"<p>Nº {{numAlbaran}} € á</p>"_s);
     }
 
     void pdfQueNoSePuedeEscribir() {
         auto c = caso();
-        QVERIFY(
-            escribir(c->plantilla(grupos::ALBARANES, QStringLiteral("Albarán.html")), "<p>{{total}}</p>"));
-        const QString fichero = c->datos.filePath(QStringLiteral("no existe/albaran.pdf"));
-        ImpresorDocumentos imp(*c->e);
+        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, u"Albarán.html"_s), "<p>{{total}}</p>"));
+        const QString fichero = c->datos.filePath(u"no existe/albaran.pdf"_s);
+        ImpresorDocumentos imp(c->e);
         QVERIFY(!imp.imprimir(grupos::ALBARANES, grupos::PROMPT_ALBARAN, albaranEjemplo(),
                               DestinoDocumento::PDF, fichero));
         QCOMPARE(c->d.mensajes().size(), 1);
-        QVERIFY2(c->d.ultimoTexto().startsWith(
-                     QStringLiteral("No se ha podido guardar el documento en el fichero '") +
-                     QDir::toNativeSeparators(fichero) + QStringLiteral("'.\n")),
+        QVERIFY2(c->d.ultimoTexto().startsWith(u"No se ha podido guardar el documento en el fichero '"_s +
+                                               QDir::toNativeSeparators(fichero) + u"'.\n"_s),
                  qPrintable(c->d.ultimoTexto()));
         QVERIFY(!QFileInfo::exists(fichero));
     }
@@ -294,89 +279,84 @@ private slots:
     // is asked; with one, the composed document goes there with its title.
     void vistaPreviaEImpresora() {
         auto c = caso();
-        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, QStringLiteral("Albarán.html")),
+        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, u"Albarán.html"_s),
                          "<p>{{NombreClinica}}: {{NombreCliente}}</p>"));
-        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, QStringLiteral("Otro.html")), "<p></p>"));
-        ImpresorDocumentos imp(*c->e);
+        QVERIFY(escribir(c->plantilla(grupos::ALBARANES, u"Otro.html"_s), "<p></p>"));
+        ImpresorDocumentos imp(c->e);
         QVERIFY(!imp.imprimir(grupos::ALBARANES, grupos::PROMPT_ALBARAN, albaranEjemplo(),
                               DestinoDocumento::VistaPrevia));
         QVERIFY(!imp.imprimir(grupos::ALBARANES, grupos::PROMPT_ALBARAN, albaranEjemplo(),
                               DestinoDocumento::Impresora));
         QCOMPARE(c->d.textos(),
-                 (QStringList{
-                     QStringLiteral("No se puede mostrar la vista previa en este puesto porque Pramelvix se "
-                                    "está ejecutando sin pantalla. Guarde el documento en PDF."),
-                     QStringLiteral("No se puede imprimir en este puesto porque Pramelvix se está ejecutando "
-                                    "sin pantalla. Guarde el documento en PDF.")}));
+                 (QStringList{u"No se puede mostrar la vista previa en este puesto porque Pramelvix se "
+                              "está ejecutando sin pantalla. Guarde el documento en PDF."_s,
+                              u"No se puede imprimir en este puesto porque Pramelvix se está ejecutando "
+                              "sin pantalla. Guarde el documento en PDF."_s}));
         QCOMPARE(c->d.ultimo().titulo, kAtencion);
 
-        c->e->salidaDocumentos = &c->salida;
+        c->e.salidaDocumentos = &c->salida;
         c->d.limpiar();
         c->d.opcion(0).opcion(0);
         QVERIFY(imp.imprimir(grupos::ALBARANES, grupos::PROMPT_ALBARAN, albaranEjemplo(),
                              DestinoDocumento::VistaPrevia));
-        QCOMPARE(c->salida.destino, QStringLiteral("vista previa"));
-        QCOMPARE(c->salida.titulo, QStringLiteral("Albarán A/125"));
-        QCOMPARE(c->salida.texto, QStringLiteral("Clínica Veterinaria Los Álamos: Ana Belén Núñez Castaño"));
+        QCOMPARE(c->salida.destino, u"vista previa"_s);
+        QCOMPARE(c->salida.titulo, u"Albarán A/125"_s);
+        QCOMPARE(c->salida.texto, u"Clínica Veterinaria Los Álamos: Ana Belén Núñez Castaño"_s);
         c->salida.respuesta = false; // the user closes the printer dialog
         QVERIFY(!imp.imprimir(grupos::ALBARANES, grupos::PROMPT_ALBARAN, albaranEjemplo(),
                               DestinoDocumento::Impresora));
-        QCOMPARE(c->salida.destino, QStringLiteral("impresora"));
+        QCOMPARE(c->salida.destino, u"impresora"_s);
         QCOMPARE(c->d.sinRespuesta(), 0);
     }
 
     void datosDeLaClinica() {
         auto c = caso();
-        Ajustes a(c->t.db());
-        a.escribir(claves::EMAIL_CLINICA, QStringLiteral(" info@vetlosalamos.es "));
-        QCOMPARE(camposClinica(a),
-                 (CamposDocumento{
-                     {QStringLiteral("NombreClinica"), QStringLiteral("Clínica Veterinaria Los Álamos")},
-                     {QStringLiteral("NIFClinica"), QString()},
-                     {QStringLiteral("DireccionClinica"), QString()},
-                     {QStringLiteral("PoblacionClinica"), QString()},
-                     {QStringLiteral("TelefonoClinica"), QStringLiteral("910 123 456")},
-                     {QStringLiteral("EMailClinica"), QStringLiteral("info@vetlosalamos.es")}}));
+        Ajustes a(c->db());
+        a.escribir(claves::EMAIL_CLINICA, u" info@vetlosalamos.es "_s);
+        QCOMPARE(camposClinica(a), (CamposDocumento{{u"NombreClinica"_s, u"Clínica Veterinaria Los Álamos"_s},
+                                                    {u"NIFClinica"_s, QString()},
+                                                    {u"DireccionClinica"_s, QString()},
+                                                    {u"PoblacionClinica"_s, QString()},
+                                                    {u"TelefonoClinica"_s, u"910 123 456"_s},
+                                                    {u"EMailClinica"_s, u"info@vetlosalamos.es"_s}}));
         // What the document gives itself is kept.
         DatosDocumento d;
-        d.campos = {{QStringLiteral("NombreClinica"), QStringLiteral("Sucursal Centro")}};
+        d.campos = {{u"NombreClinica"_s, u"Sucursal Centro"_s}};
         anyadirDatosClinica(a, d);
-        QCOMPARE(d.valor(QStringLiteral("NombreClinica")), QStringLiteral("Sucursal Centro"));
-        QCOMPARE(d.valor(QStringLiteral("TelefonoClinica")), QStringLiteral("910 123 456"));
+        QCOMPARE(d.valor(u"NombreClinica"_s), u"Sucursal Centro"_s);
+        QCOMPARE(d.valor(u"TelefonoClinica"_s), u"910 123 456"_s);
         QCOMPARE(d.campos.size(), 6);
     }
 
     void ticketSinImpresora_data() {
         QTest::addColumn<QString>("tipo");
-        QTest::newRow("sin impresora") << ConfPuestoForm::kSinImpresora;
-        QTest::newRow("sin configurar") << QString();
-        QTest::newRow("tipo desconocido") << QStringLiteral("7");
+        auto fila = [](const char* nombre, QString a0) { QTest::newRow(nombre) << a0; };
+        fila("sin impresora", ConfPuestoForm::kSinImpresora);
+        fila("sin configurar", QString());
+        fila("tipo desconocido", u"7"_s);
     }
     void ticketSinImpresora() {
         QFETCH(QString, tipo);
         auto c = caso();
-        c->e->impresoraTickets.TIPO = tipo;
-        QVERIFY(!imprimirTicket(*c->e, albaranEjemplo()));
+        c->e.impresoraTickets.TIPO = tipo;
+        QVERIFY(!imprimirTicket(c->e, albaranEjemplo()));
         QCOMPARE(c->d.mensajes().size(), 1);
         QCOMPARE(c->d.ultimo().titulo, kAtencion);
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("No hay ninguna impresora de tickets configurada en este puesto. "
-                                "Configúrela en los 'Datos de la configuración del puesto'."));
+        QCOMPARE(c->d.ultimoTexto(), u"No hay ninguna impresora de tickets configurada en este puesto. "
+                                     "Configúrela en los 'Datos de la configuración del puesto'."_s);
     }
 
     void ticketImpresoraDelSistema() {
         auto c = caso();
-        c->e->impresoraTickets.TIPO = ConfPuestoForm::kImpresoraSistema;
-        QVERIFY(!imprimirTicket(*c->e, albaranEjemplo()));
+        c->e.impresoraTickets.TIPO = ConfPuestoForm::kImpresoraSistema;
+        QVERIFY(!imprimirTicket(c->e, albaranEjemplo()));
+        QCOMPARE(c->d.ultimoTexto(), u"No se ha elegido la impresora de tickets de este puesto. Elíjala "
+                                     "en los 'Datos de la configuración del puesto'."_s);
+        c->e.impresoraTickets.IMPRESORA = u"Ticketera que no existe"_s;
+        QVERIFY(!imprimirTicket(c->e, albaranEjemplo()));
         QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("No se ha elegido la impresora de tickets de este puesto. Elíjala "
-                                "en los 'Datos de la configuración del puesto'."));
-        c->e->impresoraTickets.IMPRESORA = QStringLiteral("Ticketera que no existe");
-        QVERIFY(!imprimirTicket(*c->e, albaranEjemplo()));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral(
-                     "No se encuentra la impresora de tickets 'Ticketera que no existe' en este equipo. "
-                     "Revise los 'Datos de la configuración del puesto'."));
+                 u"No se encuentra la impresora de tickets 'Ticketera que no existe' en este equipo. "
+                 "Revise los 'Datos de la configuración del puesto'."_s);
         QCOMPARE(c->d.mensajes().size(), 2);
     }
 
@@ -386,14 +366,14 @@ private slots:
         auto c = caso();
         Pseudoterminal pty;
         QVERIFY(!pty.ruta().isEmpty());
-        ImpresoraTickets& t = c->e->impresoraTickets;
+        ImpresoraTickets& t = c->e.impresoraTickets;
         t = ConfPuestoForm::impresoraPorDefecto();
         t.TIPO = ConfPuestoForm::kImpresoraSerie;
         t.PUERTO = pty.ruta();
-        t.VELOCIDAD = QStringLiteral("19200");
-        t.NUMPASADAS = QStringLiteral("2");
-        t.CORTEPAPEL = QStringLiteral("SI");
-        QVERIFY2(imprimirTicket(*c->e, albaranEjemplo()), qPrintable(c->d.textos().join(QLatin1Char('\n'))));
+        t.VELOCIDAD = u"19200"_s;
+        t.NUMPASADAS = u"2"_s;
+        t.CORTEPAPEL = u"SI"_s;
+        QVERIFY2(imprimirTicket(c->e, albaranEjemplo()), qPrintable(c->d.textos().join(QLatin1Char('\n'))));
         QVERIFY(c->d.mensajes().isEmpty());
         const QByteArray recibido = pty.leer();
         QVERIFY(recibido.startsWith(QByteArray("\x1B\x40\x1B\x74\x13", 5)));
@@ -406,9 +386,9 @@ private slots:
         QCOMPARE(recibido.count("Albar\xA0n A/125\n"), 2);
 
         // Without cutting, one copy.
-        t.CORTEPAPEL = QStringLiteral("NO");
-        t.NUMPASADAS = QStringLiteral("1");
-        QVERIFY(imprimirTicket(*c->e, albaranEjemplo()));
+        t.CORTEPAPEL = u"NO"_s;
+        t.NUMPASADAS = u"1"_s;
+        QVERIFY(imprimirTicket(c->e, albaranEjemplo()));
         const QByteArray otro = pty.leer();
         QCOMPARE(otro.count(QByteArray("\x1D\x56")), 0);
         QCOMPARE(otro.count("Albar\xA0n A/125\n"), 1);
@@ -417,39 +397,35 @@ private slots:
     void ticketPuertoSerieErroneo() {
         auto c = caso();
         Pseudoterminal pty;
-        ImpresoraTickets& t = c->e->impresoraTickets;
+        ImpresoraTickets& t = c->e.impresoraTickets;
         t = ConfPuestoForm::impresoraPorDefecto();
         t.TIPO = ConfPuestoForm::kImpresoraSerie;
 
-        t.PUERTO = QStringLiteral("/dev/ttyNoExiste");
-        QVERIFY(!imprimirTicket(*c->e, albaranEjemplo()));
-        QVERIFY2(c->d.ultimoTexto().startsWith(
-                     QStringLiteral("No se ha podido abrir el puerto '/dev/ttyNoExiste' de la "
-                                    "impresora de tickets.\n")),
+        t.PUERTO = u"/dev/ttyNoExiste"_s;
+        QVERIFY(!imprimirTicket(c->e, albaranEjemplo()));
+        QVERIFY2(c->d.ultimoTexto().startsWith(u"No se ha podido abrir el puerto '/dev/ttyNoExiste' de la "
+                                               "impresora de tickets.\n"_s),
                  qPrintable(c->d.ultimoTexto()));
-        t.PUERTO = QStringLiteral("COM99");
-        QVERIFY(!imprimirTicket(*c->e, albaranEjemplo()));
-        QVERIFY(c->d.ultimoTexto().startsWith(QStringLiteral(
-            "No se ha podido abrir el puerto 'COM99 (/dev/ttyS98)' de la impresora de tickets.\n")));
-        t.PUERTO = QStringLiteral("LPT1");
-        QVERIFY(!imprimirTicket(*c->e, albaranEjemplo()));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("El puerto 'LPT1' de la impresora de tickets no es válido. Revise "
-                                "los 'Datos de la configuración del puesto'."));
+        t.PUERTO = u"COM99"_s;
+        QVERIFY(!imprimirTicket(c->e, albaranEjemplo()));
+        QVERIFY(c->d.ultimoTexto().startsWith(
+            u"No se ha podido abrir el puerto 'COM99 (/dev/ttyS98)' de la impresora de tickets.\n"_s));
+        t.PUERTO = u"LPT1"_s;
+        QVERIFY(!imprimirTicket(c->e, albaranEjemplo()));
+        QCOMPARE(c->d.ultimoTexto(), u"El puerto 'LPT1' de la impresora de tickets no es válido. Revise "
+                                     "los 'Datos de la configuración del puesto'."_s);
         t.PUERTO = pty.ruta();
-        t.BITSDATOS = QStringLiteral("4");
-        QVERIFY(!imprimirTicket(*c->e, albaranEjemplo()));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("El puerto '") + pty.ruta() +
-                     QStringLiteral("' de la impresora de tickets no admite 4 bits de datos. "
-                                    "Revise los 'Datos de la configuración del puesto'."));
-        t.BITSDATOS = QStringLiteral("8");
-        t.PARIDAD = QStringLiteral("RARA");
-        QVERIFY(!imprimirTicket(*c->e, albaranEjemplo()));
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("El puerto '") + pty.ruta() +
-                     QStringLiteral("' de la impresora de tickets no admite la paridad 'RARA'. "
-                                    "Revise los 'Datos de la configuración del puesto'."));
+        t.BITSDATOS = u"4"_s;
+        QVERIFY(!imprimirTicket(c->e, albaranEjemplo()));
+        QCOMPARE(c->d.ultimoTexto(), u"El puerto '"_s + pty.ruta() +
+                                         u"' de la impresora de tickets no admite 4 bits de datos. "
+                                         "Revise los 'Datos de la configuración del puesto'."_s);
+        t.BITSDATOS = u"8"_s;
+        t.PARIDAD = u"RARA"_s;
+        QVERIFY(!imprimirTicket(c->e, albaranEjemplo()));
+        QCOMPARE(c->d.ultimoTexto(), u"El puerto '"_s + pty.ruta() +
+                                         u"' de la impresora de tickets no admite la paridad 'RARA'. "
+                                         "Revise los 'Datos de la configuración del puesto'."_s);
         QCOMPARE(c->d.mensajes().size(), 5);
         QVERIFY(pty.leer().isEmpty());
     }
@@ -459,26 +435,25 @@ private slots:
         const QString carpeta = qEnvironmentVariable("PRAMELVIX_CAPTURAS");
         if (carpeta.isEmpty()) QSKIP("PRAMELVIX_CAPTURAS no está definido");
         auto c = caso();
-        Ajustes a(c->t.db());
-        a.escribir(claves::NIF_CLINICA, QStringLiteral("B86543210"));
-        a.escribir(claves::DIRECCION_CLINICA, QStringLiteral("Avenida de los Álamos, 14"));
-        a.escribir(claves::POBLACION_CLINICA, QStringLiteral("28043 Madrid"));
-        a.escribir(claves::EMAIL_CLINICA, QStringLiteral("info@vetlosalamos.es"));
+        Ajustes a(c->db());
+        a.escribir(claves::NIF_CLINICA, u"B86543210"_s);
+        a.escribir(claves::DIRECCION_CLINICA, u"Avenida de los Álamos, 14"_s);
+        a.escribir(claves::POBLACION_CLINICA, u"28043 Madrid"_s);
+        a.escribir(claves::EMAIL_CLINICA, u"info@vetlosalamos.es"_s);
         QCOMPARE(instalarPlantillasPorDefecto(c->datos.path()), QString());
-        ImpresorDocumentos imp(*c->e);
+        ImpresorDocumentos imp(c->e);
         const QList<std::tuple<QString, DatosDocumento, QString>> documentos = {
-            {grupos::ALBARANES, albaranEjemplo(), QStringLiteral("albaran-pdf")},
-            {grupos::NOTA_VENTA, albaranEjemplo(), QStringLiteral("nota-venta-pdf")},
-            {grupos::FACTURAS, facturaEjemplo(), QStringLiteral("factura-pdf")}};
+            {grupos::ALBARANES, albaranEjemplo(), u"albaran-pdf"_s},
+            {grupos::NOTA_VENTA, albaranEjemplo(), u"nota-venta-pdf"_s},
+            {grupos::FACTURAS, facturaEjemplo(), u"factura-pdf"_s}};
         for (const auto& [grupo, datos, nombre] : documentos) {
-            const QString pdf = c->datos.filePath(nombre + QStringLiteral(".pdf"));
+            const QString pdf = c->datos.filePath(nombre + u".pdf"_s);
             QVERIFY(imp.imprimir(grupo, QString(), datos, DestinoDocumento::PDF, pdf));
             const QString salida = QDir(carpeta).filePath(nombre);
-            QCOMPARE(QProcess::execute(QStringLiteral("pdftoppm"),
-                                       {QStringLiteral("-png"), QStringLiteral("-r"), QStringLiteral("80"),
-                                        QStringLiteral("-singlefile"), pdf, salida}),
+            QCOMPARE(QProcess::execute(u"pdftoppm"_s,
+                                       {u"-png"_s, u"-r"_s, u"80"_s, u"-singlefile"_s, pdf, salida}),
                      0);
-            QVERIFY(QFileInfo::exists(salida + QStringLiteral(".png")));
+            QVERIFY(QFileInfo::exists(salida + u".png"_s));
         }
     }
 };

@@ -17,20 +17,20 @@
 #include <QtTest>
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 DatosDocumento datosSimples() {
     DatosDocumento d;
-    d.campos = {{QStringLiteral("a"), QStringLiteral("x")},
-                {QStringLiteral("serie"), QStringLiteral("A")},
-                {QStringLiteral("vacio"), QStringLiteral("  ")},
-                {QStringLiteral("raro"), QStringLiteral("<b>\"Tom\" & Jerry</b>")},
-                {QStringLiteral("direccion"), QStringLiteral("C/ Mayor, 1\n28001 Madrid")}};
-    d.filas.insert(QStringLiteral("Lineas"), {{{QStringLiteral("concepto"), QStringLiteral("Vacuna")},
-                                               {QStringLiteral("dcto"), QString()}},
-                                              {{QStringLiteral("concepto"), QStringLiteral("Pienso")},
-                                               {QStringLiteral("dcto"), QStringLiteral("10")},
-                                               {QStringLiteral("a"), QStringLiteral("propio")}}});
-    d.filas.insert(QStringLiteral("Cobros"), {});
+    d.campos = {{u"a"_s, u"x"_s},
+                {u"serie"_s, u"A"_s},
+                {u"vacio"_s, u"  "_s},
+                {u"raro"_s, u"<b>\"Tom\" & Jerry</b>"_s},
+                {u"direccion"_s, u"C/ Mayor, 1\n28001 Madrid"_s}};
+    d.filas.insert(u"Lineas"_s,
+                   {{{u"concepto"_s, u"Vacuna"_s}, {u"dcto"_s, QString()}},
+                    {{u"concepto"_s, u"Pienso"_s}, {u"dcto"_s, u"10"_s}, {u"a"_s, u"propio"_s}}});
+    d.filas.insert(u"Cobros"_s, {});
     return d;
 }
 
@@ -46,52 +46,52 @@ bool escribir(const QString& ruta, const QByteArray& bytes) {
 
 // Every name a template of the group may print, as the documents give them.
 QSet<QString> camposConocidos(const QString& grupo) {
-    QSet<QString> c = {QStringLiteral("NombreClinica"),
-                       QStringLiteral("NIFClinica"),
-                       QStringLiteral("DireccionClinica"),
-                       QStringLiteral("PoblacionClinica"),
-                       QStringLiteral("TelefonoClinica"),
-                       QStringLiteral("EMailClinica"),
-                       QStringLiteral("serie"),
-                       QStringLiteral("fecha"),
-                       QStringLiteral("hora"),
-                       QStringLiteral("NombreCliente"),
-                       QStringLiteral("DNICliente"),
-                       QStringLiteral("DireccionCliente"),
-                       QStringLiteral("PoblacionCliente"),
-                       QStringLiteral("BaseImponible"),
-                       QStringLiteral("TotalIVA"),
-                       QStringLiteral("retencion"),
-                       QStringLiteral("total"),
-                       QStringLiteral("Exento"),
-                       QStringLiteral("Lineas"),
-                       QStringLiteral("idArticulo"),
-                       QStringLiteral("concepto"),
-                       QStringLiteral("cantidad"),
-                       QStringLiteral("pvp"),
-                       QStringLiteral("dcto"),
-                       QStringLiteral("precio"),
-                       QStringLiteral("importe"),
-                       QStringLiteral("importeBI"),
-                       QStringLiteral("Desglose"),
-                       QStringLiteral("PorcentajeIVA"),
-                       QStringLiteral("BaseIVA"),
-                       QStringLiteral("CuotaIVA")};
+    QSet<QString> c = {u"NombreClinica"_s,
+                       u"NIFClinica"_s,
+                       u"DireccionClinica"_s,
+                       u"PoblacionClinica"_s,
+                       u"TelefonoClinica"_s,
+                       u"EMailClinica"_s,
+                       u"serie"_s,
+                       u"fecha"_s,
+                       u"hora"_s,
+                       u"NombreCliente"_s,
+                       u"DNICliente"_s,
+                       u"DireccionCliente"_s,
+                       u"PoblacionCliente"_s,
+                       u"BaseImponible"_s,
+                       u"TotalIVA"_s,
+                       u"retencion"_s,
+                       u"total"_s,
+                       u"Exento"_s,
+                       u"Lineas"_s,
+                       u"idArticulo"_s,
+                       u"concepto"_s,
+                       u"cantidad"_s,
+                       u"pvp"_s,
+                       u"dcto"_s,
+                       u"precio"_s,
+                       u"importe"_s,
+                       u"importeBI"_s,
+                       u"Desglose"_s,
+                       u"PorcentajeIVA"_s,
+                       u"BaseIVA"_s,
+                       u"CuotaIVA"_s};
     if (grupo == QLatin1String("DocFormFra"))
-        c += {QStringLiteral("numero"), QStringLiteral("Bruto")};
+        c += {u"numero"_s, u"Bruto"_s};
     else
-        c += {QStringLiteral("numAlbaran"),
-              QStringLiteral("mascota"),
-              QStringLiteral("Vendedor"),
-              QStringLiteral("numFra"),
-              QStringLiteral("serieFra"),
-              QStringLiteral("TotalBruto"),
-              QStringLiteral("PorcentajeRetencion"),
-              QStringLiteral("pendiente"),
-              QStringLiteral("Cobros"),
-              QStringLiteral("FechaCobro"),
-              QStringLiteral("FormaCobro"),
-              QStringLiteral("ImporteCobro")};
+        c += {u"numAlbaran"_s,
+              u"mascota"_s,
+              u"Vendedor"_s,
+              u"numFra"_s,
+              u"serieFra"_s,
+              u"TotalBruto"_s,
+              u"PorcentajeRetencion"_s,
+              u"pendiente"_s,
+              u"Cobros"_s,
+              u"FechaCobro"_s,
+              u"FormaCobro"_s,
+              u"ImporteCobro"_s};
     return c;
 }
 } // namespace
@@ -150,18 +150,17 @@ private slots:
     void plantillaDanada_data() {
         QTest::addColumn<QString>("plantilla");
         QTest::addColumn<QString>("error");
-        QTest::newRow("correcta") << "{{#Lineas}}{{?dcto}}{{dcto}}{{/dcto}}{{/Lineas}}"
-                                  << "";
-        QTest::newRow("cierre sin bloque") << "x{{/Lineas}}"
-                                           << "la etiqueta «{{/Lineas}}» no cierra ningún bloque";
-        QTest::newRow("cierre cruzado") << "{{#Lineas}}{{?dcto}}{{/Lineas}}{{/dcto}}"
-                                        << "se esperaba «{{/dcto}}» y aparece «{{/Lineas}}»";
-        QTest::newRow("sin cerrar") << "<table>{{#Lineas}}<tr></tr>"
-                                    << "falta «{{/Lineas}}» para cerrar el bloque «{{#Lineas}}»";
+        auto fila = [](const char* nombre, QString a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
+        fila("correcta", "{{#Lineas}}{{?dcto}}{{dcto}}{{/dcto}}{{/Lineas}}", "");
+        fila("cierre sin bloque", "x{{/Lineas}}", "la etiqueta «{{/Lineas}}» no cierra ningún bloque");
+        fila("cierre cruzado", "{{#Lineas}}{{?dcto}}{{/Lineas}}{{/dcto}}",
+             "se esperaba «{{/dcto}}» y aparece «{{/Lineas}}»");
+        fila("sin cerrar", "<table>{{#Lineas}}<tr></tr>",
+             "falta «{{/Lineas}}» para cerrar el bloque «{{#Lineas}}»");
         QString profunda;
         for (int i = 0; i <= kMaxAnidamiento; ++i)
-            profunda = QStringLiteral("{{?a}}") + profunda + QStringLiteral("{{/a}}");
-        QTest::newRow("demasiado anidada") << profunda << "hay más de 16 bloques anidados";
+            profunda = u"{{?a}}"_s + profunda + u"{{/a}}"_s;
+        fila("demasiado anidada", profunda, "hay más de 16 bloques anidados");
     }
     void plantillaDanada() {
         QFETCH(QString, plantilla);
@@ -172,35 +171,34 @@ private slots:
     // A hundred thousand open blocks are refused without exhausting the stack, and rows
     // repeated inside rows cannot make a document without end.
     void plantillaEnorme() {
-        const QString html = QStringLiteral("{{#Lineas}}").repeated(100000);
-        QCOMPARE(comprobarPlantilla(html), QStringLiteral("hay más de 16 bloques anidados"));
+        const QString html = u"{{#Lineas}}"_s.repeated(100000);
+        QCOMPARE(comprobarPlantilla(html), u"hay más de 16 bloques anidados"_s);
         bool completo = true;
         const QString salida = componerPlantilla(html, datosSimples(), &completo);
         QVERIFY(!completo);
         QVERIFY(salida.size() <= kMaxDocumento + html.size());
-        componerPlantilla(QStringLiteral("{{#Lineas}}{{concepto}}{{/Lineas}}"), datosSimples(), &completo);
+        componerPlantilla(u"{{#Lineas}}{{concepto}}{{/Lineas}}"_s, datosSimples(), &completo);
         QVERIFY(completo);
     }
 
     // The shipped templates: well formed, and every name they print is one the documents give.
     void plantillasPorDefectoCorrectas() {
         QCOMPARE(plantillasPorDefecto().size(), 3);
-        static const QRegularExpression etiqueta(
-            QStringLiteral("\\{\\{\\s*[#?^/]?\\s*([A-Za-z0-9_.]+)\\s*\\}\\}"));
+        static const QRegularExpression etiqueta(u"\\{\\{\\s*[#?^/]?\\s*([A-Za-z0-9_.]+)\\s*\\}\\}"_s);
         for (const PlantillaPorDefecto& p : plantillasPorDefecto()) {
             const QString html = textoPlantillaPorDefecto(p);
-            QVERIFY2(html.contains(QStringLiteral("</html>")), qPrintable(p.fichero));
+            QVERIFY2(html.contains(u"</html>"_s), qPrintable(p.fichero));
             QCOMPARE(comprobarPlantilla(html), QString());
             const QSet<QString> conocidos = camposConocidos(p.grupo);
             for (auto m = etiqueta.globalMatch(html); m.hasNext();) {
                 const QString nombre = m.next().captured(1);
-                QVERIFY2(conocidos.contains(nombre), qPrintable(p.fichero + QStringLiteral(": ") + nombre));
+                QVERIFY2(conocidos.contains(nombre), qPrintable(p.fichero + u": "_s + nombre));
             }
             // Filled with no data at all, nothing of the syntax is left.
-            QVERIFY(!componerPlantilla(html, {}).contains(QStringLiteral("{{")));
+            QVERIFY(!componerPlantilla(html, {}).contains(u"{{"_s));
         }
         const QString nota = textoPlantillaPorDefecto(plantillasPorDefecto().at(1));
-        QVERIFY(componerPlantilla(nota, albaranEjemplo()).contains(QStringLiteral("Nota de Venta: 125")));
+        QVERIFY(componerPlantilla(nota, albaranEjemplo()).contains(u"Nota de Venta: 125"_s));
     }
 
     // The installer copies the templates into the data folder and keeps the clinic's own.
@@ -208,71 +206,71 @@ private slots:
         QTemporaryDir dir;
         OpcionesInstalacion op;
         op.carpeta = dir.path();
-        op.administrador = QStringLiteral("admin");
-        op.clave = QStringLiteral("admin");
-        op.puestoServidor = QStringLiteral("RECEPCION");
+        op.administrador = u"admin"_s;
+        op.clave = u"admin"_s;
+        op.puestoServidor = u"RECEPCION"_s;
         QCOMPARE(crearInstalacion(op), QString());
-        const QString datos = QDir(dir.path()).filePath(QStringLiteral("datos"));
-        const QString albaran = datos + QStringLiteral("/Plantillas/DocAlbaranes/Albarán.html");
-        const QString nota = datos + QStringLiteral("/Plantillas/NotaVenta/Nota de venta.html");
-        const QString factura = datos + QStringLiteral("/Plantillas/DocFormFra/Factura.html");
+        const QString datos = QDir(dir.path()).filePath(u"datos"_s);
+        const QString albaran = datos + u"/Plantillas/DocAlbaranes/Albarán.html"_s;
+        const QString nota = datos + u"/Plantillas/NotaVenta/Nota de venta.html"_s;
+        const QString factura = datos + u"/Plantillas/DocFormFra/Factura.html"_s;
         QCOMPARE(leer(albaran), textoPlantillaPorDefecto(plantillasPorDefecto().at(0)));
         QCOMPARE(leer(nota), textoPlantillaPorDefecto(plantillasPorDefecto().at(1)));
         QCOMPARE(leer(factura), textoPlantillaPorDefecto(plantillasPorDefecto().at(2)));
         // A plain installation has no clinic data yet.
-        auto db = Database::abrirSQLite(QDir(datos).filePath(QStringLiteral("Pramelvix.mdb")));
+        auto db = Database::abrirSQLite(QDir(datos).filePath(u"Pramelvix.mdb"_s));
         QCOMPARE(Ajustes(*db).leer(claves::NOMBRE_CLINICA), QString());
 
         // The clinic changed one and removed another: installing again restores only the missing one.
         QVERIFY(escribir(albaran, "<p>{{NombreCliente}} (nuestro formato)</p>"));
         QVERIFY(QFile::remove(factura));
         QCOMPARE(instalarPlantillasPorDefecto(datos), QString());
-        QCOMPARE(leer(albaran), QStringLiteral("<p>{{NombreCliente}} (nuestro formato)</p>"));
+        QCOMPARE(leer(albaran), u"<p>{{NombreCliente}} (nuestro formato)</p>"_s);
         QCOMPARE(leer(factura), textoPlantillaPorDefecto(plantillasPorDefecto().at(2)));
 
         // A group folder that cannot be made is reported, not ignored.
         QTemporaryDir otro;
-        QVERIFY(escribir(otro.filePath(QStringLiteral("Plantillas")), "no es una carpeta"));
-        QVERIFY(instalarPlantillasPorDefecto(otro.path())
-                    .startsWith(QStringLiteral("No se ha podido crear la carpeta '")));
+        QVERIFY(escribir(otro.filePath(u"Plantillas"_s), "no es una carpeta"));
+        QVERIFY(
+            instalarPlantillasPorDefecto(otro.path()).startsWith(u"No se ha podido crear la carpeta '"_s));
     }
 
     void textoDelTicket() {
         DatosDocumento d = albaranEjemplo();
         d.campos += clinicaEjemplo();
-        const QString esperado = QStringLiteral("      Clínica Veterinaria Los Álamos\n"
-                                                "              NIF: B86543210\n"
-                                                "        Avenida de los Álamos, 14\n"
-                                                "               28043 Madrid\n"
-                                                "            Tel.: 910 123 456\n"
-                                                "\n"
-                                                "Albarán A/125\n"
-                                                "Fecha: 23/11/2026  Hora: 10:15\n"
-                                                "Cliente: Ana Belén Núñez Castaño\n"
-                                                "Mascota: Rufo\n"
-                                                "Le atendió: Dra. Lucía Ferrer Soler\n"
-                                                "------------------------------------------\n"
-                                                "Consulta general\n"
-                                                "  1 x 35,00                          35,00\n"
-                                                "Vacuna polivalente canina\n"
-                                                "  1 x 42,00  Dto. 10,00 %            37,80\n"
-                                                "Pipeta antiparasitaria perro 10-20 kg\n"
-                                                "  3 x 18,50                          55,50\n"
-                                                "Pienso adulto 3 kg\n"
-                                                "  1 x 24,90                          24,90\n"
-                                                "------------------------------------------\n"
-                                                "Base imponible                      128,68\n"
-                                                "I.V.A.                               24,52\n"
-                                                "TOTAL                             153,20 €\n"
-                                                "\n"
-                                                "  % I.V.A.            Base           Cuota\n"
-                                                "     21,00          106,04           22,26\n"
-                                                "     10,00           22,64            2,26\n"
-                                                "------------------------------------------\n"
-                                                "Cobrado 23/11/2026 TARJETA          100,00\n"
-                                                "Pendiente                          53,20 €\n"
-                                                "\n"
-                                                "         ¡Gracias por su visita!\n");
+        const QString esperado = u"      Clínica Veterinaria Los Álamos\n"
+                                 "              NIF: B86543210\n"
+                                 "        Avenida de los Álamos, 14\n"
+                                 "               28043 Madrid\n"
+                                 "            Tel.: 910 123 456\n"
+                                 "\n"
+                                 "Albarán A/125\n"
+                                 "Fecha: 23/11/2026  Hora: 10:15\n"
+                                 "Cliente: Ana Belén Núñez Castaño\n"
+                                 "Mascota: Rufo\n"
+                                 "Le atendió: Dra. Lucía Ferrer Soler\n"
+                                 "------------------------------------------\n"
+                                 "Consulta general\n"
+                                 "  1 x 35,00                          35,00\n"
+                                 "Vacuna polivalente canina\n"
+                                 "  1 x 42,00  Dto. 10,00 %            37,80\n"
+                                 "Pipeta antiparasitaria perro 10-20 kg\n"
+                                 "  3 x 18,50                          55,50\n"
+                                 "Pienso adulto 3 kg\n"
+                                 "  1 x 24,90                          24,90\n"
+                                 "------------------------------------------\n"
+                                 "Base imponible                      128,68\n"
+                                 "I.V.A.                               24,52\n"
+                                 "TOTAL                             153,20 €\n"
+                                 "\n"
+                                 "  % I.V.A.            Base           Cuota\n"
+                                 "     21,00          106,04           22,26\n"
+                                 "     10,00           22,64            2,26\n"
+                                 "------------------------------------------\n"
+                                 "Cobrado 23/11/2026 TARJETA          100,00\n"
+                                 "Pendiente                          53,20 €\n"
+                                 "\n"
+                                 "         ¡Gracias por su visita!\n"_s;
         QCOMPARE(textoTicket(d), esperado);
     }
 
@@ -280,68 +278,60 @@ private slots:
     // and a withholding and an exempt note are printed.
     void ticketEstrecho() {
         DatosDocumento d = albaranEjemplo();
-        d.campos.prepend({QStringLiteral("retencion"), QStringLiteral("-1.234,56")});
-        d.campos.prepend({QStringLiteral("PorcentajeRetencion"), QStringLiteral("15,00")});
-        d.campos.prepend({QStringLiteral("Exento"), QStringLiteral("Exento de I.V.A.")});
-        d.filas[QStringLiteral("Lineas")][0] = lineaEjemplo(
-            QStringLiteral("9"), QStringLiteral("Estudio radiológico completo con sedación incluida"),
-            QStringLiteral("1.000"), QStringLiteral("1.234.567,00"), QStringLiteral("12,50"), QString(),
-            QString(), QStringLiteral("1.080.246,13"));
+        d.campos.prepend({u"retencion"_s, u"-1.234,56"_s});
+        d.campos.prepend({u"PorcentajeRetencion"_s, u"15,00"_s});
+        d.campos.prepend({u"Exento"_s, u"Exento de I.V.A."_s});
+        d.filas[u"Lineas"_s][0] =
+            lineaEjemplo(u"9"_s, u"Estudio radiológico completo con sedación incluida"_s, u"1.000"_s,
+                         u"1.234.567,00"_s, u"12,50"_s, QString(), QString(), u"1.080.246,13"_s);
         const QStringList lineas = textoTicket(d, 32).split(QLatin1Char('\n'));
         for (const QString& l : lineas)
             QVERIFY2(l.size() <= 32, qPrintable(l));
-        QVERIFY(lineas.contains(QStringLiteral("Estudio radiológico completo con")));
-        QVERIFY(lineas.contains(QStringLiteral("sedación incluida")));
-        QVERIFY(lineas.contains(QStringLiteral("  1.000 x 1.234.567,00 Dto.")));
-        QVERIFY(lineas.contains(QStringLiteral("  12,50 %           1.080.246,13")));
-        QVERIFY(lineas.contains(QStringLiteral("Retención 15,00 %      -1.234,56")));
-        QVERIFY(lineas.contains(QStringLiteral("Exento de I.V.A.")));
-        const qsizetype cobro = lineas.indexOf(QStringLiteral("Cobrado 23/11/2026 TARJETA"));
+        QVERIFY(lineas.contains(u"Estudio radiológico completo con"_s));
+        QVERIFY(lineas.contains(u"sedación incluida"_s));
+        QVERIFY(lineas.contains(u"  1.000 x 1.234.567,00 Dto."_s));
+        QVERIFY(lineas.contains(u"  12,50 %           1.080.246,13"_s));
+        QVERIFY(lineas.contains(u"Retención 15,00 %      -1.234,56"_s));
+        QVERIFY(lineas.contains(u"Exento de I.V.A."_s));
+        const qsizetype cobro = lineas.indexOf(u"Cobrado 23/11/2026 TARJETA"_s);
         QVERIFY(cobro > 0);
-        QCOMPARE(lineas.at(cobro + 1), QStringLiteral("                          100,00"));
+        QCOMPARE(lineas.at(cobro + 1), u"                          100,00"_s);
     }
 
     void codificacionCp858() {
-        QCOMPARE(codificarCp858(QStringLiteral("ñÑáéíóúüÜ¿¡€ºª")),
+        QCOMPARE(codificarCp858(u"ñÑáéíóúüÜ¿¡€ºª"_s),
                  QByteArray("\xA4\xA5\xA0\x82\xA1\xA2\xA3\x81\x9A\xA8\xAD\xD5\xA7\xA6"));
         // The same letters written decomposed (n + combining tilde) print the same.
-        QCOMPARE(codificarCp858(QStringLiteral("Nun\u0303ez")), QByteArray("Nu\xA4"
-                                                                           "ez"));
-        QCOMPARE(codificarCp858(QStringLiteral("Dvořák “x” – ő…")), QByteArray("Dvor\xA0k \"x\" - o..."));
-        QCOMPARE(codificarCp858(QStringLiteral("a\tb\x01漢\n")), QByteArray("a b ?\n"));
+        QCOMPARE(codificarCp858(u"Nun\u0303ez"_s), QByteArray("Nu\xA4"
+                                                              "ez"));
+        QCOMPARE(codificarCp858(u"Dvořák “x” – ő…"_s), QByteArray("Dvor\xA0k \"x\" - o..."));
+        QCOMPARE(codificarCp858(u"a\tb\x01漢\n"_s), QByteArray("a b ?\n"));
     }
 
     void bytesParaLaImpresora() {
         const QByteArray inicio("\x1B\x40\x1B\x74\x13", 5);
         const QByteArray corte("\x1D\x56\x01", 3);
-        const QByteArray dos = bytesEscPos(QStringLiteral("Año\nFin"), 2, true);
+        const QByteArray dos = bytesEscPos(u"Año\nFin"_s, 2, true);
         QVERIFY(dos.startsWith(inicio));
         QCOMPARE(dos.mid(5), QByteArray("A\xA4o\nFin\n\x1B\x64\x04\x1D\x56\x01"
                                         "A\xA4o\nFin\n\x1B\x64\x04\x1D\x56\x01"));
-        QCOMPARE(bytesEscPos(QStringLiteral("x\n"), 1, false), inicio + QByteArray("x\n\x1B\x64\x04"));
-        QCOMPARE(bytesEscPos(QStringLiteral("x"), 0, true).count(corte), 1);
-        QCOMPARE(bytesEscPos(QStringLiteral("x"), 40, true).count(corte), 9);
+        QCOMPARE(bytesEscPos(u"x\n"_s, 1, false), inicio + QByteArray("x\n\x1B\x64\x04"));
+        QCOMPARE(bytesEscPos(u"x"_s, 0, true).count(corte), 1);
+        QCOMPARE(bytesEscPos(u"x"_s, 40, true).count(corte), 9);
     }
 
     void puertoSerie_data() {
         QTest::addColumn<QString>("puerto");
         QTest::addColumn<QString>("dispositivo");
-        QTest::newRow("COM1") << "COM1"
-                              << "/dev/ttyS0";
-        QTest::newRow("com16") << " com16 "
-                               << "/dev/ttyS15";
-        QTest::newRow("número") << "3"
-                                << "/dev/ttyS2";
-        QTest::newRow("USB") << "/dev/ttyUSB0"
-                             << "/dev/ttyUSB0";
-        QTest::newRow("fuera de /dev") << "/dev/../etc/passwd"
-                                       << "";
-        QTest::newRow("COM0") << "COM0"
-                              << "";
-        QTest::newRow("LPT1") << "LPT1"
-                              << "";
-        QTest::newRow("vacío") << ""
-                               << "";
+        auto fila = [](const char* nombre, QString a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
+        fila("COM1", "COM1", "/dev/ttyS0");
+        fila("com16", " com16 ", "/dev/ttyS15");
+        fila("número", "3", "/dev/ttyS2");
+        fila("USB", "/dev/ttyUSB0", "/dev/ttyUSB0");
+        fila("fuera de /dev", "/dev/../etc/passwd", "");
+        fila("COM0", "COM0", "");
+        fila("LPT1", "LPT1", "");
+        fila("vacío", "", "");
     }
     void puertoSerie() {
         QFETCH(QString, puerto);
@@ -355,17 +345,20 @@ private slots:
         QTest::addColumn<QByteArray>("entrada");
         QTest::addColumn<int>("elegido");
         QTest::addColumn<bool>("repregunta");
-        QTest::newRow("segunda") << QByteArray("2\n") << 1 << false;
-        QTest::newRow("fuera de la lista y luego bien") << QByteArray("7\nabc\n1\n") << 0 << true;
-        QTest::newRow("línea vacía") << QByteArray("\n") << -1 << false;
-        QTest::newRow("fin de la entrada") << QByteArray() << -1 << false;
+        auto fila = [](const char* nombre, QByteArray a0, int a1, bool a2) {
+            QTest::newRow(nombre) << a0 << a1 << a2;
+        };
+        fila("segunda", QByteArray("2\n"), 1, false);
+        fila("fuera de la lista y luego bien", QByteArray("7\nabc\n1\n"), 0, true);
+        fila("línea vacía", QByteArray("\n"), -1, false);
+        fila("fin de la entrada", QByteArray(), -1, false);
     }
     void selectorEnConsola() {
         QFETCH(QByteArray, entrada);
         QFETCH(int, elegido);
         QFETCH(bool, repregunta);
         QTemporaryDir dir;
-        const QString ficheroEntrada = dir.filePath(QStringLiteral("entrada"));
+        const QString ficheroEntrada = dir.filePath(u"entrada"_s);
         QVERIFY(escribir(ficheroEntrada, entrada));
         FILE* in = std::fopen(qPrintable(ficheroEntrada), "r");
         FILE* out = std::tmpfile();
@@ -373,9 +366,8 @@ private slots:
         int r = -2;
         {
             ConsoleDialogs c(out, in);
-            r = c.elegir(QStringLiteral("Formato del documento"),
-                         QStringLiteral(" Seleccione un Formato de Albarán"),
-                         {QStringLiteral("Albarán"), QStringLiteral("Albarán sin precios")});
+            r = c.elegir(u"Formato del documento"_s, u" Seleccione un Formato de Albarán"_s,
+                         {u"Albarán"_s, u"Albarán sin precios"_s});
         }
         std::rewind(out);
         QByteArray salida(4096, '\0');
@@ -384,11 +376,10 @@ private slots:
         std::fclose(out);
         QCOMPARE(r, elegido);
         const QString texto = QString::fromUtf8(salida);
-        QVERIFY2(texto.startsWith(
-                     QStringLiteral("[ELEGIR] Formato del documento\n Seleccione un Formato de Albarán\n"
-                                    "  1) Albarán\n  2) Albarán sin precios\n")),
+        QVERIFY2(texto.startsWith(u"[ELEGIR] Formato del documento\n Seleccione un Formato de Albarán\n"
+                                  "  1) Albarán\n  2) Albarán sin precios\n"_s),
                  qPrintable(texto));
-        QCOMPARE(texto.contains(QStringLiteral("Escriba un número del 1 al 2.")), repregunta);
+        QCOMPARE(texto.contains(u"Escriba un número del 1 al 2."_s), repregunta);
     }
 };
 

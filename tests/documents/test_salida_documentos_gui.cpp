@@ -2,8 +2,7 @@
 // title, the document painted in it, and the action that saves it as PDF on its toolbar. The
 // output leaves the session when it goes.
 #include "documents/ui/salida_documentos_qt.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
+#include "gui.h"
 
 #include <QAction>
 #include <QApplication>
@@ -15,29 +14,26 @@
 
 class TestSalidaDocumentosGui : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(10, 15))};
 
 private slots:
     void vistaPreviaConGuardarPdf() {
-        TestDb t;
-        ScriptedDialogs d;
-        Entorno e(t.db(), d, reloj_);
+        Sesion s;
+        Entorno& e = s.e;
         QWidget ventana;
         auto* salida = new SalidaDocumentosQt(e, &ventana);
         e.salidaDocumentos = salida;
 
         QTextDocument documento;
-        documento.setHtml(QStringLiteral("<h1>Albarán</h1><p>Ana Belén Núñez Castaño</p>"));
-        std::unique_ptr<QPrintPreviewDialog> vista(
-            salida->crearVistaPrevia(documento, QStringLiteral("Albarán A/125")));
-        QCOMPARE(vista->objectName(), QStringLiteral("vistaPrevia"));
-        QCOMPARE(vista->windowTitle(), QStringLiteral("Vista previa - Albarán A/125"));
-        QCOMPARE(salida->impresora().docName(), QStringLiteral("Albarán A/125"));
+        documento.setHtml(u"<h1>Albarán</h1><p>Ana Belén Núñez Castaño</p>"_s);
+        std::unique_ptr<QPrintPreviewDialog> vista(salida->crearVistaPrevia(documento, u"Albarán A/125"_s));
+        QCOMPARE(vista->objectName(), u"vistaPrevia"_s);
+        QCOMPARE(vista->windowTitle(), u"Vista previa - Albarán A/125"_s);
+        QCOMPARE(salida->impresora().docName(), u"Albarán A/125"_s);
         QCOMPARE(salida->impresora().pageLayout().pageSize().id(), QPageSize::A4);
 
-        auto* pdf = vista->findChild<QAction*>(QStringLiteral("accGuardarPdf"));
+        auto* pdf = vista->findChild<QAction*>(u"accGuardarPdf"_s);
         QVERIFY(pdf);
-        QCOMPARE(pdf->text(), QStringLiteral("Guardar en PDF..."));
+        QCOMPARE(pdf->text(), u"Guardar en PDF..."_s);
         auto* barra = vista->findChild<QToolBar*>();
         QVERIFY(barra && barra->actions().contains(pdf));
 
@@ -49,15 +45,9 @@ private slots:
 
         delete salida;
         QCOMPARE(e.salidaDocumentos, nullptr);
-        QVERIFY(d.mensajes().isEmpty());
+        QVERIFY(s.d.mensajes().isEmpty());
     }
 };
 
-int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    if (!TestDb::motorDisponible()) return 77;
-    TestSalidaDocumentosGui prueba;
-    return QTest::qExec(&prueba, argc, argv);
-}
-
+PMX_GUI_TEST_MAIN(TestSalidaDocumentosGui)
 #include "test_salida_documentos_gui.moc"

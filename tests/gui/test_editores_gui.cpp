@@ -1,45 +1,20 @@
-// The list editor, tree editor, record form and database settings windows, off screen: what
-// they show and that their buttons reach the forms. With PRAMELVIX_CAPTURAS set to a folder,
-// the screenshots of the documentation are saved there.
+// The list editor, tree editor, record form and database settings windows, off screen: that
+// their buttons and double clicks reach the forms, and the record form's layout. With
+// PRAMELVIX_CAPTURAS set to a folder, the screenshots of the documentation are saved there.
 #include "app/ficha_form.h"
 #include "data/esquema.h"
+#include "gui.h"
 #include "gui/conf_bd_window.h"
 #include "gui/editor_arbol_window.h"
 #include "gui/editor_lista_window.h"
 #include "gui/ficha_window.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTimer>
-#include <QTreeWidget>
-#include <functional>
 
 namespace {
 const DescriptorTabla& tabla(const QString& nombre) {
     return *descriptorTabla(nombre);
-}
-
-// Runs trabajo on the modal dialog that the next command opens; the dialog is closed
-// afterwards if trabajo left it open, so that a failure never hangs the test.
-void alAbrirModal(const std::function<void(QDialog*)>& trabajo) {
-    QTimer::singleShot(0, [trabajo] {
-        auto* dlg = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        trabajo(dlg);
-        if (dlg && dlg->isVisible()) dlg->reject();
-    });
-}
-
-QStringList cabeceras(QTreeWidget* lista) {
-    QStringList l;
-    for (int i = 0; i < lista->columnCount(); ++i)
-        l << lista->headerItem()->text(i);
-    return l;
 }
 
 QTreeWidgetItem* buscarItem(QTreeWidget* arbol, const QString& texto, int columna = 0) {
@@ -47,301 +22,179 @@ QTreeWidgetItem* buscarItem(QTreeWidget* arbol, const QString& texto, int column
     return items.isEmpty() ? nullptr : items.first();
 }
 
-void capturar(QWidget& w, const QString& nombre) {
-    const QString carpeta = qEnvironmentVariable("PRAMELVIX_CAPTURAS");
-    if (carpeta.isEmpty()) return;
-    w.show();
-    QApplication::processEvents();
-    QVERIFY(w.grab().save(carpeta + QLatin1Char('/') + nombre));
-}
-
-QVariant crear(Entorno& e, const QString& t, const QHash<QString, QString>& textos) {
-    FichaForm f(e, tabla(t));
-    for (auto it = textos.cbegin(); it != textos.cend(); ++it)
-        f.setTexto(it.key(), it.value());
-    return f.guardar() ? f.registro().clave() : QVariant();
-}
-
-QVariant crearNodo(Database& db, const QString& t, const QString& texto, const QVariant& padre) {
-    Registro r(tabla(t));
-    r.setValor(QStringLiteral("Descripcion"), texto);
-    r.setValor(QStringLiteral("IdPadre"), padre);
-    return RegistroStore(db).crear(r);
+// Answers the record form the next command opens: fills the fields and accepts.
+void rellenarFicha(const QHash<QString, QString>& campos, QString* titulo = nullptr) {
+    alAbrirModal([=](QDialog* dlg) {
+        if (!dlg) return;
+        if (titulo) *titulo = dlg->windowTitle();
+        for (auto it = campos.cbegin(); it != campos.cend(); ++it)
+            hijo<QLineEdit>(*dlg, u"txt"_s + it.key())->setText(it.value());
+        pulsar(*dlg, u"cmdAceptar"_s);
+    });
 }
 } // namespace
 
 class TestEditoresGui : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 3, 2), QTime(10, 0))};
 
 private slots:
     void ventanaLista() {
-        TestDb t;
-        ScriptedDialogs d;
-        Entorno e(t.db(), d, reloj_);
-        crear(e, QStringLiteral("Poblaciones"),
-              {{QStringLiteral("Descripcion"), QStringLiteral("Getafe")},
-               {QStringLiteral("CodigoPostal"), QStringLiteral("28901")}});
-        crear(e, QStringLiteral("Poblaciones"), {{QStringLiteral("Descripcion"), QStringLiteral("Leganés")}});
-
-        EditorListaWindow w(e, tabla(QStringLiteral("Poblaciones")));
-        QCOMPARE(w.windowTitle(), QStringLiteral("Lista de Población"));
-        auto* lista = w.findChild<QTreeWidget*>(QStringLiteral("lstRegistros"));
-        QVERIFY(lista);
-        QCOMPARE(cabeceras(lista),
-                 (QStringList{QStringLiteral("Código"), QStringLiteral("Población"),
-                              QStringLiteral("Código postal"), QStringLiteral("Provincia")}));
+        Sesion s;
+        s.s.fila(u"Poblaciones"_s, {{u"Descripcion"_s, u"Getafe"_s}, {u"CodigoPostal"_s, u"28901"_s}});
+        s.s.fila(u"Poblaciones"_s, {{u"Descripcion"_s, u"Leganés"_s}});
+        EditorListaWindow w(s.e, tabla(u"Poblaciones"_s));
+        auto* lista = hijo<QTreeWidget>(w, u"lstRegistros"_s);
         QCOMPARE(lista->topLevelItemCount(), 2);
-        QCOMPARE(lista->topLevelItem(0)->text(2), QStringLiteral("28901"));
 
         // Add: the record form appears, mandatory and optional fields in different colours.
-        QString titulo;
         bool coloresDistintos = false;
         int longitudCp = 0;
         alAbrirModal([&](QDialog* dlg) {
             if (!dlg) return;
-            titulo = dlg->windowTitle();
-            auto* desc = dlg->findChild<QLineEdit*>(QStringLiteral("txtDescripcion"));
-            auto* cp = dlg->findChild<QLineEdit*>(QStringLiteral("txtCodigoPostal"));
-            if (!desc || !cp) return;
+            auto* desc = hijo<QLineEdit>(*dlg, u"txtDescripcion"_s);
+            auto* cp = hijo<QLineEdit>(*dlg, u"txtCodigoPostal"_s);
             coloresDistintos = desc->palette().color(QPalette::Base) != cp->palette().color(QPalette::Base) &&
                                desc->palette().color(QPalette::Text) != cp->palette().color(QPalette::Text) &&
                                desc->palette().color(QPalette::Base) == FichaWindow::fondoObligatorio();
             longitudCp = cp->maxLength();
-            desc->setText(QStringLiteral("Alcalá de Henares"));
-            cp->setText(QStringLiteral("28801"));
-            QTest::mouseClick(dlg->findChild<QPushButton*>(QStringLiteral("cmdAceptar")), Qt::LeftButton);
+            desc->setText(u"Alcalá de Henares"_s);
+            cp->setText(u"28801"_s);
+            pulsar(*dlg, u"cmdAceptar"_s);
         });
-        QTest::mouseClick(w.findChild<QPushButton*>(QStringLiteral("cmdAnadir")), Qt::LeftButton);
-        QCOMPARE(titulo, QStringLiteral("Añadir Población"));
+        pulsar(w, u"cmdAnadir"_s);
         QVERIFY(coloresDistintos);
         QCOMPARE(longitudCp, 5);
-        QCOMPARE(lista->topLevelItemCount(), 3);
-        QTreeWidgetItem* nuevo = buscarItem(lista, QStringLiteral("Alcalá de Henares"), 1);
+        QTreeWidgetItem* nuevo = buscarItem(lista, u"Alcalá de Henares"_s, 1);
         QVERIFY(nuevo);
-        QCOMPARE(nuevo->text(2), QStringLiteral("28801"));
+        QCOMPARE(nuevo->text(2), u"28801"_s);
         QCOMPARE(lista->currentItem(), nuevo);
-        QVERIFY(d.mensajes().isEmpty());
+        QVERIFY(s.d.mensajes().isEmpty());
 
         // A refused save keeps the form open and names the field.
         bool abiertaTrasRechazo = false;
         alAbrirModal([&](QDialog* dlg) {
             if (!dlg) return;
-            QTest::mouseClick(dlg->findChild<QPushButton*>(QStringLiteral("cmdAceptar")), Qt::LeftButton);
+            pulsar(*dlg, u"cmdAceptar"_s);
             abiertaTrasRechazo = dlg->isVisible();
         });
-        QTest::mouseClick(w.findChild<QPushButton*>(QStringLiteral("cmdAnadir")), Qt::LeftButton);
+        pulsar(w, u"cmdAnadir"_s);
         QVERIFY(abiertaTrasRechazo);
-        QCOMPARE(d.ultimoTexto(), QStringLiteral("Debe informar el campo 'Población'."));
+        QCOMPARE(s.d.ultimoTexto(), u"Debe informar el campo 'Población'."_s);
         QCOMPARE(lista->topLevelItemCount(), 3);
+        capturar(w, u"editor-lista.png"_s);
 
         // Modify by double click on a row.
-        QString tituloModificar;
-        alAbrirModal([&](QDialog* dlg) {
-            if (!dlg) return;
-            tituloModificar = dlg->windowTitle();
-            dlg->findChild<QLineEdit*>(QStringLiteral("txtProvincia"))->setText(QStringLiteral("Madrid"));
-            QTest::mouseClick(dlg->findChild<QPushButton*>(QStringLiteral("cmdAceptar")), Qt::LeftButton);
-        });
+        QString titulo;
+        rellenarFicha({{u"Provincia"_s, u"Madrid"_s}}, &titulo);
         w.show();
-        QTreeWidgetItem* getafe = buscarItem(lista, QStringLiteral("Getafe"), 1);
-        const QPoint centro = lista->visualItemRect(getafe).center();
+        const QPoint centro = lista->visualItemRect(buscarItem(lista, u"Getafe"_s, 1)).center();
         QTest::mouseClick(lista->viewport(), Qt::LeftButton, {}, centro);
         QTest::mouseDClick(lista->viewport(), Qt::LeftButton, {}, centro);
-        QCOMPARE(tituloModificar, QStringLiteral("Modificar Población"));
-        QCOMPARE(buscarItem(lista, QStringLiteral("Getafe"), 1)->text(3), QStringLiteral("Madrid"));
+        QCOMPARE(titulo, u"Modificar Población"_s);
+        QCOMPARE(buscarItem(lista, u"Getafe"_s, 1)->text(3), u"Madrid"_s);
 
         // Delete the selected row after Yes.
-        lista->setCurrentItem(buscarItem(lista, QStringLiteral("Leganés"), 1));
-        d.si();
-        QTest::mouseClick(w.findChild<QPushButton*>(QStringLiteral("cmdEliminar")), Qt::LeftButton);
-        QCOMPARE(d.ultimoTexto(), QStringLiteral("¿Desea realmente eliminar el objeto seleccionado?"));
-        QCOMPARE(lista->topLevelItemCount(), 2);
-        QVERIFY(!buscarItem(lista, QStringLiteral("Leganés"), 1));
-        QCOMPARE(d.sinRespuesta(), 0);
+        lista->setCurrentItem(buscarItem(lista, u"Leganés"_s, 1));
+        s.d.si();
+        pulsar(w, u"cmdEliminar"_s);
+        QCOMPARE(s.d.ultimoTexto(), u"¿Desea realmente eliminar el objeto seleccionado?"_s);
+        QVERIFY(!buscarItem(lista, u"Leganés"_s, 1));
+        QCOMPARE(s.s.contar(u"Poblaciones"_s), 2);
     }
 
     // The record form: labels above their inputs, the buttons below the last one, and a
     // height that grows with the number of fields.
     void disposicionDeLaFicha() {
-        TestDb t;
-        ScriptedDialogs d;
-        Entorno e(t.db(), d, reloj_);
-        FichaWindow corta(FichaForm(e, tabla(QStringLiteral("Pelos"))));
-        FichaWindow larga(FichaForm(e, tabla(QStringLiteral("Laboratorios"))));
+        Sesion s;
+        FichaWindow corta(FichaForm(s.e, tabla(u"Pelos"_s)));
+        FichaWindow larga(FichaForm(s.e, tabla(u"Laboratorios"_s)));
         corta.show();
         larga.show();
         QVERIFY(larga.height() > corta.height() + 60);
-        QCOMPARE(larga.windowTitle(), QStringLiteral("Añadir Laboratorio"));
-        QCOMPARE(larga.findChild<QLabel*>(QStringLiteral("lblTelefono"))->text(),
-                 QStringLiteral("Teléfono:"));
+        QCOMPARE(hijo<QLabel>(larga, u"lblTelefono"_s)->text(), u"Teléfono:"_s);
         int ultimo = 0;
         for (const char* nombre : {"Descripcion", "Telefono", "Email", "Activo"}) {
-            auto* lbl = larga.findChild<QLabel*>(QStringLiteral("lbl") + QLatin1String(nombre));
+            auto* lbl = hijo<QLabel>(larga, u"lbl"_s + QLatin1String(nombre));
             QWidget* entrada = larga.entrada(QLatin1String(nombre));
-            QVERIFY2(lbl && entrada, nombre);
+            QVERIFY2(entrada, nombre);
             QVERIFY(lbl->geometry().bottom() < entrada->geometry().top());
             QVERIFY(lbl->geometry().top() > ultimo);
             ultimo = entrada->geometry().bottom();
         }
-        QVERIFY(larga.findChild<QPushButton*>(QStringLiteral("cmdAceptar"))->mapTo(&larga, QPoint(0, 0)).y() >
-                ultimo);
-        auto* activo = qobject_cast<QComboBox*>(larga.entrada(QStringLiteral("Activo")));
+        QVERIFY(hijo(larga, u"cmdAceptar"_s)->mapTo(&larga, QPoint(0, 0)).y() > ultimo);
+        auto* activo = qobject_cast<QComboBox*>(larga.entrada(u"Activo"_s));
         QVERIFY(activo);
-        QCOMPARE(activo->currentText(), QStringLiteral("Sí"));
-        QVERIFY(!larga.entrada(QStringLiteral("IdLaboratorio")));
+        QCOMPARE(activo->currentText(), u"Sí"_s);
+        QVERIFY(!larga.entrada(u"IdLaboratorio"_s));
+        capturar(larga, u"ficha-parametro.png"_s);
     }
 
     void ventanaArbol() {
-        TestDb t;
-        ScriptedDialogs d;
-        Entorno e(t.db(), d, reloj_);
-        const QString tb = QStringLiteral("Diagnosticos");
-        const QVariant piel = crearNodo(t.db(), tb, QStringLiteral("Piel"), {});
-        crearNodo(t.db(), tb, QStringLiteral("Otitis"), piel);
-        crearNodo(t.db(), tb, QStringLiteral("Dermatitis"), piel);
-        crearNodo(t.db(), tb, QStringLiteral("Cardiología"), {});
-
-        EditorArbolWindow w(e, tabla(tb));
-        QCOMPARE(w.windowTitle(), QStringLiteral("Arbol de Diagnóstico"));
-        auto* arbol = w.findChild<QTreeWidget*>(QStringLiteral("arbRegistros"));
-        QVERIFY(arbol);
-        QCOMPARE(cabeceras(arbol), QStringList{QStringLiteral("Diagnóstico")});
-        QCOMPARE(arbol->topLevelItemCount(), 2);
-        QTreeWidgetItem* nodoPiel = buscarItem(arbol, QStringLiteral("Piel"));
+        Sesion s;
+        const QString tb = u"Diagnosticos"_s;
+        const qint64 piel = s.s.fila(tb, {{u"Descripcion"_s, u"Piel"_s}});
+        s.s.fila(tb, {{u"Descripcion"_s, u"Otitis"_s}, {u"IdPadre"_s, piel}});
+        s.s.fila(tb, {{u"Descripcion"_s, u"Cardiología"_s}});
+        EditorArbolWindow w(s.e, tabla(tb));
+        auto* arbol = hijo<QTreeWidget>(w, u"arbRegistros"_s);
+        QTreeWidgetItem* nodoPiel = buscarItem(arbol, u"Piel"_s);
         QVERIFY(nodoPiel && nodoPiel->isExpanded());
-        QCOMPARE(nodoPiel->childCount(), 2);
 
         arbol->setCurrentItem(nodoPiel);
         QString titulo;
-        alAbrirModal([&](QDialog* dlg) {
-            if (!dlg) return;
-            titulo = dlg->windowTitle();
-            dlg->findChild<QLineEdit*>(QStringLiteral("txtDescripcion"))->setText(QStringLiteral("Alopecia"));
-            QTest::mouseClick(dlg->findChild<QPushButton*>(QStringLiteral("cmdAceptar")), Qt::LeftButton);
-        });
-        QTest::mouseClick(w.findChild<QPushButton*>(QStringLiteral("cmdAnadirHijo")), Qt::LeftButton);
-        QCOMPARE(titulo, QStringLiteral("Añadir Diagnóstico"));
-        nodoPiel = buscarItem(arbol, QStringLiteral("Piel"));
-        QCOMPARE(nodoPiel->childCount(), 3);
-        QCOMPARE(nodoPiel->child(0)->text(0), QStringLiteral("Alopecia"));
+        rellenarFicha({{u"Descripcion"_s, u"Alopecia"_s}}, &titulo);
+        pulsar(w, u"cmdAnadirHijo"_s);
+        QCOMPARE(titulo, u"Añadir Diagnóstico"_s);
+        nodoPiel = buscarItem(arbol, u"Piel"_s);
+        QCOMPARE(columna(*arbol, 0), (QStringList{u"Cardiología"_s, u"Piel"_s}));
+        QCOMPARE(nodoPiel->child(0)->text(0), u"Alopecia"_s);
         QCOMPARE(arbol->currentItem(), nodoPiel->child(0));
+        capturar(w, u"editor-arbol.png"_s);
 
-        alAbrirModal([&](QDialog* dlg) {
-            if (!dlg) return;
-            dlg->findChild<QLineEdit*>(QStringLiteral("txtDescripcion"))
-                ->setText(QStringLiteral("Oftalmología"));
-            QTest::mouseClick(dlg->findChild<QPushButton*>(QStringLiteral("cmdAceptar")), Qt::LeftButton);
-        });
-        QTest::mouseClick(w.findChild<QPushButton*>(QStringLiteral("cmdAnadirRaiz")), Qt::LeftButton);
+        rellenarFicha({{u"Descripcion"_s, u"Oftalmología"_s}});
+        pulsar(w, u"cmdAnadirRaiz"_s);
         QCOMPARE(arbol->topLevelItemCount(), 3);
 
-        arbol->setCurrentItem(buscarItem(arbol, QStringLiteral("Piel")));
-        d.si();
-        QTest::mouseClick(w.findChild<QPushButton*>(QStringLiteral("cmdEliminar")), Qt::LeftButton);
-        QCOMPARE(d.ultimoTexto(),
-                 QStringLiteral("¿Desea realmente eliminar el objeto seleccionado? (Se eliminarán "
-                                "todos sus hijos también)"));
-        QCOMPARE(arbol->topLevelItemCount(), 2);
-        QVERIFY(!buscarItem(arbol, QStringLiteral("Alopecia")));
-        QCOMPARE(RegistroStore(t.db()).contar(tabla(tb)), 2);
+        arbol->setCurrentItem(buscarItem(arbol, u"Piel"_s));
+        s.d.si();
+        pulsar(w, u"cmdEliminar"_s);
+        QCOMPARE(s.d.ultimoTexto(), u"¿Desea realmente eliminar el objeto seleccionado? (Se eliminarán "
+                                    "todos sus hijos también)"_s);
+        QVERIFY(!buscarItem(arbol, u"Alopecia"_s));
+        QCOMPARE(s.s.contar(tb), 2);
     }
 
     void ventanaConfBd() {
-        TestDb t;
-        ScriptedDialogs d;
-        Entorno e(t.db(), d, reloj_);
-        e.ajustes().completarPorDefecto();
-        ConfBdWindow w(e);
-        QCOMPARE(w.windowTitle(), QStringLiteral("Configuración de la Base de Datos"));
-        auto* compactacion = w.findChild<QLabel*>(QStringLiteral("lblAutocompactacion"));
-        auto* contabilidad = w.findChild<QLabel*>(QStringLiteral("lblContabilidad"));
-        QCOMPARE(compactacion->text(), QStringLiteral("AUTOCOMPACTACIÓN DESACTIVADA"));
-        QCOMPARE(contabilidad->text(), QStringLiteral("CONTABILIDAD VISIBLE PARA TODOS LOS USUARIOS"));
-        QVERIFY(w.findChild<QLineEdit*>(QStringLiteral("txtMultipuesto"))->isReadOnly());
-
-        auto* dias = w.findChild<QLineEdit*>(QStringLiteral("txtDiasCompactacion"));
-        dias->clear();
-        QTest::keyClicks(dias, QStringLiteral("10"));
-        QCOMPARE(compactacion->text(), QStringLiteral("AUTOCOMPACTACIÓN ACTIVADA CADA 10 DÍAS"));
-        w.findChild<QCheckBox*>(QStringLiteral("chkContabSoloAdministradores"))->setChecked(true);
-        QCOMPARE(contabilidad->text(), QStringLiteral("CONTABILIDAD VISIBLE SÓLO PARA ADMINISTRADORES"));
+        Sesion s;
+        s.e.ajustes().completarPorDefecto();
+        ConfBdWindow w(s.e);
+        auto* compactacion = hijo<QLabel>(w, u"lblAutocompactacion"_s);
+        auto* contabilidad = hijo<QLabel>(w, u"lblContabilidad"_s);
+        QCOMPARE(compactacion->text(), u"AUTOCOMPACTACIÓN DESACTIVADA"_s);
+        QVERIFY(hijo<QLineEdit>(w, u"txtMultipuesto"_s)->isReadOnly());
+        escribir(w, u"txtDiasCompactacion"_s, u"10"_s);
+        QCOMPARE(compactacion->text(), u"AUTOCOMPACTACIÓN ACTIVADA CADA 10 DÍAS"_s);
+        hijo<QCheckBox>(w, u"chkContabSoloAdministradores"_s)->setChecked(true);
+        QCOMPARE(contabilidad->text(), u"CONTABILIDAD VISIBLE SÓLO PARA ADMINISTRADORES"_s);
+        capturar(w, u"configuracion-bd.png"_s);
 
         // A wrong port is refused and focused; after fixing it the settings are saved.
-        auto* puerto = w.findChild<QLineEdit*>(QStringLiteral("txtPuertoUdpChat"));
-        puerto->setText(QStringLiteral("70000"));
+        auto* puerto = hijo<QLineEdit>(w, u"txtPuertoUdpChat"_s);
+        puerto->setText(u"70000"_s);
         w.show();
-        QTest::mouseClick(w.findChild<QPushButton*>(QStringLiteral("cmdAceptar")), Qt::LeftButton);
-        QCOMPARE(d.ultimoTexto(),
-                 QStringLiteral("El puerto UDP del chat debe ser un número entero entre 1 y 65535."));
+        pulsar(w, u"cmdAceptar"_s);
+        QCOMPARE(s.d.ultimoTexto(), u"El puerto UDP del chat debe ser un número entero entre 1 y 65535."_s);
         QVERIFY(w.isVisible());
         QCOMPARE(w.focusWidget(), puerto);
-        QCOMPARE(e.ajustes().leer(claves::DIAS_COMPACTACION), QStringLiteral("0"));
-        puerto->setText(QStringLiteral("5151"));
-        QTest::mouseClick(w.findChild<QPushButton*>(QStringLiteral("cmdAceptar")), Qt::LeftButton);
+        QCOMPARE(s.e.ajustes().leer(claves::DIAS_COMPACTACION), u"0"_s);
+        puerto->setText(u"5151"_s);
+        pulsar(w, u"cmdAceptar"_s);
         QCOMPARE(w.result(), int(QDialog::Accepted));
-        QCOMPARE(e.ajustes().leer(claves::DIAS_COMPACTACION), QStringLiteral("10"));
-        QCOMPARE(e.ajustes().leer(claves::CONTAB_SOLO_ADMINISTRADORES), QStringLiteral("S"));
-        QCOMPARE(e.ajustes().leer(claves::PUERTO_UDP_CHAT), QStringLiteral("5151"));
-    }
-
-    // Screenshots for the documentation (only with PRAMELVIX_CAPTURAS).
-    void capturas() {
-        if (qEnvironmentVariableIsEmpty("PRAMELVIX_CAPTURAS")) QSKIP("PRAMELVIX_CAPTURAS no está definido");
-        TestDb t;
-        ScriptedDialogs d;
-        Entorno e(t.db(), d, reloj_);
-        e.ajustes().completarPorDefecto();
-        for (const auto& [forma, declarable] :
-             QList<QPair<QString, QString>>{{QStringLiteral("EFECTIVO"), QStringLiteral("Sí")},
-                                            {QStringLiteral("TARJETA"), QStringLiteral("Sí")},
-                                            {QStringLiteral("TRANSFERENCIA"), QStringLiteral("Sí")},
-                                            {QStringLiteral("VALE"), QStringLiteral("No")},
-                                            {QStringLiteral("ENTREGA A CUENTA"), QStringLiteral("No")}})
-            QVERIFY(
-                crear(e, QStringLiteral("FormasPago"),
-                      {{QStringLiteral("Descripcion"), forma}, {QStringLiteral("Declarable"), declarable}})
-                    .isValid());
-        EditorListaWindow lista(e, tabla(QStringLiteral("FormasPago")));
-        lista.findChild<QTreeWidget*>(QStringLiteral("lstRegistros"))
-            ->setCurrentItem(lista.findChild<QTreeWidget*>(QStringLiteral("lstRegistros"))->topLevelItem(1));
-        capturar(lista, QStringLiteral("editor-lista.png"));
-
-        const QString tb = QStringLiteral("Diagnosticos");
-        const QVariant piel = crearNodo(t.db(), tb, QStringLiteral("Dermatología"), {});
-        const QVariant derm = crearNodo(t.db(), tb, QStringLiteral("Dermatitis"), piel);
-        crearNodo(t.db(), tb, QStringLiteral("Dermatitis atópica"), derm);
-        crearNodo(t.db(), tb, QStringLiteral("Dermatitis por pulgas (DAPP)"), derm);
-        crearNodo(t.db(), tb, QStringLiteral("Otitis externa"), piel);
-        const QVariant digest = crearNodo(t.db(), tb, QStringLiteral("Digestivo"), {});
-        crearNodo(t.db(), tb, QStringLiteral("Gastroenteritis"), digest);
-        crearNodo(t.db(), tb, QStringLiteral("Pancreatitis"), digest);
-        crearNodo(t.db(), tb, QStringLiteral("Traumatología"), {});
-        EditorArbolWindow arbol(e, tabla(tb));
-        auto* a = arbol.findChild<QTreeWidget*>(QStringLiteral("arbRegistros"));
-        a->setCurrentItem(buscarItem(a, QStringLiteral("Dermatitis")));
-        capturar(arbol, QStringLiteral("editor-arbol.png"));
-
-        FichaForm ficha(e, tabla(QStringLiteral("Poblaciones")));
-        FichaWindow fichaW(ficha);
-        qobject_cast<QLineEdit*>(fichaW.entrada(QStringLiteral("Descripcion")))
-            ->setText(QStringLiteral("Alcalá de Henares"));
-        qobject_cast<QLineEdit*>(fichaW.entrada(QStringLiteral("CodigoPostal")))
-            ->setText(QStringLiteral("28801"));
-        capturar(fichaW, QStringLiteral("ficha-parametro.png"));
-
-        e.ajustes().escribir(claves::DIAS_COMPACTACION, QStringLiteral("15"));
-        e.ajustes().escribir(claves::NOM_PRESENT, QStringLiteral("Clínica Veterinaria San Antón"));
-        e.ajustes().escribir(claves::NIF_PRESENT, QStringLiteral("B12345678"));
-        ConfBdWindow conf(e);
-        capturar(conf, QStringLiteral("configuracion-bd.png"));
+        QCOMPARE(s.e.ajustes().leer(claves::DIAS_COMPACTACION), u"10"_s);
+        QCOMPARE(s.e.ajustes().leer(claves::CONTAB_SOLO_ADMINISTRADORES), u"S"_s);
+        QCOMPARE(s.e.ajustes().leer(claves::PUERTO_UDP_CHAT), u"5151"_s);
     }
 };
 
-int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    if (!TestDb::motorDisponible()) return 77;
-    TestEditoresGui prueba;
-    return QTest::qExec(&prueba, argc, argv);
-}
+PMX_GUI_TEST_MAIN(TestEditoresGui)
 #include "test_editores_gui.moc"

@@ -2,14 +2,15 @@
 // headers, a selected row filling the fields with the password mark, the question when
 // leaving unsaved changes, and the search buttons while their tables do not exist.
 // With PRAMELVIX_CAPTURAS set to a folder the windows are saved there as PNG images.
+#include "app/bloqueo_edicion.h"
 #include "app/claves.h"
 #include "app/usuario_store.h"
 #include "data/esquema.h"
 #include "data/registro.h"
+#include "gui.h"
+#include "gui/bloqueos_window.h"
 #include "gui/conf_puesto_window.h"
 #include "gui/usuarios_window.h"
-#include "scripted_dialogs.h"
-#include "test_db.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -18,152 +19,105 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTreeWidget>
 
 class TestUsuariosGui : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(9, 0))};
-
-    struct Caso {
-        TestDb t;
-        ScriptedDialogs d;
-        std::unique_ptr<Entorno> e;
-    };
-
-    std::unique_ptr<Caso> caso() {
-        auto c = std::make_unique<Caso>();
-        const QList<std::tuple<QString, QString, QString>> usuarios = {
-            {QStringLiteral("ana"), QStringLiteral("Ana Belén Núñez"), kTipoAdministrador},
-            {QStringLiteral("luis"), QStringLiteral("Luis Pérez"), kTipoUsuario},
-            {QStringLiteral("recepcion"), QStringLiteral("Recepción (mañanas)"), kTipoUsuario}};
-        for (const auto& [id, nombre, tipo] : usuarios) {
-            const QString sal = nuevaSal();
-            UsuarioStore(c->t.db()).guardar({id, nombre, sal, hashClave(sal, QStringLiteral("clave")), tipo});
-        }
-        c->e = std::make_unique<Entorno>(c->t.db(), c->d, reloj_);
-        c->e->puesto = QStringLiteral("CONSULTA1");
-        c->e->usuario = QStringLiteral("ana");
-        c->e->tipoUsuario = kTipoAdministrador;
+    // Users ana (administrator, logged in), luis and recepcion, all with password "clave".
+    static std::unique_ptr<Sesion> caso() {
+        auto c = std::make_unique<Sesion>();
+        c->s.usuario(u"ana"_s, kTipoAdministrador, u"clave"_s, u"Ana Belén Núñez"_s);
+        c->s.usuario(u"luis"_s, kTipoUsuario, u"clave"_s, u"Luis Pérez"_s);
+        c->s.usuario(u"recepcion"_s, kTipoUsuario, u"clave"_s, u"Recepción (mañanas)"_s);
         return c;
-    }
-
-    static void capturar(QWidget& w, const QString& nombre) {
-        const QString carpeta = qEnvironmentVariable("PRAMELVIX_CAPTURAS");
-        if (carpeta.isEmpty()) return;
-        w.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&w));
-        QVERIFY(w.grab().save(QDir(carpeta).filePath(nombre)));
-    }
-
-    template <typename W> static W* hijo(QWidget& w, const QString& nombre) {
-        W* h = w.findChild<W*>(nombre);
-        if (!h) qFatal("falta el control %s", qPrintable(nombre));
-        return h;
     }
 
 private slots:
     void listaYMarcaDeClave() {
         auto c = caso();
-        UsuariosWindow w(*c->e);
-        QCOMPARE(w.windowTitle(), QStringLiteral("Usuarios"));
-        auto* lista = hijo<QTreeWidget>(w, QStringLiteral("lvwUsuarios"));
-        QCOMPARE(lista->headerItem()->text(0), QStringLiteral("Id. Usuario"));
-        QCOMPARE(lista->headerItem()->text(1), QStringLiteral("Nombre"));
+        UsuariosWindow w(c->e);
+        auto* lista = hijo<QTreeWidget>(w, u"lvwUsuarios"_s);
         QCOMPARE(lista->topLevelItemCount(), 3);
-        QCOMPARE(lista->topLevelItem(2)->text(1), QStringLiteral("Recepción (mañanas)"));
+        QCOMPARE(lista->topLevelItem(2)->text(1), u"Recepción (mañanas)"_s);
 
-        auto* id = hijo<QLineEdit>(w, QStringLiteral("txtIdUsuario"));
-        auto* nombre = hijo<QLineEdit>(w, QStringLiteral("txtNombre"));
-        auto* clave = hijo<QLineEdit>(w, QStringLiteral("txtClave"));
-        auto* confirmacion = hijo<QLineEdit>(w, QStringLiteral("txtConfirmacion"));
-        auto* tipo = hijo<QComboBox>(w, QStringLiteral("cboTipoUsuario"));
-        QCOMPARE(tipo->count(), 2);
-        QCOMPARE(tipo->itemText(0), QStringLiteral("Administrador"));
-        QCOMPARE(tipo->itemText(1), QStringLiteral("Usuario"));
+        auto* id = hijo<QLineEdit>(w, u"txtIdUsuario"_s);
+        auto* nombre = hijo<QLineEdit>(w, u"txtNombre"_s);
+        auto* clave = hijo<QLineEdit>(w, u"txtClave"_s);
+        auto* confirmacion = hijo<QLineEdit>(w, u"txtConfirmacion"_s);
+        auto* tipo = hijo<QComboBox>(w, u"cboTipoUsuario"_s);
 
         lista->setCurrentItem(lista->topLevelItem(1));
-        QCOMPARE(id->text(), QStringLiteral("luis"));
-        QCOMPARE(nombre->text(), QStringLiteral("Luis Pérez"));
-        QCOMPARE(clave->text(), QStringLiteral("********"));
-        QCOMPARE(confirmacion->text(), QStringLiteral("********"));
+        QCOMPARE(id->text(), u"luis"_s);
+        QCOMPARE(nombre->text(), u"Luis Pérez"_s);
+        QCOMPARE(clave->text(), u"********"_s);
+        QCOMPARE(confirmacion->text(), u"********"_s);
         QCOMPARE(clave->echoMode(), QLineEdit::Password);
-        QCOMPARE(tipo->currentText(), QStringLiteral("Usuario"));
+        QCOMPARE(tipo->currentText(), u"Usuario"_s);
         QVERIFY(id->isReadOnly());
-        capturar(w, QStringLiteral("usuarios.png"));
+        capturar(w, u"usuarios.png"_s);
 
         // Typing marks the user as changed; choosing another row and answering No keeps
         // the row and what was typed.
         nombre->setFocus();
-        QTest::keyClicks(nombre, QStringLiteral(" Gil"));
+        QTest::keyClicks(nombre, u" Gil"_s);
         QVERIFY(w.form().modificado());
         c->d.no();
         lista->setCurrentItem(lista->topLevelItem(2));
-        QCOMPARE(c->d.textos(),
-                 QStringList{QStringLiteral(
-                     "Las modificaciones realizadas a este Usuario no han sido guardadas. ¿Confirma que "
-                     "desea seleccionar otro Usuario y perder los cambios efectuados?")});
+        QCOMPARE(
+            c->d.textos(),
+            QStringList{u"Las modificaciones realizadas a este Usuario no han sido guardadas. ¿Confirma que "
+                        "desea seleccionar otro Usuario y perder los cambios efectuados?"_s});
         QCOMPARE(lista->currentItem(), lista->topLevelItem(1));
-        QCOMPARE(nombre->text(), QStringLiteral("Luis Pérez Gil"));
+        QCOMPARE(nombre->text(), u"Luis Pérez Gil"_s);
 
         // Saving through the button keeps the password and refreshes the list.
-        const auto antes = UsuarioStore(c->t.db()).cargar(QStringLiteral("luis"));
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdGuardar")), Qt::LeftButton);
-        const auto despues = UsuarioStore(c->t.db()).cargar(QStringLiteral("luis"));
-        QCOMPARE(despues->Nombre, QStringLiteral("Luis Pérez Gil"));
+        const auto antes = UsuarioStore(c->t.db()).cargar(u"luis"_s);
+        pulsar(w, u"cmdGuardar"_s);
+        const auto despues = UsuarioStore(c->t.db()).cargar(u"luis"_s);
+        QCOMPARE(despues->Nombre, u"Luis Pérez Gil"_s);
         QCOMPARE(despues->Hash, antes->Hash);
-        QCOMPARE(lista->topLevelItem(1)->text(1), QStringLiteral("Luis Pérez Gil"));
-        QCOMPARE(clave->text(), QStringLiteral("********"));
+        QCOMPARE(lista->topLevelItem(1)->text(1), u"Luis Pérez Gil"_s);
+        QCOMPARE(clave->text(), u"********"_s);
 
         // A new user: the identifier opens for typing and the mandatory checks put the
         // focus on the field.
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdNuevo")), Qt::LeftButton);
+        pulsar(w, u"cmdNuevo"_s);
         QVERIFY(!id->isReadOnly());
         QCOMPARE(clave->text(), QString());
-        QTest::keyClicks(id, QStringLiteral("pepe"));
-        QTest::keyClicks(clave, QStringLiteral("abc"));
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdGuardar")), Qt::LeftButton);
-        QCOMPARE(c->d.ultimoTexto(),
-                 QStringLiteral("Debe repetir la contraseña en el campo 'Confirmación'."));
+        QTest::keyClicks(id, u"pepe"_s);
+        QTest::keyClicks(clave, u"abc"_s);
+        pulsar(w, u"cmdGuardar"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"Debe repetir la contraseña en el campo 'Confirmación'."_s);
         QCOMPARE(w.focusWidget(), confirmacion);
     }
 
     void configuracionDelPuesto() {
         auto c = caso();
         QTemporaryDir carpeta;
-        QFile ini(QDir(carpeta.path()).filePath(QStringLiteral("PRAMELVIX.INI")));
+        QFile ini(QDir(carpeta.path()).filePath(u"PRAMELVIX.INI"_s));
         QVERIFY(ini.open(QIODevice::WriteOnly));
         ini.write("[IMPRESORA TICKETS]\r\nTIPO=2\r\nPUERTO=/dev/ttyUSB0\r\nVELOCIDAD=19200\r\n");
         ini.close();
-        c->e->carpetaPrograma = carpeta.path();
-        const DescriptorTabla* series = descriptorTabla(QStringLiteral("Series"));
-        for (const auto& [codigo, descripcion, tipo] : QList<std::tuple<QString, QString, QString>>{
-                 {QStringLiteral("A"), QStringLiteral("Ventas"), QStringLiteral("V")},
-                 {QStringLiteral("AB"), QStringLiteral("Abonos"), QStringLiteral("A")}}) {
-            Registro r(*series);
-            r.setValor(QStringLiteral("Serie"), codigo);
-            r.setValor(QStringLiteral("Descripcion"), descripcion);
-            r.setValor(QStringLiteral("Tipo"), tipo);
-            RegistroStore(c->t.db()).crear(r);
-        }
+        c->e.carpetaPrograma = carpeta.path();
+        c->s.fila(u"Series"_s, {{u"Serie"_s, u"A"_s}, {u"Descripcion"_s, u"Ventas"_s}, {u"Tipo"_s, u"V"_s}});
+        c->s.fila(u"Series"_s, {{u"Serie"_s, u"AB"_s}, {u"Descripcion"_s, u"Abonos"_s}, {u"Tipo"_s, u"A"_s}});
 
-        ConfPuestoWindow w(*c->e);
-        QCOMPARE(w.windowTitle(), QStringLiteral("Datos de la configuración del puesto"));
+        ConfPuestoWindow w(c->e);
         QVERIFY(c->d.mensajes().isEmpty());
-        auto* puerto = hijo<QComboBox>(w, QStringLiteral("cboPuerto"));
-        QCOMPARE(puerto->currentText(), QStringLiteral("/dev/ttyUSB0"));
+        auto* puerto = hijo<QComboBox>(w, u"cboPuerto"_s);
+        QCOMPARE(puerto->currentText(), u"/dev/ttyUSB0"_s);
         QVERIFY(puerto->isEnabled());
-        QVERIFY(!hijo<QComboBox>(w, QStringLiteral("cboImpresora"))->isEnabled());
-        QCOMPARE(hijo<QComboBox>(w, QStringLiteral("cboVelocidad"))->currentText(), QStringLiteral("19200"));
-        QCOMPARE(hijo<QComboBox>(w, QStringLiteral("cboParidad"))->currentText(),
-                 QStringLiteral("NINGUNO (N)"));
-        auto* serieVenta = hijo<QComboBox>(w, QStringLiteral("cboSerieVenta"));
+        QVERIFY(!hijo<QComboBox>(w, u"cboImpresora"_s)->isEnabled());
+        QCOMPARE(hijo<QComboBox>(w, u"cboVelocidad"_s)->currentText(), u"19200"_s);
+        QCOMPARE(hijo<QComboBox>(w, u"cboParidad"_s)->currentText(), u"NINGUNO (N)"_s);
+        auto* serieVenta = hijo<QComboBox>(w, u"cboSerieVenta"_s);
         QCOMPARE(serieVenta->count(), 2);
-        QCOMPARE(serieVenta->itemText(1), QStringLiteral("A - Ventas"));
+        QCOMPARE(serieVenta->itemText(1), u"A - Ventas"_s);
 
         // The search buttons work only once their table is in the catalogue.
-        for (const auto& [boton, tabla] :
-             {std::pair{QStringLiteral("cmdBuscarCliente"), QStringLiteral("Clientes")},
-              std::pair{QStringLiteral("cmdBuscarArticulo"), QStringLiteral("Articulos")}}) {
+        for (const auto& [boton, tabla] : {std::pair{u"cmdBuscarCliente"_s, u"Clientes"_s},
+                                           std::pair{u"cmdBuscarArticulo"_s, u"Articulos"_s}}) {
             auto* b = hijo<QPushButton>(w, boton);
             QCOMPARE(b->isEnabled(), descriptorTabla(tabla) != nullptr);
             QVERIFY(!b->toolTip().isEmpty());
@@ -171,25 +125,64 @@ private slots:
 
         // Choosing in the drop-downs reaches the form, and saving writes both places.
         serieVenta->setCurrentIndex(1);
-        hijo<QComboBox>(w, QStringLiteral("cboSerieAbono"))->setCurrentIndex(1);
-        hijo<QComboBox>(w, QStringLiteral("cboTarifa"))->setCurrentIndex(2);
-        capturar(w, QStringLiteral("configuracion-puesto.png"));
+        hijo<QComboBox>(w, u"cboSerieAbono"_s)->setCurrentIndex(1);
+        hijo<QComboBox>(w, u"cboTarifa"_s)->setCurrentIndex(2);
+        capturar(w, u"configuracion-puesto.png"_s);
         QSignalSpy guardado(&w, &ConfPuestoWindow::guardado);
-        QTest::mouseClick(hijo<QPushButton>(w, QStringLiteral("cmdGuardar")), Qt::LeftButton);
+        pulsar(w, u"cmdGuardar"_s);
         QVERIFY2(c->d.mensajes().isEmpty(), qPrintable(c->d.ultimoTexto()));
         QCOMPARE(guardado.size(), 1);
-        const ConfiguracionPuesto guardada = ConfPuestoStore(c->t.db()).cargar(QStringLiteral("CONSULTA1"));
-        QCOMPARE(guardada.SerieVenta, QStringLiteral("A"));
-        QCOMPARE(guardada.SerieAbono, QStringLiteral("AB"));
-        QCOMPARE(guardada.Tarifa, QStringLiteral("TARIFA 2"));
+        const ConfiguracionPuesto guardada = ConfPuestoStore(c->t.db()).cargar(u"CONSULTA1"_s);
+        QCOMPARE(guardada.SerieVenta, u"A"_s);
+        QCOMPARE(guardada.SerieAbono, u"AB"_s);
+        QCOMPARE(guardada.Tarifa, u"TARIFA 2"_s);
+    }
+
+    // The lock manager: the search button with its filter, deleting the chosen lock and all
+    // of them after the questions, and closing.
+    void ventanaBloqueos() {
+        auto c = caso();
+        DescriptorTabla clientes, mascotas;
+        clientes.tabla = u"Clientes"_s;
+        clientes.descTabla = u"Cliente"_s;
+        mascotas.tabla = u"Mascotas"_s;
+        mascotas.descTabla = u"Mascota"_s;
+        auto bloquear = [&](const DescriptorTabla& t, const QString& clave, const QString& texto) {
+            return almacenBloqueos(c->e).bloquearRegistro(t, clave, texto, AccionBloqueo::Modificacion);
+        };
+        QVERIFY(bloquear(clientes, u"12"_s, u"Núñez, María"_s));
+        auto* w = new BloqueosWindow(c->e);
+        QPointer<BloqueosWindow> vigia(w);
+        QCOMPARE(w->objectName(), u"frmBloqueos"_s);
+        auto* lista = hijo<QTableWidget>(*w, u"grdBloqueos"_s);
+        QCOMPARE(lista->rowCount(), 1);
+        QCOMPARE(lista->item(0, 3)->text(), u"23/11/2026"_s);
+        w->show();
+        capturar(*w, u"bloqueos.png"_s);
+
+        QVERIFY(bloquear(mascotas, u"30"_s, u"Toby (perro)"_s));
+        pulsar(*w, u"cmdBuscar"_s);
+        QCOMPARE(lista->rowCount(), 2);
+        hijo<QLineEdit>(*w, u"txtFiltro"_s)->setText(u"toby"_s);
+        pulsar(*w, u"cmdBuscar"_s);
+        QCOMPARE(lista->rowCount(), 1);
+        QCOMPARE(lista->item(0, 0)->text(), u"Toby (perro)"_s);
+        lista->selectRow(0);
+        c->d.si();
+        pulsar(*w, u"cmdEliminar"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"¿Desea realmente eliminar el Bloqueo seleccionado?"_s);
+        QCOMPARE(lista->rowCount(), 0);
+        QCOMPARE(almacenBloqueos(c->e).contar(), 1);
+
+        hijo<QLineEdit>(*w, u"txtFiltro"_s)->clear();
+        c->d.si();
+        pulsar(*w, u"cmdEliminarTodos"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"¿Desea realmente eliminar todos los bloqueos?"_s);
+        QCOMPARE(almacenBloqueos(c->e).contar(), 0);
+        pulsar(*w, u"cmdCerrar"_s);
+        QTRY_VERIFY(vigia.isNull());
     }
 };
 
-int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    if (!TestDb::motorDisponible()) return 77;
-    TestUsuariosGui prueba;
-    return QTest::qExec(&prueba, argc, argv);
-}
-
+PMX_GUI_TEST_MAIN(TestUsuariosGui)
 #include "test_usuarios_gui.moc"

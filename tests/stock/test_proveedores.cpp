@@ -6,6 +6,8 @@
 #include "scripted_dialogs.h"
 #include "test_db.h"
 
+using namespace Qt::StringLiterals;
+
 class TestProveedores : public QObject {
     Q_OBJECT
     FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(9, 0))};
@@ -14,16 +16,17 @@ private slots:
     void subcuentaDelProveedor_data() {
         QTest::addColumn<QString>("subcuenta");
         QTest::addColumn<QString>("mensaje"); // empty: saved
-        const QString prefijo = QStringLiteral(" La Subcuenta Contable para el Proveedor debe comenzar por '400'.");
+        auto fila = [](const char* nombre, QString a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
+        const QString prefijo = u" La Subcuenta Contable para el Proveedor debe comenzar por '400'."_s;
         const QString numerica =
-            QStringLiteral(" La Subcuenta Contable para el Proveedor sólo puede contener caracteres numéricos.");
-        QTest::newRow("vacía") << QString() << QString();
-        QTest::newRow("correcta") << QStringLiteral("400000123") << QString();
-        QTest::newRow("sólo el prefijo") << QStringLiteral("400") << QString();
-        QTest::newRow("de cliente") << QStringLiteral("430000001") << prefijo;
-        QTest::newRow("corta") << QStringLiteral("40") << prefijo;
-        QTest::newRow("con letra") << QStringLiteral("400A1") << numerica;
-        QTest::newRow("con punto") << QStringLiteral("400.12") << numerica;
+            u" La Subcuenta Contable para el Proveedor sólo puede contener caracteres numéricos."_s;
+        fila("vacía", QString(), QString());
+        fila("correcta", u"400000123"_s, QString());
+        fila("sólo el prefijo", u"400"_s, QString());
+        fila("de cliente", u"430000001"_s, prefijo);
+        fila("corta", u"40"_s, prefijo);
+        fila("con letra", u"400A1"_s, numerica);
+        fila("con punto", u"400.12"_s, numerica);
     }
     void subcuentaDelProveedor() {
         QFETCH(QString, subcuenta);
@@ -31,11 +34,11 @@ private slots:
         TestDb t;
         ScriptedDialogs d;
         Entorno e(t.db(), d, reloj_);
-        e.puesto = QStringLiteral("RECEPCION");
-        const DescriptorTabla& proveedores = *descriptorTabla(QStringLiteral("Proveedores"));
+        e.puesto = u"RECEPCION"_s;
+        const DescriptorTabla& proveedores = *descriptorTabla(u"Proveedores"_s);
         FichaForm f(e, proveedores);
-        f.setTexto(QStringLiteral("Nombre"), QStringLiteral("Distribuciones Veterinarias del Sur, S.L."));
-        f.setTexto(QStringLiteral("Subcuenta"), subcuenta);
+        f.setTexto(u"Nombre"_s, u"Distribuciones Veterinarias del Sur, S.L."_s);
+        f.setTexto(u"Subcuenta"_s, subcuenta);
         const bool guardado = f.guardar();
         const qint64 filas = RegistroStore(t.db()).contar(proveedores);
         if (mensaje.isEmpty()) {
@@ -46,9 +49,9 @@ private slots:
         QVERIFY(!guardado);
         QCOMPARE(filas, 0);
         QCOMPARE(d.ultimo().icono, Icono::Critico);
-        QCOMPARE(d.ultimo().titulo, QStringLiteral("¡Atención!"));
+        QCOMPARE(d.ultimo().titulo, u"¡Atención!"_s);
         QCOMPARE(d.ultimoTexto(), mensaje);
-        QCOMPARE(f.foco(), QStringLiteral("Subcuenta"));
+        QCOMPARE(f.foco(), u"Subcuenta"_s);
     }
 };
 

@@ -2,45 +2,41 @@
 // that hold its articles, after the question, with the database locked for administration.
 #include "app/bloqueo_edicion.h"
 #include "app/ficha_form.h"
-#include "datos_articulos.h"
-#include "scripted_dialogs.h"
+#include "data/esquema.h"
+#include "sesion.h"
 #include "stock/serie_subfamilia.h"
-#include "test_db.h"
+
+using namespace Qt::StringLiterals;
 
 class TestSerieSubfamilia : public QObject {
     Q_OBJECT
-    FixedClock reloj_{QDateTime(QDate(2026, 11, 23), QTime(9, 0))};
 
-    struct Caso {
-        TestDb t;
-        ScriptedDialogs d;
-        std::unique_ptr<Entorno> e;
+    struct Caso : Sesion {
         qint64 subfamilia = 0, pendiente = 0, facturada = 0, otra = 0;
     };
 
     std::unique_ptr<Caso> caso() {
         registrarReglasArticulos();
         auto c = std::make_unique<Caso>();
-        c->e = std::make_unique<Entorno>(c->t.db(), c->d, reloj_);
-        c->e->puesto = QStringLiteral("RECEPCION");
-        c->e->usuario = QStringLiteral("ana");
-        DatosArticulos datos(c->t.db());
-        const qint64 s = datos.seccion(QStringLiteral("Farmacia"));
-        const qint64 f = datos.familia(s, QStringLiteral("Antiparasitarios"));
-        c->subfamilia = datos.subfamilia(f, QStringLiteral("Pipetas"), QStringLiteral("A"));
-        const qint64 otraSub = datos.subfamilia(f, QStringLiteral("Collares"), QStringLiteral("A"));
-        const qint64 iva = datos.iva(QStringLiteral("General"), 21);
-        const qint64 pipeta = datos.articulo(QStringLiteral("Pipeta"), s, f, c->subfamilia, iva);
-        const qint64 collar = datos.articulo(QStringLiteral("Collar"), s, f, otraSub, iva);
-        c->pendiente = datos.linea(datos.albaran(1), pipeta, QStringLiteral("A"));
-        c->facturada = datos.linea(datos.albaran(2, 7), pipeta, QStringLiteral("A"));
-        c->otra = datos.linea(datos.albaran(3), collar, QStringLiteral("A"));
+        c->e.puesto = u"RECEPCION"_s;
+        c->e.usuario = u"ana"_s;
+        Semilla& datos = c->s;
+        const qint64 s = datos.seccion(u"Farmacia"_s);
+        const qint64 f = datos.familia(s, u"Antiparasitarios"_s);
+        c->subfamilia = datos.subfamilia(f, u"Pipetas"_s, u"A"_s);
+        const qint64 otraSub = datos.subfamilia(f, u"Collares"_s, u"A"_s);
+        const qint64 iva = datos.iva(u"General"_s, 21);
+        const qint64 pipeta = datos.articulo(u"Pipeta"_s, s, f, c->subfamilia, iva);
+        const qint64 collar = datos.articulo(u"Collar"_s, s, f, otraSub, iva);
+        c->pendiente = datos.linea(datos.albaran(1), pipeta, u"A"_s);
+        c->facturada = datos.linea(datos.albaran(2, 7), pipeta, u"A"_s);
+        c->otra = datos.linea(datos.albaran(3), collar, u"A"_s);
         return c;
     }
 
     FichaForm ficha(Caso& c) {
-        const DescriptorTabla& t = *descriptorTabla(QStringLiteral("Subfamilias"));
-        return FichaForm(*c.e, *RegistroStore(c.t.db()).cargar(t, c.subfamilia));
+        const DescriptorTabla& t = *descriptorTabla(u"Subfamilias"_s);
+        return FichaForm(c.e, *RegistroStore(c.db()).cargar(t, c.subfamilia));
     }
 
 private slots:
@@ -48,74 +44,69 @@ private slots:
         auto c = caso();
         FichaForm f = ficha(*c);
         QVERIFY(f.bloquear());
-        f.setTexto(QStringLiteral("Serie"), QStringLiteral("B"));
+        f.setTexto(u"Serie"_s, u"B"_s);
         c->d.si();
         QVERIFY(f.guardar());
-        QCOMPARE(c->d.mensajes().first().titulo, QStringLiteral("Atención"));
-        QVERIFY(c->d.mensajes().first().texto.startsWith(
-            QStringLiteral(" Ha cambiado la Serie de la Pipetas y será")));
-        QCOMPARE(c->d.ultimoTexto(), QStringLiteral("Actualización realizada correctamente."));
-        DatosArticulos datos(c->t.db());
-        QCOMPARE(datos.serieLinea(c->pendiente), QStringLiteral("B"));
-        QCOMPARE(datos.serieLinea(c->facturada), QStringLiteral("A")); // invoiced: untouched
-        QCOMPARE(datos.serieLinea(c->otra), QStringLiteral("A"));      // another subfamily
-        QCOMPARE(c->t.db()
-                     .valor(QStringLiteral("SELECT Serie FROM Subfamilias WHERE IdSubfamilia = ?"),
-                            {c->subfamilia})
+        QCOMPARE(c->d.mensajes().first().titulo, u"Atención"_s);
+        QVERIFY(c->d.mensajes().first().texto.startsWith(u" Ha cambiado la Serie de la Pipetas y será"_s));
+        QCOMPARE(c->d.ultimoTexto(), u"Actualización realizada correctamente."_s);
+        Semilla& datos = c->s;
+        QCOMPARE(datos.serieLinea(c->pendiente), u"B"_s);
+        QCOMPARE(datos.serieLinea(c->facturada), u"A"_s); // invoiced: untouched
+        QCOMPARE(datos.serieLinea(c->otra), u"A"_s);      // another subfamily
+        QCOMPARE(c->db()
+                     .valor(u"SELECT Serie FROM Subfamilias WHERE IdSubfamilia = ?"_s, {c->subfamilia})
                      .toString(),
-                 QStringLiteral("B"));
+                 u"B"_s);
         // The administration lock is gone afterwards.
-        QCOMPARE(almacenBloqueos(*c->e).contar(), 0);
+        QCOMPARE(almacenBloqueos(c->e).contar(), 0);
     }
 
     void cambioRechazado() {
         auto c = caso();
         FichaForm f = ficha(*c);
-        f.setTexto(QStringLiteral("Serie"), QStringLiteral("B"));
+        f.setTexto(u"Serie"_s, u"B"_s);
         c->d.no();
         QVERIFY(!f.guardar());
         QCOMPARE(c->d.mensajes().size(), 1);
-        DatosArticulos datos(c->t.db());
-        QCOMPARE(datos.serieLinea(c->pendiente), QStringLiteral("A"));
-        QCOMPARE(c->t.db()
-                     .valor(QStringLiteral("SELECT Serie FROM Subfamilias WHERE IdSubfamilia = ?"),
-                            {c->subfamilia})
+        Semilla& datos = c->s;
+        QCOMPARE(datos.serieLinea(c->pendiente), u"A"_s);
+        QCOMPARE(c->db()
+                     .valor(u"SELECT Serie FROM Subfamilias WHERE IdSubfamilia = ?"_s, {c->subfamilia})
                      .toString(),
-                 QStringLiteral("A"));
+                 u"A"_s);
     }
 
     void otroPuestoTrabajandoImpideElCambio() {
         auto c = caso();
         // Two records locked by another workstation: the administration lock is refused.
         ScriptedDialogs d2;
-        Entorno otro(c->t.db(), d2, reloj_);
-        otro.puesto = QStringLiteral("CONSULTA2");
-        otro.usuario = QStringLiteral("luis");
-        const DescriptorTabla& art = *descriptorTabla(QStringLiteral("Articulos"));
-        QVERIFY(almacenBloqueos(otro).bloquearRegistro(art, QStringLiteral("1"), QStringLiteral("Pipeta"),
-                                                       AccionBloqueo::Modificacion, false));
-        QVERIFY(almacenBloqueos(otro).bloquearRegistro(art, QStringLiteral("2"), QStringLiteral("Collar"),
-                                                       AccionBloqueo::Modificacion, false));
+        Entorno otro(c->db(), d2, c->reloj);
+        otro.puesto = u"CONSULTA2"_s;
+        otro.usuario = u"luis"_s;
+        const DescriptorTabla& art = *descriptorTabla(u"Articulos"_s);
+        QVERIFY(almacenBloqueos(otro).bloquearRegistro(art, u"1"_s, u"Pipeta"_s, AccionBloqueo::Modificacion,
+                                                       false));
+        QVERIFY(almacenBloqueos(otro).bloquearRegistro(art, u"2"_s, u"Collar"_s, AccionBloqueo::Modificacion,
+                                                       false));
         FichaForm f = ficha(*c);
-        f.setTexto(QStringLiteral("Serie"), QStringLiteral("B"));
+        f.setTexto(u"Serie"_s, u"B"_s);
         c->d.si();
         QVERIFY(!f.guardar());
-        QVERIFY(c->d.ultimoTexto().startsWith(
-            QStringLiteral(" No es posible bloquear la B.D. para Administración ")));
-        QCOMPARE(DatosArticulos(c->t.db()).serieLinea(c->pendiente), QStringLiteral("A"));
+        QVERIFY(c->d.ultimoTexto().startsWith(u" No es posible bloquear la B.D. para Administración "_s));
+        QCOMPARE(Semilla(c->db()).serieLinea(c->pendiente), u"A"_s);
     }
 
     void sinCambioDeSerieNoPregunta() {
         auto c = caso();
         FichaForm f = ficha(*c);
-        f.setTexto(QStringLiteral("Descripcion"), QStringLiteral("Pipetas y sprays"));
+        f.setTexto(u"Descripcion"_s, u"Pipetas y sprays"_s);
         QVERIFY(f.guardar());
         QVERIFY(c->d.mensajes().isEmpty());
-        QCOMPARE(c->t.db()
-                     .valor(QStringLiteral("SELECT Descripcion FROM Subfamilias WHERE IdSubfamilia = ?"),
-                            {c->subfamilia})
+        QCOMPARE(c->db()
+                     .valor(u"SELECT Descripcion FROM Subfamilias WHERE IdSubfamilia = ?"_s, {c->subfamilia})
                      .toString(),
-                 QStringLiteral("Pipetas y sprays"));
+                 u"Pipetas y sprays"_s);
     }
 };
 
