@@ -225,6 +225,13 @@ private slots:
         a.setTexto(QStringLiteral("PVP1"), QStringLiteral("9,95"));
         QVERIFY(a.guardar());
         QVERIFY(s->d.mensajes().isEmpty());
+        // The question comes before the save checks: answered Yes, the first check still refuses.
+        a.setTexto(QStringLiteral("Articulo"), QStringLiteral("Collar grande"));
+        a.setTexto(QStringLiteral("ArtTipoArticulo"), QString());
+        s->d.si();
+        QVERIFY(!a.guardar());
+        QCOMPARE(s->d.textos(), (QStringList{kPreguntaDescripcionArticulo,
+                                             QStringLiteral("Debe informar el tipo de Artículo")}));
     }
 
     void cambioDeSerieReescribeAlbaranesPendientes() {
