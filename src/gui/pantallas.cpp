@@ -1,6 +1,6 @@
 #include "gui/pantallas.h"
 
-#include "app/conf_puesto_store.h"
+#include "app/conf_puesto_form.h"
 #include "app/parametros_menu.h"
 #include "clients/ui/cambio_propietario_window.h"
 #include "clients/ui/cliente_busqueda_window.h"
@@ -27,15 +27,10 @@
 #include <QApplication>
 
 void aplicarConfiguracionPuesto(MainWindow& w) {
-    Entorno& e = w.entorno();
-    if (!e.hayBaseDatos()) return;
-    try {
-        const ConfiguracionPuesto c = ConfPuestoStore(e.db()).cargar(e.puesto);
-        w.configurarAutoGuardado(c.AutoGuardado);
-        w.configurarCopiaAutomatica(c.HoraCopia.isValid() ? std::optional<QTime>(c.HoraCopia) : std::nullopt);
-    } catch (const ErrorBD& err) {
-        e.dialogs().error(QStringLiteral("Pramelvix"), err.mensaje());
-    }
+    const auto c = leerConfiguracionPuesto(w.entorno());
+    if (!c) return;
+    w.configurarAutoGuardado(c->AutoGuardado);
+    w.configurarCopiaAutomatica(c->HoraCopia.isValid() ? std::optional<QTime>(c->HoraCopia) : std::nullopt);
 }
 
 void registrarPantallas(MainWindow& w) {

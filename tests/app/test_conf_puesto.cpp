@@ -280,26 +280,6 @@ private slots:
         QVERIFY(s->d.mensajes().isEmpty());
     }
 
-    void puertos_data() {
-        QTest::addColumn<QString>("puerto");
-        QTest::addColumn<bool>("valido");
-        QTest::newRow("COM1") << QStringLiteral("COM1") << true;
-        QTest::newRow("COM16") << QStringLiteral("COM16") << true;
-        QTest::newRow("COM17") << QStringLiteral("COM17") << false;
-        QTest::newRow("COM0") << QStringLiteral("COM0") << false;
-        QTest::newRow("ttyUSB0") << QStringLiteral("/dev/ttyUSB0") << true;
-        QTest::newRow("serial by-id") << QStringLiteral("/dev/serial/by-id/usb-Epson_TM-if00") << true;
-        QTest::newRow("fuera de /dev") << QStringLiteral("/dev/../etc/passwd") << false;
-        QTest::newRow("sin /dev") << QStringLiteral("ttyUSB0") << false;
-        QTest::newRow("vacío") << QString() << false;
-    }
-
-    void puertos() {
-        QFETCH(QString, puerto);
-        QFETCH(bool, valido);
-        QCOMPARE(ConfPuestoForm::puertoValido(puerto), valido);
-    }
-
     void puertoSerieIncorrecto() {
         auto s = sesion();
         auto f = s->form(&clientes_, &articulos_);

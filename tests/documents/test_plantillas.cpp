@@ -323,32 +323,6 @@ private slots:
         QCOMPARE(bytesEscPos(QStringLiteral("x"), 40, true).count(corte), 9);
     }
 
-    void puertoSerie_data() {
-        QTest::addColumn<QString>("puerto");
-        QTest::addColumn<QString>("dispositivo");
-        QTest::newRow("COM1") << "COM1"
-                              << "/dev/ttyS0";
-        QTest::newRow("com16") << " com16 "
-                               << "/dev/ttyS15";
-        QTest::newRow("número") << "3"
-                                << "/dev/ttyS2";
-        QTest::newRow("USB") << "/dev/ttyUSB0"
-                             << "/dev/ttyUSB0";
-        QTest::newRow("fuera de /dev") << "/dev/../etc/passwd"
-                                       << "";
-        QTest::newRow("COM0") << "COM0"
-                              << "";
-        QTest::newRow("LPT1") << "LPT1"
-                              << "";
-        QTest::newRow("vacío") << ""
-                               << "";
-    }
-    void puertoSerie() {
-        QFETCH(QString, puerto);
-        QFETCH(QString, dispositivo);
-        QCOMPARE(dispositivoSerie(puerto), dispositivo);
-    }
-
     // The list picker on the terminal: numbered options, a wrong answer asked again, an empty
     // line or the end of input cancels.
     void selectorEnConsola_data() {
