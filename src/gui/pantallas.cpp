@@ -20,7 +20,6 @@
 #include "gui/usuarios_window.h"
 #include "sales/ui/albaran_busqueda_window.h"
 #include "sales/ui/albaran_window.h"
-#include "stock/serie_subfamilia.h"
 #include "stock/ui/articulo_busqueda_window.h"
 #include "stock/ui/articulo_window.h"
 
@@ -110,7 +109,6 @@ void registrarPantallas(MainWindow& w) {
                 [&w, &e] { w.abrirVentana(new PlanSaludWindow(e), false); });
 
     // Articles, suppliers and invoicing series.
-    registrarReglasArticulos();
     w.alActivar(QStringLiteral("mnuMttoArticulo"),
                 [&w, &e] { w.abrirVentana(new ArticuloWindow(e), false); });
     w.alActivar(QStringLiteral("mnuMttoProveedor"),

@@ -1,10 +1,10 @@
 // Changing a subfamily's series in its list rewrites the series of the pending delivery notes
 // that hold its articles, after the question, with the database locked for administration.
+// Nothing here registers the rule: the core applies it in every program, windows or none.
 #include "app/bloqueo_edicion.h"
 #include "app/ficha_form.h"
 #include "datos_articulos.h"
 #include "scripted_dialogs.h"
-#include "stock/serie_subfamilia.h"
 #include "test_db.h"
 
 class TestSerieSubfamilia : public QObject {
@@ -19,7 +19,6 @@ class TestSerieSubfamilia : public QObject {
     };
 
     std::unique_ptr<Caso> caso() {
-        registrarReglasArticulos();
         auto c = std::make_unique<Caso>();
         c->e = std::make_unique<Entorno>(c->t.db(), c->d, reloj_);
         c->e->puesto = QStringLiteral("RECEPCION");
