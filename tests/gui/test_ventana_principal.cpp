@@ -255,7 +255,9 @@ private slots:
 
         c->usuario = QStringLiteral("jefa");
         c->clave = QStringLiteral("clave");
+        QVERIFY(!c->w->accion(QStringLiteral("mnuSalir"))->isEnabled());
         QVERIFY(c->w->identificar());
+        QVERIFY(c->w->accion(QStringLiteral("mnuSalir"))->isEnabled());
         QCOMPARE(c->w->findChild<QLabel*>(QStringLiteral("panelUsuario"))->text(), QStringLiteral("JEFA"));
         QVERIFY(visible(*c, "mnuDesidentificar"));
         QVERIFY(!visible(*c, "mnuIdentificar"));
@@ -408,8 +410,9 @@ private slots:
         // Logging off and closing the program both stop at the screen that keeps its changes.
         c->w->desidentificar();
         QVERIFY(c->e->identificado());
+        c->d.si();
         QVERIFY(!c->w->close());
-        QVERIFY(c->d.mensajes().isEmpty()); // not even the closing question was asked
+        QCOMPARE(c->d.textos(), QStringList{QStringLiteral("¿Desea realmente salir de Pramelvix?")});
         QCOMPARE(PuestosActivosStore(c->t.db()).contar(), 1);
         pantalla->dejar = true;
         c->d.si();
@@ -420,9 +423,14 @@ private slots:
     void cerrarLaVentana() {
         auto c = abrir();
         c->w->show();
+        auto* pantalla = new QWidget;
+        c->w->abrirVentana(pantalla);
+        QTRY_VERIFY(pantalla->isVisible());
+        // No is asked before any screen closes: every screen stays open.
         c->d.no();
         QVERIFY(!c->w->close());
         QVERIFY(c->w->isVisible());
+        QCOMPARE(c->w->mdi()->subWindowList().size(), 1);
         QCOMPARE(PuestosActivosStore(c->t.db()).contar(), 1);
         c->d.si();
         QVERIFY(c->w->close());
