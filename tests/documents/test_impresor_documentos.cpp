@@ -427,10 +427,12 @@ private slots:
                      QStringLiteral("No se ha podido abrir el puerto '/dev/ttyNoExiste' de la "
                                     "impresora de tickets.\n")),
                  qPrintable(c->d.ultimoTexto()));
+        // The configuration's rule: COM1 to COM16 only.
         t.PUERTO = QStringLiteral("COM99");
         QVERIFY(!imprimirTicket(*c->e, albaranEjemplo()));
-        QVERIFY(c->d.ultimoTexto().startsWith(QStringLiteral(
-            "No se ha podido abrir el puerto 'COM99 (/dev/ttyS98)' de la impresora de tickets.\n")));
+        QCOMPARE(c->d.ultimoTexto(),
+                 QStringLiteral("El puerto 'COM99' de la impresora de tickets no es válido. Revise "
+                                "los 'Datos de la configuración del puesto'."));
         t.PUERTO = QStringLiteral("LPT1");
         QVERIFY(!imprimirTicket(*c->e, albaranEjemplo()));
         QCOMPARE(c->d.ultimoTexto(),
