@@ -6,8 +6,12 @@
 #include "core/formatos.h"
 #include "data/puestos.h"
 
+bool CierreForm::confirmarSalida() {
+    return e_.dialogs().preguntar(Icono::Pregunta, kTituloPrograma, kPreguntaSalir);
+}
+
 bool CierreForm::cerrar(bool confirmar) {
-    if (confirmar && !e_.dialogs().preguntar(Icono::Pregunta, kTituloPrograma, kPreguntaSalir)) return false;
+    if (confirmar && !confirmarSalida()) return false;
     if (!e_.hayBaseDatos()) return true;
     const bool compactarAhora = preguntarCompactacion();
     abandonarPuesto(e_);

@@ -9,8 +9,12 @@ class CierreForm {
 public:
     explicit CierreForm(Entorno& entorno) : e_(entorno) {}
 
-    // The whole closing. confirmar: ask before leaving (not when the login was cancelled
-    // or the system asked the program to end). False when the user chose to stay.
+    // The closing question alone; true on Yes. The main window asks it before it closes any
+    // screen, so that No leaves every screen as it was.
+    bool confirmarSalida();
+    // The whole closing. confirmar: ask before leaving (not when the login was cancelled,
+    // the system asked the program to end, or confirmarSalida was already asked). False
+    // when the user chose to stay.
     bool cerrar(bool confirmar = true);
 
 private:

@@ -3,10 +3,10 @@
 #include "app/instalacion.h"
 #include "core/command_trace.h"
 #include "core/formatos.h"
+#include "core/puerto_serie.h"
 #include "data/esquema.h"
 
 #include <QDir>
-#include <QRegularExpression>
 
 namespace {
 const QString kPantalla = QStringLiteral(" en los 'Datos de la configuración del puesto'");
@@ -102,10 +102,18 @@ ImpresoraTickets ConfPuestoForm::impresoraPorDefecto() {
     return t;
 }
 
-bool ConfPuestoForm::puertoValido(const QString& puerto) {
-    if (puertos().contains(puerto)) return true;
-    static const QRegularExpression dispositivo(QStringLiteral("^/dev/[A-Za-z0-9._/-]+$"));
-    return dispositivo.match(puerto).hasMatch() && !puerto.contains(QStringLiteral(".."));
+QList<OpcionLista> ConfPuestoForm::opciones(const DescriptorTabla* tabla) {
+    return ConfPuestoStore(e_.db()).opciones(tabla);
+}
+
+std::optional<ConfiguracionPuesto> leerConfiguracionPuesto(Entorno& e) {
+    if (!e.hayBaseDatos()) return std::nullopt;
+    try {
+        return ConfPuestoStore(e.db()).cargar(e.puesto);
+    } catch (const ErrorBD& err) {
+        e.dialogs().error(QStringLiteral("Pramelvix"), err.mensaje());
+        return std::nullopt;
+    }
 }
 
 QStringList ConfPuestoForm::impresorasSistema() const {
@@ -124,11 +132,8 @@ void ConfPuestoForm::normalizarImpresora() {
     ImpresoraTickets& i = impresora;
     i.TIPO = elegirDe(i.TIPO.trimmed(), {kSinImpresora, kImpresoraSistema, kImpresoraSerie}, d.TIPO);
     i.IMPRESORA = i.IMPRESORA.trimmed();
-    const QString puerto = i.PUERTO.trimmed();
-    if (puertos().contains(puerto.toUpper()))
-        i.PUERTO = puerto.toUpper();
-    else
-        i.PUERTO = puertoValido(puerto) ? puerto : d.PUERTO;
+    const QString puerto = puertoSerieNormalizado(i.PUERTO);
+    i.PUERTO = puerto.isEmpty() ? d.PUERTO : puerto;
     i.VELOCIDAD = elegirDe(i.VELOCIDAD.trimmed(), velocidades(), d.VELOCIDAD);
     i.PARIDAD = elegirDe(i.PARIDAD.trimmed(), paridades(), d.PARIDAD);
     i.BITSDATOS = elegirDe(i.BITSDATOS.trimmed(), bitsDatos(), d.BITSDATOS);
@@ -269,7 +274,7 @@ bool ConfPuestoForm::comprobar() {
     if (i.TIPO != kSinImpresora && i.TIPO != kImpresoraSistema && i.TIPO != kImpresoraSerie)
         return rechazar(QStringLiteral("Elija el tipo de impresora de tickets."), Campo::Impresora);
     if (i.TIPO == kImpresoraSerie) {
-        if (!puertoValido(i.PUERTO.trimmed()))
+        if (dispositivoSerie(i.PUERTO).isEmpty())
             return rechazar(
                 QStringLiteral("El puerto de la impresora de tickets debe ser de COM1 a COM16 o un "
                                "dispositivo como /dev/ttyUSB0."),
@@ -312,7 +317,8 @@ bool ConfPuestoForm::escribirIni() {
     const QList<std::pair<QString, QString>> valores = {
         {QStringLiteral("TIPO"), i.TIPO},
         {QStringLiteral("IMPRESORA"), i.IMPRESORA.trimmed()},
-        {QStringLiteral("PUERTO"), i.PUERTO.trimmed()},
+        {QStringLiteral("PUERTO"),
+         puertoSerieNormalizado(i.PUERTO).isEmpty() ? i.PUERTO.trimmed() : puertoSerieNormalizado(i.PUERTO)},
         {QStringLiteral("VELOCIDAD"), i.VELOCIDAD},
         {QStringLiteral("PARIDAD"), i.PARIDAD},
         {QStringLiteral("BITSDATOS"), i.BITSDATOS},

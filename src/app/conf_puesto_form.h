@@ -19,15 +19,13 @@ public:
     inline static const QString kImpresoraSerie = QStringLiteral("2");
 
     // The choices offered, in order, and the default of each.
-    static QStringList puertos();     // "COM1".."COM16" (a device path such as /dev/ttyUSB0 is accepted too)
+    static QStringList puertos();     // "COM1".."COM16" (any port dispositivoSerie accepts is too)
     static QStringList velocidades(); // "110".."256000"
     static QStringList paridades();
     static QStringList bitsDatos();  // "4".."8"
     static QStringList bitsParada(); // "1", "1.5", "2"
     static QStringList tarifas();    // "TARIFA 1".."TARIFA 3"
     static ImpresoraTickets impresoraPorDefecto();
-    // "COMn" with n 1..16, or an absolute device path under /dev/.
-    static bool puertoValido(const QString& puerto);
     inline static const int kMaxPasadas = 9;
     inline static const int kMaxAutoGuardado = 999;
 
@@ -44,6 +42,9 @@ public:
     void setTablaClientes(const DescriptorTabla* t) { tablaClientes_ = t; }
     void setTablaArticulos(const DescriptorTabla* t) { tablaArticulos_ = t; }
     void setTablaEspecies(const DescriptorTabla* t) { tablaEspecies_ = t; }
+
+    // The records of a table a default is chosen from (ConfPuestoStore::opciones). Throws ErrorBD.
+    QList<OpcionLista> opciones(const DescriptorTabla* tabla);
 
     // Reads PRAMELVIX.INI and this workstation's defaults. A default client or article
     // that no longer exists is reported and left empty. False when the database failed.
@@ -120,3 +121,7 @@ private:
     Elegido cliente_, articulo_;
     Campo foco_ = Campo::Impresora;
 };
+
+// This workstation's row of ConfPuesto, for the main window (automatic saving and backup);
+// nullopt, with the database error shown, when it cannot be read.
+std::optional<ConfiguracionPuesto> leerConfiguracionPuesto(Entorno& e);

@@ -6,21 +6,6 @@
 #include <QSet>
 #include <algorithm>
 
-QStringList ramaDe(const QString& clave, const QList<QPair<QString, QString>>& clavesYPadres) {
-    QHash<QString, QStringList> hijos;
-    for (const auto& [k, padre] : clavesYPadres)
-        if (!padre.isEmpty()) hijos[padre].append(k);
-    QStringList rama{clave};
-    QSet<QString> vistos{clave};
-    for (int i = 0; i < rama.size(); ++i)
-        for (const QString& h : hijos.value(rama.at(i)))
-            if (!vistos.contains(h)) {
-                vistos.insert(h);
-                rama.append(h);
-            }
-    return rama;
-}
-
 EditorArbolForm::EditorArbolForm(Entorno& entorno, const DescriptorTabla& tabla) : e_(entorno), t_(&tabla) {}
 
 QString EditorArbolForm::titulo() const {
@@ -45,10 +30,7 @@ bool EditorArbolForm::refrescar() {
     CommandTrace traza(e_.dialogs(), descripcionTraza(QStringLiteral("cargar los objetos")));
     return traza.ejecutar([&] {
         traza.paso(QStringLiteral("Leer los registros de ") + t_->tabla);
-        QStringList orden{t_->columnaTexto};
-        for (const auto& c : t_->clave)
-            orden << c;
-        const QList<Registro> registros = RegistroStore(e_.db()).buscar(*t_, {}, orden);
+        const QList<Registro> registros = ArbolStore(e_.db()).registros(*t_);
 
         traza.paso(QStringLiteral("Colgar cada registro de su padre"));
         QHash<QString, NodoArbol> nodos;
@@ -168,28 +150,50 @@ bool EditorArbolForm::eliminar() {
     const QString raiz = n->clave;
     BloqueoEdicion bloqueo(e_);
     if (!bloqueo.tomar(*t_, raiz, n->texto, AccionBloqueo::Baja)) return false;
+    std::optional<QString> bloqueado;
+    CommandTrace comprobacion(
+        e_.dialogs(), descripcionTraza(QStringLiteral("comprobar los bloqueos del objeto seleccionado")));
+    if (!comprobacion.ejecutar([&] {
+            // The branch as shown now; the deletion reads it again.
+            QList<Registro> rama{n->registro};
+            for (int i = 0; i < rama.size(); ++i)
+                for (const QString& h : nodo(texto(rama.at(i).clave()))->hijos)
+                    rama.append(nodo(h)->registro);
+            bloqueado = bloqueadoPorOtro(rama);
+        }))
+        return false;
+    if (bloqueado) {
+        e_.dialogs().mostrar(Icono::Informacion, kTituloBloqueoRama, textoRamaBloqueada(*bloqueado));
+        return false;
+    }
     if (!e_.dialogs().preguntar(Icono::Pregunta, kTituloAtencionEditor, kPreguntaEliminarRama)) return false;
     CommandTrace traza(e_.dialogs(), descripcionTraza(QStringLiteral("eliminar el objeto seleccionado")));
+    bool eliminada = false;
     const bool ok = traza.ejecutar([&] {
-        Transaction tx = e_.db().transaccion();
-        RegistroStore store(e_.db());
-        // The branch is read again inside the transaction: children added meanwhile by
-        // another workstation go with it.
-        traza.paso(QStringLiteral("Leer la rama del objeto"));
-        const QList<Registro> todos = store.buscar(*t_);
-        QList<QPair<QString, QString>> clavesYPadres;
-        QHash<QString, const Registro*> porClave;
-        for (const Registro& r : todos) {
-            clavesYPadres.append({texto(r.clave()), texto(r.valor(t_->columnaPadre))});
-            porClave.insert(texto(r.clave()), &r);
-        }
-        const QStringList rama = ramaDe(raiz, clavesYPadres);
-        traza.paso(QStringLiteral("Eliminar %1 registros de ").arg(rama.size()) + t_->tabla);
-        // Children before their parents.
-        for (auto it = rama.crbegin(); it != rama.crend(); ++it)
-            if (const Registro* r = porClave.value(*it)) store.eliminar(*r);
-        tx.commit();
+        traza.paso(QStringLiteral("Eliminar la rama del objeto de ") + t_->tabla);
+        eliminada = ArbolStore(e_.db()).eliminarRama(*t_, raiz, [&](const QList<Registro>& rama) {
+            bloqueado = bloqueadoPorOtro(rama);
+            return !bloqueado;
+        });
     });
+    // Shown once the transaction has ended.
+    if (ok && bloqueado)
+        e_.dialogs().mostrar(Icono::Informacion, kTituloBloqueoRama, textoRamaBloqueada(*bloqueado));
     refrescar();
-    return ok;
+    return ok && eliminada;
+}
+
+QString EditorArbolForm::textoRamaBloqueada(const QString& texto) const {
+    return QStringLiteral("No es posible dar de Baja el/la ") + t_->descTabla + QStringLiteral(" de ") +
+           texto + QStringLiteral(" pues otro Puesto lo/a tiene bloqueado/a. Consulte a un Administrador.");
+}
+
+std::optional<QString> EditorArbolForm::bloqueadoPorOtro(const QList<Registro>& rama) {
+    if (!bloqueoActivo(e_)) return std::nullopt;
+    QHash<QString, QString> ajenos; // lock key -> session, of the other sessions
+    for (const Bloqueo& b : almacenBloqueos(e_).lista())
+        if (b.sesion != e_.sesion) ajenos.insert(b.clave, b.sesion);
+    for (const Registro& r : rama)
+        if (ajenos.contains(claveBloqueo(*t_, texto(r.clave())))) return r.texto(t_->columnaTexto);
+    return std::nullopt;
 }

@@ -1,15 +1,18 @@
 #pragma once
 // The generic tree editor, for a table whose records hang from another record of the same
 // table (columnaPadre). Each node shows the record's text (columnaTexto) under its parent.
-// Deleting a node deletes its whole branch in one transaction.
+// Deleting a node deletes its whole branch in one transaction, and is refused while another
+// workstation holds a record lock on the node or on any node below it.
 //
 // Damaged data never hangs the editor: a record whose parent does not exist is shown as a
 // root, and in a chain of parents that loops, the record with the lowest key is shown as a
 // root so that every record appears exactly once.
+#include "app/arbol_store.h"
 #include "app/editor_lista_form.h"
 
 #include <QHash>
 
+inline const QString kTituloBloqueoRama = QStringLiteral("Bloqueo de Registro");
 inline const QString kPreguntaEliminarRama = QStringLiteral(
     "¿Desea realmente eliminar el objeto seleccionado? (Se eliminarán todos sus hijos también)");
 
@@ -51,10 +54,18 @@ public:
     // After the record form saved: reads the tree again and selects the saved record.
     void guardado(const Registro& r);
     // Takes the deletion lock of the selected node, asks once, and on Yes deletes the node
-    // with all its descendants in one transaction. True when the branch was deleted.
+    // with all its descendants in one transaction. Refused (kTituloBloqueoRama) when another
+    // workstation holds a lock on a node of the branch, checked before the question and
+    // again inside the transaction. True when the branch was deleted.
     bool eliminar();
 
+    // "No es posible dar de Baja el/la " + descTabla + " de " + text + " pues otro Puesto
+    // lo/a tiene bloqueado/a. Consulte a un Administrador."
+    QString textoRamaBloqueada(const QString& texto) const;
+
 private:
+    // The text of the first record of the branch locked by another session, if any.
+    std::optional<QString> bloqueadoPorOtro(const QList<Registro>& rama);
     QString descripcionTraza(const QString& accion) const;
     static QString texto(const QVariant& v) { return v.isNull() ? QString() : v.toString(); }
 
@@ -64,8 +75,3 @@ private:
     QHash<QString, QString> padres_;
     QStringList raices_;
 };
-
-// Keys of a record and of all its descendants, the record first and every node before its
-// children, given each record's key and its parent's key. Each key appears once even when
-// the chain of parents loops.
-QStringList ramaDe(const QString& clave, const QList<QPair<QString, QString>>& clavesYPadres);

@@ -5,7 +5,8 @@
 #include <QString>
 
 enum class Permiso {
-    Siempre,       // also before anybody logs in (log in, close, windows)
+    Siempre,       // also before anybody logs in (log in, close, windows); close is enabled only
+                   // after a login
     Identificado,  // any logged-in user
     Administrador, // administrators only
     Contabilidad,  // administrators only when "CONTAB. SOLO PARA ADMINISTRADORES" is "S"

@@ -1,5 +1,7 @@
 #include "app/usuario_store.h"
 
+#include "app/entorno.h"
+
 namespace {
 Usuario leer(QSqlQuery& q) {
     return {q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString(),
@@ -44,4 +46,60 @@ bool UsuarioStore::eliminar(const QString& id) {
 
 qint64 UsuarioStore::contar() {
     return db_.valor(QStringLiteral("SELECT COUNT(*) FROM Usuarios")).toLongLong();
+}
+
+qint64 UsuarioStore::otrosAdministradores(const QString& id) {
+    return db_
+        .valor(QStringLiteral("SELECT COUNT(*) FROM Usuarios WHERE TipoUsuario = ? AND IdUsuario <> ?"),
+               {kTipoAdministrador, id})
+        .toLongLong();
+}
+
+namespace {
+void reservarAdministradores(Database& db) {
+    db.ejecutar(QStringLiteral("UPDATE Usuarios SET TipoUsuario = TipoUsuario WHERE TipoUsuario = ?"),
+                {kTipoAdministrador});
+}
+} // namespace
+
+UsuarioStore::Resultado UsuarioStore::crear(const Usuario& u) {
+    Transaction tx = db_.transaccion();
+    if (cargar(u.IdUsuario)) return Resultado::YaExiste;
+    db_.ejecutar(QStringLiteral("INSERT INTO Usuarios (") + kColumnas +
+                     QStringLiteral(") VALUES (?, ?, ?, ?, ?)"),
+                 {u.IdUsuario, u.Nombre, u.Salt, u.Hash, u.TipoUsuario});
+    tx.commit();
+    return Resultado::Hecho;
+}
+
+UsuarioStore::Resultado UsuarioStore::modificar(const Usuario& u, bool conClave) {
+    Transaction tx = db_.transaccion();
+    const auto actual = cargar(u.IdUsuario);
+    if (!actual) return Resultado::NoExiste;
+    if (actual->TipoUsuario == kTipoAdministrador && u.TipoUsuario != kTipoAdministrador) {
+        reservarAdministradores(db_);
+        if (otrosAdministradores(u.IdUsuario) == 0) return Resultado::UnicoAdministrador;
+    }
+    if (conClave)
+        db_.ejecutar(
+            QStringLiteral(
+                "UPDATE Usuarios SET Nombre = ?, TipoUsuario = ?, Salt = ?, Hash = ? WHERE IdUsuario = ?"),
+            {u.Nombre, u.TipoUsuario, u.Salt, u.Hash, u.IdUsuario});
+    else
+        db_.ejecutar(QStringLiteral("UPDATE Usuarios SET Nombre = ?, TipoUsuario = ? WHERE IdUsuario = ?"),
+                     {u.Nombre, u.TipoUsuario, u.IdUsuario});
+    tx.commit();
+    return Resultado::Hecho;
+}
+
+UsuarioStore::Resultado UsuarioStore::eliminarSalvoUnicoAdministrador(const QString& id) {
+    Transaction tx = db_.transaccion();
+    reservarAdministradores(db_);
+    const auto actual = cargar(id);
+    if (!actual) return Resultado::NoExiste;
+    if (actual->TipoUsuario == kTipoAdministrador && otrosAdministradores(id) == 0)
+        return Resultado::UnicoAdministrador;
+    eliminar(id);
+    tx.commit();
+    return Resultado::Hecho;
 }

@@ -4,7 +4,6 @@
 #include "app/usuario_store.h"
 #include "core/command_trace.h"
 #include "data/esquema.h"
-#include "data/registro.h"
 
 namespace {
 const QString kPantalla = QStringLiteral(" en la 'Lista de Usuarios'");
@@ -188,20 +187,6 @@ bool UsuariosForm::comprobar() {
     return true;
 }
 
-void UsuariosForm::reservarAdministradores() {
-    // Touching every administrator's row takes its lock on PostgreSQL (SQLite already runs
-    // one writer at a time), so that two workstations cannot each remove "the other" last
-    // administrator.
-    RegistroStore(e_.db()).ejecutar(
-        QStringLiteral("UPDATE Usuarios SET TipoUsuario = TipoUsuario WHERE TipoUsuario = ?"),
-        {kTipoAdministrador});
-}
-
-qint64 UsuariosForm::otrosAdministradores(const QString& id) {
-    return RegistroStore(e_.db()).contar(
-        tablaUsuarios(), {QStringLiteral("TipoUsuario = ? AND IdUsuario <> ?"), {kTipoAdministrador, id}});
-}
-
 bool UsuariosForm::guardar() {
     bool guardado = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Usuario") + kPantalla);
@@ -217,54 +202,29 @@ bool UsuariosForm::guardar() {
             sal = nuevaSal();
             hash = hashClave(sal, clave_);
         }
-        const DescriptorTabla& t = tablaUsuarios();
-        RegistroStore store(e_.db());
-        Transaction tx = e_.db().transaccion();
-        Registro r(t);
-        if (esNuevo()) {
-            traza.paso(QStringLiteral("Comprobar que el identificador no existe"));
-            if (store.cargar(t, id)) {
-                rechazar(kTituloAtencion,
-                         QStringLiteral("Ya existe un usuario con el identificador '") + id +
-                             QStringLiteral("'."),
-                         Campo::Identificador);
-                return;
-            }
-            r.setValor(QStringLiteral("IdUsuario"), id);
-        } else {
-            traza.paso(QStringLiteral("Leer el usuario guardado"));
-            const auto actual = store.cargar(t, idOriginal_);
-            if (!actual) {
-                rechazar(kTituloAtencion, textoYaNoExiste(idOriginal_), Campo::Identificador);
-                return;
-            }
-            r = *actual;
-            const bool quitaAdministrador =
-                actual->texto(QStringLiteral("TipoUsuario")) == kTipoAdministrador &&
-                tipo_ != kTipoAdministrador;
-            if (quitaAdministrador) reservarAdministradores();
-            if (quitaAdministrador && otrosAdministradores(idOriginal_) == 0) {
-                rechazar(kTituloAtencion,
-                         QStringLiteral(
-                             "No se puede quitar el tipo 'Administrador' a este usuario porque es el único "
-                             "Administrador. Debe quedar al menos un Administrador para poder "
-                             "administrar Pramelvix."),
-                         Campo::Tipo);
-                return;
-            }
-        }
-        r.setValor(QStringLiteral("Nombre"), nombre_.trimmed());
-        r.setValor(QStringLiteral("TipoUsuario"), tipo_);
-        if (!mantenerClave) {
-            r.setValor(QStringLiteral("Salt"), sal);
-            r.setValor(QStringLiteral("Hash"), hash);
-        }
+        Usuario u{id, nombre_.trimmed(), sal, hash, tipo_};
         traza.paso(QStringLiteral("Guardar el usuario ") + id);
-        if (esNuevo())
-            store.crear(r);
-        else
-            store.actualizar(r);
-        tx.commit();
+        UsuarioStore store(e_.db());
+        switch (esNuevo() ? store.crear(u) : store.modificar(u, !mantenerClave)) {
+        case UsuarioStore::Resultado::Hecho:
+            break;
+        case UsuarioStore::Resultado::YaExiste:
+            rechazar(kTituloAtencion,
+                     QStringLiteral("Ya existe un usuario con el identificador '") + id +
+                         QStringLiteral("'."),
+                     Campo::Identificador);
+            return;
+        case UsuarioStore::Resultado::NoExiste:
+            rechazar(kTituloAtencion, textoYaNoExiste(idOriginal_), Campo::Identificador);
+            return;
+        case UsuarioStore::Resultado::UnicoAdministrador:
+            rechazar(kTituloAtencion,
+                     QStringLiteral("No se puede quitar el tipo 'Administrador' a este usuario porque es el "
+                                    "único Administrador. Debe quedar al menos un Administrador para poder "
+                                    "administrar Pramelvix."),
+                     Campo::Tipo);
+            return;
+        }
         if (id == e_.usuario) e_.nombreUsuario = nombre_.trimmed().isEmpty() ? id : nombre_.trimmed();
 
         traza.paso(QStringLiteral("Releer la lista de usuarios"));
@@ -295,7 +255,8 @@ bool UsuariosForm::eliminar() {
             QStringLiteral("No se puede eliminar el único usuario Administrador. Debe quedar al "
                            "menos un Administrador para poder administrar Pramelvix.");
         traza.paso(QStringLiteral("Comprobar que queda otro administrador"));
-        if (tipoOriginal_ == kTipoAdministrador && otrosAdministradores(idOriginal_) == 0) {
+        if (tipoOriginal_ == kTipoAdministrador &&
+            UsuarioStore(e_.db()).otrosAdministradores(idOriginal_) == 0) {
             e_.dialogs().avisar(kTituloAtencion, textoUnico);
             return;
         }
@@ -304,15 +265,11 @@ bool UsuariosForm::eliminar() {
             return;
         const int fila = fila_;
         traza.paso(QStringLiteral("Eliminar el usuario ") + idOriginal_);
-        Transaction tx = e_.db().transaccion();
-        reservarAdministradores();
-        const auto actual = UsuarioStore(e_.db()).cargar(idOriginal_);
-        if (actual && actual->TipoUsuario == kTipoAdministrador && otrosAdministradores(idOriginal_) == 0) {
+        if (UsuarioStore(e_.db()).eliminarSalvoUnicoAdministrador(idOriginal_) ==
+            UsuarioStore::Resultado::UnicoAdministrador) {
             e_.dialogs().avisar(kTituloAtencion, textoUnico);
             return;
         }
-        UsuarioStore(e_.db()).eliminar(idOriginal_);
-        tx.commit();
         eliminado = true;
 
         traza.paso(QStringLiteral("Releer la lista de usuarios"));

@@ -69,9 +69,6 @@ private:
     void vaciar();
     bool rechazar(const QString& titulo, const QString& texto, Campo campo);
     bool comprobar();
-    // Makes a second workstation that changes administrators wait for this transaction.
-    void reservarAdministradores();
-    qint64 otrosAdministradores(const QString& id);
 
     Entorno& e_;
     QList<FilaUsuario> lista_;

@@ -4,34 +4,6 @@
 #include "core/formatos.h"
 #include "data/esquema.h"
 
-namespace {
-const QString kTablaCondiciones = QStringLiteral("CondicionesEspeciales");
-
-const DescriptorTabla& tablaCondiciones() {
-    const DescriptorTabla* t = descriptorTabla(kTablaCondiciones);
-    if (!t) throw ErrorPrograma(QStringLiteral("Falta la tabla de condiciones especiales."));
-    return *t;
-}
-
-std::optional<qint64> entero(const QVariant& v) {
-    if (v.isNull() || !v.isValid()) return std::nullopt;
-    return v.toLongLong();
-}
-
-std::optional<double> decimal(const QVariant& v) {
-    if (v.isNull() || !v.isValid()) return std::nullopt;
-    return v.toDouble();
-}
-
-QVariant variante(std::optional<qint64> v) {
-    return v ? QVariant(static_cast<qlonglong>(*v)) : QVariant();
-}
-
-QVariant variante(std::optional<double> v) {
-    return v ? QVariant(*v) : QVariant();
-}
-} // namespace
-
 CondicionesForm::CondicionesForm(Entorno& entorno, DuenoCondiciones dueno)
     : e_(entorno), dueno_(dueno), articulos_(descriptorTabla(QStringLiteral("Articulos"))) {}
 
@@ -45,10 +17,6 @@ QStringList CondicionesForm::tarifas() {
     return {QString(), QStringLiteral("TARIFA 1"), QStringLiteral("TARIFA 2"), QStringLiteral("TARIFA 3")};
 }
 
-QString CondicionesForm::columnaDueno() const {
-    return dueno_ == DuenoCondiciones::Cliente ? QStringLiteral("IdCliente") : QStringLiteral("IdPlanSalud");
-}
-
 QString CondicionesForm::textoDe(const QString& tabla, std::optional<qint64> clave) {
     if (!clave) return {};
     const DescriptorTabla* t = descriptorTabla(tabla);
@@ -60,20 +28,8 @@ void CondicionesForm::cargar(std::optional<qint64> dueno) {
     filas_.clear();
     modificada_ = false;
     if (!dueno) return;
-    const DescriptorTabla& t = tablaCondiciones();
     RegistroStore store(e_.db());
-    const auto registros =
-        store.buscar(t, {columnaDueno() + QStringLiteral(" = ?"), {static_cast<qlonglong>(*dueno)}},
-                     {QStringLiteral("IdCondicion")});
-    for (const auto& r : registros) {
-        CondicionEspecial c;
-        c.IdArticulo = entero(r.valor(QStringLiteral("IdArticulo")));
-        c.IdSeccion = entero(r.valor(QStringLiteral("IdSeccion")));
-        c.IdFamilia = entero(r.valor(QStringLiteral("IdFamilia")));
-        c.IdSubfamilia = entero(r.valor(QStringLiteral("IdSubfamilia")));
-        c.Precio = decimal(r.valor(QStringLiteral("Precio")));
-        c.Tarifa = r.texto(QStringLiteral("Tarifa"));
-        c.Descuento = decimal(r.valor(QStringLiteral("Descuento")));
+    for (CondicionEspecial c : CondicionesStore(e_.db()).leer(dueno_, *dueno)) {
         if (c.IdArticulo) {
             c.Articulo = QString::number(*c.IdArticulo);
             if (articulos_ && e_.db().existeTabla(articulos_->tabla)) {
@@ -254,13 +210,7 @@ QList<OpcionLista> CondicionesForm::opcionesHijas(const QString& tabla, const QS
     if (!t || !e_.db().existeTabla(t->tabla)) return {};
     if (!t->tieneColumna(columnaPadre)) return ConfPuestoStore(e_.db()).opciones(t);
     if (!padre) return {};
-    QList<OpcionLista> l;
-    const auto registros = RegistroStore(e_.db()).buscar(
-        *t, {t->columna(columnaPadre)->nombre + QStringLiteral(" = ?"), {static_cast<qlonglong>(*padre)}},
-        {t->columnaTexto});
-    for (const auto& r : registros)
-        l << OpcionLista{r.clave(), r.texto(t->columnaTexto)};
-    return l;
+    return CondicionesStore(e_.db()).hijas(*t, columnaPadre, *padre);
 }
 
 QList<OpcionLista> CondicionesForm::familias(std::optional<qint64> seccion) {
@@ -272,22 +222,6 @@ QList<OpcionLista> CondicionesForm::subfamilias(std::optional<qint64> familia) {
 }
 
 void CondicionesForm::guardar(qint64 dueno) {
-    const DescriptorTabla& t = tablaCondiciones();
-    RegistroStore store(e_.db());
-    store.ejecutar(QStringLiteral("DELETE FROM ") + t.tabla + QStringLiteral(" WHERE ") + columnaDueno() +
-                       QStringLiteral(" = ?"),
-                   {static_cast<qlonglong>(dueno)});
-    for (const auto& c : filas_) {
-        Registro r(t);
-        r.setValor(columnaDueno(), static_cast<qlonglong>(dueno));
-        r.setValor(QStringLiteral("IdArticulo"), variante(c.IdArticulo));
-        r.setValor(QStringLiteral("IdSeccion"), variante(c.IdSeccion));
-        r.setValor(QStringLiteral("IdFamilia"), variante(c.IdFamilia));
-        r.setValor(QStringLiteral("IdSubfamilia"), variante(c.IdSubfamilia));
-        r.setValor(QStringLiteral("Precio"), variante(c.Precio));
-        r.setValor(QStringLiteral("Tarifa"), c.Tarifa.isEmpty() ? QVariant() : QVariant(c.Tarifa));
-        r.setValor(QStringLiteral("Descuento"), variante(c.Descuento));
-        store.crear(r);
-    }
+    CondicionesStore(e_.db()).reemplazar(dueno_, dueno, filas_);
     modificada_ = false;
 }

@@ -4,26 +4,14 @@
 // either a special price or a particular tariff, never both, with an optional particular
 // discount. The rows are kept in memory while the owner is edited and stored in table
 // CondicionesEspeciales (IdCliente or IdPlanSalud) inside the owner's own save transaction.
-#include "app/conf_puesto_store.h"
 #include "app/entorno.h"
+#include "clients/condiciones_store.h"
 #include "data/registro.h"
 
 #include <QList>
 #include <QStringList>
 #include <functional>
 #include <optional>
-
-struct CondicionEspecial {
-    std::optional<qint64> IdArticulo;
-    std::optional<qint64> IdSeccion;
-    std::optional<qint64> IdFamilia;
-    std::optional<qint64> IdSubfamilia;
-    std::optional<double> Precio;
-    QString Tarifa; // "" or "TARIFA 1".."TARIFA 3"
-    std::optional<double> Descuento;
-    // Texts shown in the list.
-    QString Articulo, Seccion, Familia, SubFamilia;
-};
 
 // The editing row: the chosen keys and the typed texts.
 struct EntradaCondicion {
@@ -35,8 +23,6 @@ struct EntradaCondicion {
     QString Tarifa;    // "" or one of the tariffs
     QString Descuento; // percent typed the Spanish way, "" for none
 };
-
-enum class DuenoCondiciones { Cliente, PlanSalud };
 
 inline const QString kTituloCamposMal = QStringLiteral("Campos mal informados");
 inline const QString kTituloArticuloRepetido = QStringLiteral("Error al modificar un precio existente");
@@ -96,7 +82,6 @@ private:
     QString textoDe(const QString& tabla, std::optional<qint64> clave);
     QList<OpcionLista> opcionesHijas(const QString& tabla, const QString& columnaPadre,
                                      std::optional<qint64> padre);
-    QString columnaDueno() const;
 
     Entorno& e_;
     DuenoCondiciones dueno_;

@@ -1,10 +1,53 @@
 #include "data/copia_automatica.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSqlDriver>
 #include <sqlite3.h>
 
-QString copiarBaseDatos(Database& db, const QString& destino) {
+namespace {
+int esperaActual(sqlite3* db) {
+    sqlite3_stmt* st = nullptr;
+    int ms = 0;
+    if (sqlite3_prepare_v2(db, "PRAGMA busy_timeout", -1, &st, nullptr) == SQLITE_OK &&
+        sqlite3_step(st) == SQLITE_ROW)
+        ms = sqlite3_column_int(st, 0);
+    sqlite3_finalize(st);
+    return ms;
+}
+
+// Copies origen into the open database copia in steps; empty text when done.
+QString copiarEnPasos(sqlite3* origen, sqlite3* copia, const PasosCopia& pasos,
+                      const std::function<void()>& entrePasos) {
+    sqlite3_backup* b = sqlite3_backup_init(copia, "main", origen, "main");
+    if (!b) return QString::fromUtf8(sqlite3_errmsg(copia));
+    QElapsedTimer reloj;
+    reloj.start();
+    QString error;
+    for (;;) {
+        const int rc = sqlite3_backup_step(b, pasos.paginasPorPaso < 1 ? 1 : pasos.paginasPorPaso);
+        if (rc == SQLITE_DONE) break;
+        if (rc != SQLITE_OK && rc != SQLITE_BUSY && rc != SQLITE_LOCKED) {
+            error = QString::fromUtf8(sqlite3_errstr(rc));
+            break;
+        }
+        if (reloj.elapsed() >= pasos.limiteTotalMs) {
+            error = QStringLiteral("otros puestos han estado modificando la base de datos durante los %1 "
+                                   "segundos que tenía la copia para terminar; se ha abandonado sin tocar "
+                                   "la copia anterior")
+                        .arg((pasos.limiteTotalMs + 999) / 1000);
+            break;
+        }
+        if (entrePasos) entrePasos();
+        if (pasos.pausaMs > 0) sqlite3_sleep(pasos.pausaMs);
+    }
+    sqlite3_backup_finish(b);
+    return error;
+}
+} // namespace
+
+QString copiarBaseDatos(Database& db, const QString& destino, const PasosCopia& pasos,
+                        const std::function<void()>& entrePasos) {
     if (!db.esSQLite()) return QStringLiteral("la copia automática sólo se hace sobre SQLite");
     const QVariant h = db.conexion().driver()->handle();
     if (!h.isValid() || qstrcmp(h.typeName(), "sqlite3*") != 0)
@@ -16,20 +59,15 @@ QString copiarBaseDatos(Database& db, const QString& destino) {
     if (sqlite3_open(QFile::encodeName(temporal).constData(), &copia) != SQLITE_OK) {
         const QString e = QString::fromUtf8(sqlite3_errmsg(copia));
         sqlite3_close(copia);
+        QFile::remove(temporal);
         return e;
     }
-    QString error;
-    sqlite3_backup* b = sqlite3_backup_init(copia, "main", origen, "main");
-    if (!b) {
-        error = QString::fromUtf8(sqlite3_errmsg(copia));
-    } else {
-        int rc;
-        // Copy in steps, pausing when another workstation holds the database busy.
-        while ((rc = sqlite3_backup_step(b, 256)) == SQLITE_OK || rc == SQLITE_BUSY || rc == SQLITE_LOCKED)
-            if (rc != SQLITE_OK) sqlite3_sleep(50);
-        if (rc != SQLITE_DONE) error = QString::fromUtf8(sqlite3_errstr(rc));
-        sqlite3_backup_finish(b);
-    }
+    // One step waits for another workstation's lock no longer than esperaPasoMs; the
+    // connection's own wait is put back afterwards.
+    const int espera = esperaActual(origen);
+    sqlite3_busy_timeout(origen, pasos.esperaPasoMs);
+    const QString error = copiarEnPasos(origen, copia, pasos, entrePasos);
+    sqlite3_busy_timeout(origen, espera);
     sqlite3_close(copia);
     if (!error.isEmpty()) {
         QFile::remove(temporal);

@@ -2,9 +2,8 @@
 // article types, suppliers, and the sale delivery notes with their lines. Introduced with
 // schema version 2. The article's columns are named by the field keys the document templates
 // use (ArtCodArticulo, Articulo, PVP1...).
-#include "data/registro.h"
+#include "data/reglas_tablas.h"
 #include "data/tablas.h"
-#include "stock/proveedor_subcuenta.h"
 
 namespace {
 using T = TipoColumna;
@@ -114,12 +113,9 @@ DescriptorTabla proveedores() {
                  c(QStringLiteral("EMail"), T::Texto, QStringLiteral("E-Mail"), 100),
                  c(QStringLiteral("Subcuenta"), T::Texto, QStringLiteral("Subcuenta contable"), 12), activo},
                 QStringLiteral("Nombre"), true);
-    // A supplier's subaccount begins with the suppliers' prefix.
-    t.validacion = [](const Registro& r) -> std::optional<FalloValidacion> {
-        if (const auto error = comprobarSubcuentaProveedor(r.texto(QStringLiteral("Subcuenta"))))
-            return FalloValidacion{*error, QStringLiteral("Subcuenta")};
-        return std::nullopt;
-    };
+    // The subaccount's check belongs to the stock subsystem, which registers it
+    // (stock/reglas_articulos.cpp).
+    t.validacion = [](const Registro& r) { return validacionRegistrada(QStringLiteral("Proveedores"), r); };
     return t;
 }
 

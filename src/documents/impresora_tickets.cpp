@@ -1,5 +1,6 @@
 // Sending the ticket: the system printer (QPrinter) or a serial ESC/POS printer (QSerialPort).
 #include "app/conf_puesto_form.h"
+#include "core/puerto_serie.h"
 #include "documents/datos_clinica.h"
 #include "documents/ticket.h"
 

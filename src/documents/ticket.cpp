@@ -4,7 +4,6 @@
 #include "documents/impresor_documentos.h"
 
 #include <QHash>
-#include <QRegularExpression>
 
 namespace {
 // Bytes 0x80-0xFF of PC858.
@@ -255,16 +254,4 @@ QByteArray bytesEscPos(const QString& texto, int copias, bool cortar) {
         if (cortar) bytes += corte;
     }
     return bytes;
-}
-
-QString dispositivoSerie(const QString& puerto) {
-    const QString p = puerto.trimmed();
-    if (p.startsWith(QStringLiteral("/dev/")))
-        return p.contains(QStringLiteral("..")) || p.size() == 5 ? QString() : p;
-    static const QRegularExpression numero(QStringLiteral("^(?:COM)?([0-9]{1,3})$"),
-                                           QRegularExpression::CaseInsensitiveOption);
-    const auto m = numero.match(p);
-    if (!m.hasMatch()) return {};
-    const int n = m.captured(1).toInt();
-    return n >= 1 ? QStringLiteral("/dev/ttyS%1").arg(n - 1) : QString();
 }

@@ -12,8 +12,7 @@
 // copies. TIPO "2" sends it to the serial port PUERTO in ESC/POS: ESC @ (reset), ESC t 19
 // (code page PC858: Western European with the euro sign), the text in that code page,
 // NUMPASADAS copies, each followed by ESC d 4 (feed) and, with CORTEPAPEL "SI", GS V 1
-// (partial cut). PUERTO "COMn" (or just "n") is /dev/ttyS<n-1>; a path under /dev/ is used
-// as it is (/dev/ttyUSB0).
+// (partial cut). PUERTO is opened as dispositivoSerie (core/puerto_serie.h) gives it.
 #include "app/entorno.h"
 #include "documents/plantilla.h"
 
@@ -31,10 +30,6 @@ QByteArray codificarCp858(const QString& texto);
 
 // The bytes sent to an ESC/POS printer for the ticket (copias is kept within 1..9).
 QByteArray bytesEscPos(const QString& texto, int copias, bool cortar);
-
-// The device of a serial PUERTO: "COM3" and "3" are /dev/ttyS2, "/dev/ttyUSB0" stays; ""
-// when the text names no port.
-QString dispositivoSerie(const QString& puerto);
 
 // Prints the ticket of the document on this workstation's receipt printer, adding the
 // clinic's data the document does not give. False (with the reason shown) when nothing

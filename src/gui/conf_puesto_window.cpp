@@ -363,7 +363,7 @@ std::optional<qint64> ConfPuestoWindow::elegirDeLista(const DescriptorTabla* tab
     CommandTrace traza(e_.dialogs(), QStringLiteral("buscar un ") + tabla->descTabla +
                                          QStringLiteral(" en los 'Datos de la configuración del puesto'"));
     traza.ejecutar([&] {
-        const QList<OpcionLista> opciones = ConfPuestoStore(e_.db()).opciones(tabla);
+        const QList<OpcionLista> opciones = form_.opciones(tabla);
         QStringList textos;
         for (const auto& o : opciones)
             textos << o.clave.toString() + QStringLiteral(" - ") + o.texto;

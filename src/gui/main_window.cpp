@@ -186,6 +186,8 @@ void MainWindow::aplicarPermisos() {
     for (const auto& c : comandosMenu())
         if (QAction* a = acciones_.value(c.nombre))
             a->setVisible(comandoVisible(c.permiso, dentro, admin, contabSoloAdmin));
+    // Leaving is for a logged-in user; before, the login window's cancel ends the program.
+    acciones_.value(QStringLiteral("mnuSalir"))->setEnabled(dentro);
     acciones_.value(QStringLiteral("mnuIdentificar"))->setVisible(!dentro);
     acciones_.value(QStringLiteral("mnuDesidentificar"))->setVisible(dentro);
     panelUsuario_->setText(dentro ? e_.nombreUsuario : QString());
@@ -231,12 +233,19 @@ void MainWindow::salirSinConfirmar() {
 
 void MainWindow::closeEvent(QCloseEvent* evento) {
     if (!cerrado_) {
-        // The screens go first: one with unsaved changes may keep the program open.
-        mdi_->closeAllSubWindows();
-        if (!mdi_->subWindowList().isEmpty() || !CierreForm(e_).cerrar(true)) {
+        // The question comes first, so that No leaves every screen open; then the screens
+        // close, and one with unsaved changes may still keep the program open.
+        CierreForm cierre(e_);
+        if (!cierre.confirmarSalida()) {
             evento->ignore();
             return;
         }
+        mdi_->closeAllSubWindows();
+        if (!mdi_->subWindowList().isEmpty()) {
+            evento->ignore();
+            return;
+        }
+        cierre.cerrar(false);
         cerrado_ = true;
     }
     evento->accept();
@@ -285,7 +294,12 @@ void MainWindow::alTemporizadorCopia() {
     if (!tocaCopiaAutomatica(horaCopia_, ahora, ultimaCopia_)) return;
     ultimaCopia_ = ahora.date();
     const QString destino = rutaCopiaAutomatica(e_.configuracionBD.ficheroSQLite());
-    const QString error = copiarBaseDatos(e_.db(), destino);
+    // Between steps the window repaints and its timers run; what the user types waits until
+    // the copy ends (at most PasosCopia::limiteTotalMs), so that no command can close the
+    // connection under the copy.
+    const QString error = copiarBaseDatos(e_.db(), destino, PasosCopia{}, [] {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    });
     avisoCopia_ = error.isEmpty()
                       ? QStringLiteral("Copia automática realizada en '") + destino + QLatin1Char('\'')
                       : QStringLiteral("No se ha podido hacer la copia automática: ") + error;

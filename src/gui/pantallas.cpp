@@ -1,6 +1,6 @@
 #include "gui/pantallas.h"
 
-#include "app/conf_puesto_store.h"
+#include "app/conf_puesto_form.h"
 #include "app/parametros_menu.h"
 #include "clients/ui/cambio_propietario_window.h"
 #include "clients/ui/cliente_busqueda_window.h"
@@ -20,22 +20,16 @@
 #include "gui/usuarios_window.h"
 #include "sales/ui/albaran_busqueda_window.h"
 #include "sales/ui/albaran_window.h"
-#include "stock/serie_subfamilia.h"
 #include "stock/ui/articulo_busqueda_window.h"
 #include "stock/ui/articulo_window.h"
 
 #include <QApplication>
 
 void aplicarConfiguracionPuesto(MainWindow& w) {
-    Entorno& e = w.entorno();
-    if (!e.hayBaseDatos()) return;
-    try {
-        const ConfiguracionPuesto c = ConfPuestoStore(e.db()).cargar(e.puesto);
-        w.configurarAutoGuardado(c.AutoGuardado);
-        w.configurarCopiaAutomatica(c.HoraCopia.isValid() ? std::optional<QTime>(c.HoraCopia) : std::nullopt);
-    } catch (const ErrorBD& err) {
-        e.dialogs().error(QStringLiteral("Pramelvix"), err.mensaje());
-    }
+    const auto c = leerConfiguracionPuesto(w.entorno());
+    if (!c) return;
+    w.configurarAutoGuardado(c->AutoGuardado);
+    w.configurarCopiaAutomatica(c->HoraCopia.isValid() ? std::optional<QTime>(c->HoraCopia) : std::nullopt);
 }
 
 void registrarPantallas(MainWindow& w) {
@@ -115,7 +109,6 @@ void registrarPantallas(MainWindow& w) {
                 [&w, &e] { w.abrirVentana(new PlanSaludWindow(e), false); });
 
     // Articles, suppliers and invoicing series.
-    registrarReglasArticulos();
     w.alActivar(QStringLiteral("mnuMttoArticulo"),
                 [&w, &e] { w.abrirVentana(new ArticuloWindow(e), false); });
     w.alActivar(QStringLiteral("mnuMttoProveedor"),

@@ -14,6 +14,14 @@ void ArticuloBusquedaForm::textoInicial(const QString& texto) {
         filtro.descripcion = t;
 }
 
+QList<OpcionArticulo> ArticuloBusquedaForm::opciones(const QString& tabla, std::optional<qint64> padre) {
+    QList<OpcionArticulo> l;
+    CommandTrace t(e_.dialogs(), QStringLiteral("cargar las listas en la '") + kTituloBusquedaArticulos +
+                                     QLatin1Char('\''));
+    t.ejecutar([&] { l = ArticuloStore(e_.db()).opciones(tabla, padre); });
+    return l;
+}
+
 bool ArticuloBusquedaForm::buscar() {
     FiltroArticulos f = filtro;
     f.codigo.reset();

@@ -22,6 +22,10 @@ public:
     // Puts the opener's text in the description, or in the code when it is all digits.
     void textoInicial(const QString& texto);
 
+    // The choices of a filter's drop-down (ArticuloStore::opciones); empty, with the reason
+    // shown, when the database failed.
+    QList<OpcionArticulo> opciones(const QString& tabla, std::optional<qint64> padre = std::nullopt);
+
     static QStringList cabeceras();
     int filas() const { return static_cast<int>(filas_.size()); }
     const FilaArticulo& fila(int i) const { return filas_.at(i); }

@@ -234,6 +234,13 @@ QString ArticuloForm::clasificacionCambiada(const Registro& antes, const Registr
 }
 
 bool ArticuloForm::guardar() {
+    // A changed description is asked about before any check (a missing one is refused by
+    // the first check instead).
+    const QString descripcion = textos_.value(QStringLiteral("Articulo")).trimmed();
+    if (!nuevo_ && !descripcion.isEmpty() &&
+        descripcion != registro_.texto(QStringLiteral("Articulo")).trimmed() &&
+        !e_.dialogs().preguntar(Icono::Pregunta, kAtencion, kPreguntaDescripcionArticulo))
+        return false;
     foco_.clear();
     const QList<QPair<QString, QString>> obligatorios = {
         {QStringLiteral("Articulo"), QStringLiteral("Debe informar el nombre del Artículo")},
@@ -271,9 +278,6 @@ bool ArticuloForm::guardar() {
         r.setValor(c.nombre, *v);
     }
 
-    if (!nuevo_ && r.texto(QStringLiteral("Articulo")) != registro_.texto(QStringLiteral("Articulo")) &&
-        !e_.dialogs().preguntar(Icono::Pregunta, kAtencion, kPreguntaDescripcionArticulo))
-        return false;
     if (!tomarBloqueo(AccionBloqueo::Modificacion)) return false;
 
     bool guardado = false;
@@ -282,10 +286,9 @@ bool ArticuloForm::guardar() {
     t.ejecutar([&] {
         ArticuloStore articulos(e_.db());
         SeriesArticuloStore series(e_.db());
-        RegistroStore store(e_.db());
         if (nuevo_) {
             t.paso(QStringLiteral("Crear el Artículo"));
-            store.crear(r);
+            articulos.crear(r);
             guardado = true;
             return;
         }
@@ -301,7 +304,7 @@ bool ArticuloForm::guardar() {
         const QString serieAhora = serieDe(r);
         if (serieAntes == serieAhora) {
             t.paso(QStringLiteral("Actualizar el Artículo"));
-            store.actualizar(r);
+            articulos.actualizar(r);
             guardado = true;
             return;
         }
@@ -312,12 +315,8 @@ bool ArticuloForm::guardar() {
         t.paso(QStringLiteral("Bloquear la B.D. para Administración"));
         if (!almacenBloqueos(e_).bloquearBD()) return;
         conBloqueoBD = true;
-        t.paso(QStringLiteral("Cambiar la serie en los Albaranes sin facturar"));
-        Transaction tx = e_.db().transaccion();
-        series.reescribirLineasPendientes(r.clave().toLongLong(), serieAhora);
-        t.paso(QStringLiteral("Actualizar el Artículo"));
-        store.actualizar(r);
-        tx.commit();
+        t.paso(QStringLiteral("Actualizar el Artículo y la serie de los Albaranes sin facturar"));
+        articulos.actualizarConSerie(r, serieAhora);
         guardado = true;
     });
     if (conBloqueoBD) {
@@ -345,7 +344,7 @@ bool ArticuloForm::eliminar() {
     CommandTrace t(e_.dialogs(), traza(QStringLiteral("eliminar")));
     const bool ok = t.ejecutar([&] {
         t.paso(QStringLiteral("Eliminar el Artículo"));
-        RegistroStore(e_.db()).eliminar(registro_);
+        ArticuloStore(e_.db()).eliminar(registro_);
     });
     if (!ok) return false;
     nuevo();

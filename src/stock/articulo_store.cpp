@@ -2,6 +2,7 @@
 
 #include "core/errores.h"
 #include "data/esquema.h"
+#include "stock/series_articulo.h"
 
 #include <QSqlQuery>
 
@@ -13,6 +14,26 @@ const DescriptorTabla& tablaArticulos() {
 
 std::optional<Registro> ArticuloStore::cargar(qint64 codigo) {
     return RegistroStore(db_).cargar(tablaArticulos(), codigo);
+}
+
+void ArticuloStore::crear(Registro& r) {
+    RegistroStore(db_).crear(r);
+}
+
+void ArticuloStore::actualizar(const Registro& r) {
+    RegistroStore(db_).actualizar(r);
+}
+
+int ArticuloStore::actualizarConSerie(const Registro& r, const QString& serie) {
+    Transaction tx = db_.transaccion();
+    const int lineas = SeriesArticuloStore(db_).reescribirLineasPendientes(r.clave().toLongLong(), serie);
+    RegistroStore(db_).actualizar(r);
+    tx.commit();
+    return lineas;
+}
+
+bool ArticuloStore::eliminar(const Registro& r) {
+    return RegistroStore(db_).eliminar(r);
 }
 
 bool ArticuloStore::existeProveedor(qint64 codigo) {

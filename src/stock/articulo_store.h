@@ -44,6 +44,13 @@ public:
     explicit ArticuloStore(Database& db) : db_(db) {}
 
     std::optional<Registro> cargar(qint64 codigo);
+    // Writing an article: a new one takes its code (set in r); deleting is false when it was
+    // already gone. actualizarConSerie also gives the series to the article's lines on every
+    // delivery note not yet invoiced, in one transaction with the article; the lines changed.
+    void crear(Registro& r);
+    void actualizar(const Registro& r);
+    int actualizarConSerie(const Registro& r, const QString& serie);
+    bool eliminar(const Registro& r);
     // Whether a supplier with this code exists.
     bool existeProveedor(qint64 codigo);
     // The look-up list of a parameter table (key and Descripcion, or Nombre for suppliers),

@@ -30,7 +30,3 @@ std::optional<bool> guardarSubfamilia(Entorno& e, const Registro& anterior, cons
     if (hecho) e.dialogs().informar(kTituloCambioSerie, kActualizacionCorrecta);
     return hecho;
 }
-
-void registrarReglasArticulos() {
-    registrarGuardadoPropio(QStringLiteral("Subfamilias"), guardarSubfamilia);
-}

@@ -7,9 +7,7 @@
 
 #include <optional>
 
-// The save of a Subfamilias record through the generic record form: nothing when the series did
-// not change (the form saves as usual); otherwise whether it was saved.
+// The save of a Subfamilias record through the generic record form (registered for every
+// program by reglas_articulos.cpp): nothing when the series did not change (the form saves
+// as usual); otherwise whether it was saved.
 std::optional<bool> guardarSubfamilia(Entorno& e, const Registro& anterior, const Registro& nuevo);
-
-// Registers the articles' own saving rules with the generic record form.
-void registrarReglasArticulos();

@@ -228,27 +228,6 @@ private slots:
         QVERIFY(s->s.d.mensajes().isEmpty());
     }
 
-    void puertos_data() {
-        QTest::addColumn<QString>("puerto");
-        QTest::addColumn<bool>("valido");
-        auto fila = [](const char* nombre, QString a0, bool a1) { QTest::newRow(nombre) << a0 << a1; };
-        fila("COM1", u"COM1"_s, true);
-        fila("COM16", u"COM16"_s, true);
-        fila("COM17", u"COM17"_s, false);
-        fila("COM0", u"COM0"_s, false);
-        fila("ttyUSB0", u"/dev/ttyUSB0"_s, true);
-        fila("serial by-id", u"/dev/serial/by-id/usb-Epson_TM-if00"_s, true);
-        fila("fuera de /dev", u"/dev/../etc/passwd"_s, false);
-        fila("sin /dev", u"ttyUSB0"_s, false);
-        fila("vacío", QString(), false);
-    }
-
-    void puertos() {
-        QFETCH(QString, puerto);
-        QFETCH(bool, valido);
-        QCOMPARE(ConfPuestoForm::puertoValido(puerto), valido);
-    }
-
     void puertoSerieIncorrecto() {
         auto s = sesion();
         auto f = s->form();

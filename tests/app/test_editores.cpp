@@ -1,4 +1,5 @@
 // The generic list editor, tree editor and record form, on the parameter tables.
+#include "app/bloqueo_edicion.h"
 #include "app/editor_arbol_form.h"
 #include "app/editor_lista_form.h"
 #include "app/ficha_form.h"
@@ -587,6 +588,39 @@ private slots:
         QCOMPARE(dibujo(f), (QStringList{"Respiratorios", "  Tos"}));
         QCOMPARE(filas(db, t), 2);
         QVERIFY(f.seleccionado.isEmpty());
+    }
+
+    // A node below the one deleted, locked by another workstation, keeps the whole branch.
+    void arbolRamaConNodoBloqueado() {
+        auto s = sesion();
+        Database& db = s->t.db();
+        const QString t = QStringLiteral("GruposSintomas");
+        const QVariant a = crearNodo(db, t, QStringLiteral("Digestivos"), {});
+        const QVariant a1 = crearNodo(db, t, QStringLiteral("Vómitos"), a);
+        const QVariant a11 = crearNodo(db, t, QStringLiteral("Hematemesis"), a1);
+        auto conexion = s->t.otraConexion();
+        ScriptedDialogs d2;
+        Entorno otro(*conexion, d2, reloj_);
+        otro.puesto = QStringLiteral("CONSULTA2");
+        QVERIFY(almacenBloqueos(otro).bloquearRegistro(
+            tabla(t), a11.toString(), QStringLiteral("Hematemesis"), AccionBloqueo::Modificacion, false));
+        // This workstation's own lock on a node does not count.
+        QVERIFY(almacenBloqueos(*s->e).bloquearRegistro(tabla(t), a1.toString(), QStringLiteral("Vómitos"),
+                                                        AccionBloqueo::Modificacion, false));
+        EditorArbolForm f(*s->e, tabla(t));
+        QVERIFY(f.refrescar());
+        f.seleccionado = a.toString();
+        QVERIFY(!f.eliminar()); // refused before the question
+        QCOMPARE(s->d.sinRespuesta(), 0);
+        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("Bloqueo de Registro"));
+        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("No es posible dar de Baja el/la ") + tabla(t).descTabla +
+                                         QStringLiteral(" de Hematemesis pues otro Puesto lo/a tiene "
+                                                        "bloqueado/a. Consulte a un Administrador."));
+        QCOMPARE(filas(db, t), 3);
+        QVERIFY(almacenBloqueos(otro).desbloquearRegistro(tabla(t), a11.toString()));
+        s->d.si();
+        QVERIFY(f.eliminar());
+        QCOMPARE(filas(db, t), 0);
     }
 
     // When one record of the branch cannot be deleted, none is.

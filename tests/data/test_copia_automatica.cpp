@@ -3,6 +3,8 @@
 #include "data/copia_automatica.h"
 #include "data/esquema.h"
 
+#include <QElapsedTimer>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -35,6 +37,32 @@ private slots:
         QCOMPARE(Ajustes(*leida).leer(u"CLAVE 199"_s), u"199"_s);
         QCOMPARE(Ajustes(*leida).existe(u"PENDIENTE"_s), false);
         QVERIFY(!QFile::exists(copia + u".tmp"_s));
+    }
+
+    // Another workstation writing between every step makes SQLite start the copy again each
+    // time: the copy gives up at its time limit, and the earlier copy is kept.
+    void escriturasContinuasAgotanElLimite() {
+        QTemporaryDir dir;
+        const QString bd = dir.filePath(QStringLiteral("Pramelvix.mdb"));
+        auto db = Database::abrirSQLite(bd, true);
+        migrarEsquema(*db);
+        const QString copia = dir.filePath(QStringLiteral("CopiaAutomBD.MDB"));
+        QVERIFY(copiarBaseDatos(*db, copia).isEmpty());
+        const qint64 tamanoAnterior = QFileInfo(copia).size();
+        auto otra = Database::abrirSQLite(bd);
+        int pasos = 0;
+        QElapsedTimer reloj;
+        reloj.start();
+        const QString error = copiarBaseDatos(*db, copia, PasosCopia{1, 50, 0, 300}, [&] {
+            Ajustes(*otra).escribir(QStringLiteral("PASO"), QString::number(++pasos));
+        });
+        QVERIFY(error.contains(QStringLiteral("se ha abandonado")));
+        QVERIFY(pasos > 1);
+        QVERIFY2(reloj.elapsed() < 3000, qPrintable(QString::number(reloj.elapsed())));
+        QCOMPARE(QFileInfo(copia).size(), tamanoAnterior);
+        QVERIFY(!QFile::exists(copia + QStringLiteral(".tmp")));
+        // The connection waits as long as before for other workstations.
+        QCOMPARE(db->valor(QStringLiteral("PRAGMA busy_timeout")).toInt(), 15000);
     }
 
     void destinoImposibleNoDejaRastro() {

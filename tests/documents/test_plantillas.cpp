@@ -320,25 +320,6 @@ private slots:
         QCOMPARE(bytesEscPos(u"x"_s, 40, true).count(corte), 9);
     }
 
-    void puertoSerie_data() {
-        QTest::addColumn<QString>("puerto");
-        QTest::addColumn<QString>("dispositivo");
-        auto fila = [](const char* nombre, QString a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
-        fila("COM1", "COM1", "/dev/ttyS0");
-        fila("com16", " com16 ", "/dev/ttyS15");
-        fila("número", "3", "/dev/ttyS2");
-        fila("USB", "/dev/ttyUSB0", "/dev/ttyUSB0");
-        fila("fuera de /dev", "/dev/../etc/passwd", "");
-        fila("COM0", "COM0", "");
-        fila("LPT1", "LPT1", "");
-        fila("vacío", "", "");
-    }
-    void puertoSerie() {
-        QFETCH(QString, puerto);
-        QFETCH(QString, dispositivo);
-        QCOMPARE(dispositivoSerie(puerto), dispositivo);
-    }
-
     // The list picker on the terminal: numbered options, a wrong answer asked again, an empty
     // line or the end of input cancels.
     void selectorEnConsola_data() {

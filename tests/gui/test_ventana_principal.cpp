@@ -95,7 +95,9 @@ private slots:
         QVERIFY(!visible(*c, "mnuMttoCliente"));
         QVERIFY(!c->w->findChild<QMenu*>(u"mnuParametros"_s)->menuAction()->isVisible());
 
+        QVERIFY(!c->w->accion(u"mnuSalir"_s)->isEnabled());
         QVERIFY(c->w->identificar());
+        QVERIFY(c->w->accion(u"mnuSalir"_s)->isEnabled());
         QCOMPARE(c->w->findChild<QLabel*>(u"panelUsuario"_s)->text(), u"JEFA"_s);
         QVERIFY(visible(*c, "mnuDesidentificar"));
         QVERIFY(!visible(*c, "mnuIdentificar"));
@@ -238,8 +240,9 @@ private slots:
         // Logging off and closing the program both stop at the screen that keeps its changes.
         c->w->desidentificar();
         QVERIFY(c->s.e.identificado());
+        c->s.d.si();
         QVERIFY(!c->w->close());
-        QVERIFY(c->s.d.mensajes().isEmpty()); // not even the closing question was asked
+        QCOMPARE(c->s.d.textos(), QStringList{u"¿Desea realmente salir de Pramelvix?"_s});
         QCOMPARE(PuestosActivosStore(c->s.t.db()).contar(), 1);
         pantalla->dejar = true;
         c->s.d.si();
@@ -250,9 +253,14 @@ private slots:
     void cerrarLaVentana() {
         auto c = abrir();
         c->w->show();
+        auto* pantalla = new QWidget;
+        c->w->abrirVentana(pantalla);
+        QTRY_VERIFY(pantalla->isVisible());
+        // No is asked before any screen closes: every screen stays open.
         c->s.d.no();
         QVERIFY(!c->w->close());
         QVERIFY(c->w->isVisible());
+        QCOMPARE(c->w->mdi()->subWindowList().size(), 1);
         QCOMPARE(PuestosActivosStore(c->s.t.db()).contar(), 1);
         c->s.d.si();
         QVERIFY(c->w->close());

@@ -192,6 +192,13 @@ private slots:
         a.setTexto(u"PVP1"_s, u"9,95"_s);
         QVERIFY(a.guardar());
         QVERIFY(s->d.mensajes().isEmpty());
+        // The question comes before the save checks: answered Yes, the first check still refuses.
+        a.setTexto(QStringLiteral("Articulo"), QStringLiteral("Collar grande"));
+        a.setTexto(QStringLiteral("ArtTipoArticulo"), QString());
+        s->d.si();
+        QVERIFY(!a.guardar());
+        QCOMPARE(s->d.textos(), (QStringList{kPreguntaDescripcionArticulo,
+                                             QStringLiteral("Debe informar el tipo de Artículo")}));
     }
 
     void cambioDeSerieReescribeAlbaranesPendientes() {

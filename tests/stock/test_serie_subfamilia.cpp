@@ -1,5 +1,6 @@
 // Changing a subfamily's series in its list rewrites the series of the pending delivery notes
 // that hold its articles, after the question, with the database locked for administration.
+// Nothing here registers the rule: the core applies it in every program, windows or none.
 #include "app/bloqueo_edicion.h"
 #include "app/ficha_form.h"
 #include "data/esquema.h"
@@ -16,7 +17,6 @@ class TestSerieSubfamilia : public QObject {
     };
 
     std::unique_ptr<Caso> caso() {
-        registrarReglasArticulos();
         auto c = std::make_unique<Caso>();
         c->e.puesto = u"RECEPCION"_s;
         c->e.usuario = u"ana"_s;

@@ -96,11 +96,7 @@ ArticuloBusquedaWindow::ArticuloBusquedaWindow(Entorno& entorno, QWidget* padre)
 void ArticuloBusquedaWindow::llenar(QComboBox* combo, const QString& tabla, std::optional<qint64> padre) {
     combo->clear();
     combo->addItem(QString(), QString());
-    QList<OpcionArticulo> l;
-    CommandTrace t(e_.dialogs(), QStringLiteral("cargar las listas en la '") + kTituloBusquedaArticulos +
-                                     QLatin1Char('\''));
-    t.ejecutar([&] { l = ArticuloStore(e_.db()).opciones(tabla, padre); });
-    for (const OpcionArticulo& o : l)
+    for (const OpcionArticulo& o : form_.opciones(tabla, padre))
         combo->addItem(o.texto, o.clave);
 }
 
