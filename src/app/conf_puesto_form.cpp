@@ -194,6 +194,7 @@ bool ConfPuestoForm::cargar() {
 
         traza.paso(QStringLiteral("Leer los valores por defecto del puesto ") + e_.puesto);
         const ConfiguracionPuesto c = store.cargar(e_.puesto);
+        versionFila_ = c.versionFila;
         especies_ = store.opciones(tablaEspecies_, c.IdEspecie ? QVariant(*c.IdEspecie) : QVariant());
         serieVenta = contieneClave(seriesVenta_, c.SerieVenta) ? c.SerieVenta : QString();
         serieAbono = contieneClave(seriesAbono_, c.SerieAbono) ? c.SerieAbono : QString();
@@ -361,13 +362,16 @@ bool ConfPuestoForm::guardar() {
         if (const auto f = leerFecha(fechaInicial)) c.FechaInicial = *f;
         c.AutoGuardado = autoGuardado;
         if (const auto h = leerHora(horaCopia)) c.HoraCopia = *h;
+        c.versionFila = versionFila_;
 
+        // The file first: its failure is told with no transaction open.
+        traza.paso(QStringLiteral("Escribir la impresora de tickets en 'PRAMELVIX.INI'"));
+        if (!escribirIni()) return;
         Transaction tx = e_.db().transaccion();
         traza.paso(QStringLiteral("Guardar los valores por defecto del puesto ") + e_.puesto);
-        ConfPuestoStore(e_.db()).guardar(c);
-        traza.paso(QStringLiteral("Escribir la impresora de tickets en 'PRAMELVIX.INI'"));
-        if (!escribirIni()) return; // the transaction rolls back
+        const qint64 version = ConfPuestoStore(e_.db()).guardar(c);
         tx.commit();
+        versionFila_ = version;
         guardado = true;
     });
     return guardado;

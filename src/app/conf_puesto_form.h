@@ -100,6 +100,7 @@ public:
     QString rutaIni() const;
 
 private:
+    qint64 versionFila_ = 0; // of the workstation's row, as read
     struct Elegido {
         QString texto;
         QString nombre;

@@ -37,6 +37,7 @@ ConfiguracionPuesto ConfPuestoStore::cargar(const QString& puesto) {
     c.FechaInicial = r->valor(QStringLiteral("FechaInicial")).toDate();
     c.AutoGuardado = std::max(0, r->valor(QStringLiteral("AutoGuardado")).toInt());
     c.HoraCopia = r->valor(QStringLiteral("HoraCopia")).toTime();
+    c.versionFila = r->valor(DescriptorTabla::kColumnaVersion).toLongLong();
     return c;
 }
 
@@ -44,7 +45,7 @@ bool ConfPuestoStore::existe(const QString& puesto) {
     return RegistroStore(db_).contar(tablaConfPuesto(), {QStringLiteral("Puesto = ?"), {puesto}}) > 0;
 }
 
-void ConfPuestoStore::guardar(const ConfiguracionPuesto& c) {
+qint64 ConfPuestoStore::guardar(const ConfiguracionPuesto& c) {
     Registro r(tablaConfPuesto());
     r.setValor(QStringLiteral("Puesto"), c.Puesto);
     r.setValor(QStringLiteral("SerieVenta"), textoOpcional(c.SerieVenta));
@@ -59,11 +60,14 @@ void ConfPuestoStore::guardar(const ConfiguracionPuesto& c) {
     r.setValor(QStringLiteral("HoraCopia"), c.HoraCopia.isValid() ? QVariant(c.HoraCopia) : QVariant());
     RegistroStore store(db_);
     Transaction tx = db_.transaccion();
-    if (existe(c.Puesto))
+    if (existe(c.Puesto)) {
+        r.setValor(DescriptorTabla::kColumnaVersion, c.versionFila);
         store.actualizar(r);
-    else
+    } else {
         store.crear(r);
+    }
     tx.commit();
+    return r.valor(DescriptorTabla::kColumnaVersion).toLongLong();
 }
 
 QList<OpcionLista> ConfPuestoStore::series(const QString& tipo) {

@@ -10,6 +10,7 @@
 #include <QList>
 #include <QTime>
 #include <optional>
+#include <tuple>
 
 struct ConfiguracionPuesto {
     QString Puesto;
@@ -22,8 +23,14 @@ struct ConfiguracionPuesto {
     QDate FechaInicial;   // invalid when not set
     int AutoGuardado = 0; // minutes between automatic savings; 0 = off
     QTime HoraCopia;      // time of the automatic backup; invalid = no automatic backup
+    qint64 versionFila = 0; // the row version read; not part of what the settings are
 
-    bool operator==(const ConfiguracionPuesto&) const = default;
+    bool operator==(const ConfiguracionPuesto& o) const {
+        return std::tie(Puesto, SerieVenta, SerieAbono, Tarifa, IdEspecie, IdCliente, IdArticulo, FechaInicial,
+                        AutoGuardado, HoraCopia) == std::tie(o.Puesto, o.SerieVenta, o.SerieAbono, o.Tarifa,
+                                                             o.IdEspecie, o.IdCliente, o.IdArticulo,
+                                                             o.FechaInicial, o.AutoGuardado, o.HoraCopia);
+    }
 };
 
 // An entry of a drop-down: the stored key and the text shown.
@@ -44,7 +51,9 @@ public:
     ConfiguracionPuesto cargar(const QString& puesto);
     bool existe(const QString& puesto);
     // Inserts or replaces the row of c.Puesto.
-    void guardar(const ConfiguracionPuesto& c);
+    // Writes the workstation's defaults; an existing row only if its version is still
+    // c.versionFila (ErrorRegistroCambiado otherwise). Returns the row's new version.
+    qint64 guardar(const ConfiguracionPuesto& c);
 
     // Series of one type (kSerieVenta or kSerieAbono), by code: clave = code,
     // texto = code + " - " + description.

@@ -20,12 +20,20 @@ QString EditorListaForm::descripcionTraza(const QString& accion) const {
 QStringList EditorListaForm::cabeceras() const {
     QStringList l;
     for (const auto& c : t_->columnaS)
-        l << c.Descripcion;
+        if (!c.interna) l << c.Descripcion;
     return l;
 }
 
+int EditorListaForm::columnas() const {
+    // The program's own columns (the row version) come last and are never listed.
+    int n = 0;
+    for (const auto& c : t_->columnaS)
+        if (!c.interna) ++n;
+    return n;
+}
+
 QString EditorListaForm::textoCelda(int fila, int columna) const {
-    if (fila < 0 || fila >= filas() || columna < 0 || columna >= t_->columnaS.size()) return {};
+    if (fila < 0 || fila >= filas() || columna < 0 || columna >= columnas()) return {};
     return ::textoCelda(t_->columnaS.at(columna), registros_.at(fila).valores().at(columna));
 }
 

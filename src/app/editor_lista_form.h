@@ -34,6 +34,8 @@ public:
     int filas() const { return static_cast<int>(registros_.size()); }
     const Registro& registro(int fila) const { return registros_.at(fila); }
     QString textoCelda(int fila, int columna) const;
+    // How many columns the list shows (cabeceras().size()).
+    int columnas() const;
     // The row of the record with this key; -1 when it is not in the list.
     int filaDeClave(const QVariant& clave) const;
 

@@ -176,8 +176,10 @@ QList<QPair<qint64, QList<qint64>>> especiesYRazas(Database& db) {
 // Inserts rows of the same columns, many to a statement.
 class Lote {
 public:
-    Lote(Database& db, QString tabla, QStringList columnas)
-        : db_(db), tabla_(std::move(tabla)), columnas_(std::move(columnas)) {}
+    // padre: the batch of the rows these point at, written first so that no row is ever
+    // written before its parent.
+    Lote(Database& db, QString tabla, QStringList columnas, Lote* padre = nullptr)
+        : db_(db), tabla_(std::move(tabla)), columnas_(std::move(columnas)), padre_(padre) {}
     ~Lote() = default;
     void anadir(const QVariantList& fila) {
         valores_ << fila;
@@ -185,6 +187,7 @@ public:
     }
     void volcar() {
         if (filas_ == 0) return;
+        if (padre_) padre_->volcar();
         const QString una = QLatin1Char('(') +
                             QStringList(columnas_.size(), QStringLiteral("?")).join(QLatin1Char(',')) +
                             QLatin1Char(')');
@@ -198,6 +201,7 @@ public:
 
 private:
     static constexpr int kFilas = 100;
+    Lote* padre_ = nullptr;
     Database& db_;
     QString tabla_;
     QStringList columnas_;
@@ -239,7 +243,8 @@ ResultadoGenerador generarClientes(Database& db, int numClientes, quint32 semill
                    QStringLiteral("NombreBusqueda"), QStringLiteral("IdEspecie"), QStringLiteral("IdRaza"),
                    QStringLiteral("Sexo"), QStringLiteral("FechaNacimiento"), QStringLiteral("FechaAlta"),
                    QStringLiteral("Baja"), QStringLiteral("FechaBaja"), QStringLiteral("Chip"),
-                   QStringLiteral("Cartilla")});
+                   QStringLiteral("Cartilla")},
+                  &clientes);
     const QVariant nulo;
     for (int i = 0; i < numClientes; ++i) {
         ++idCliente;

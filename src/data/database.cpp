@@ -141,14 +141,15 @@ void Database::comenzar() {
         profundidad_ = 0;
         throw;
     }
-    abiertas.ref();
+    contada_ = vigilada_;
+    if (contada_) abiertas.ref();
 }
 
 void Database::terminar(bool confirmar) {
     if (profundidad_ <= 0) return;
     if (!confirmar) soloDeshacer_ = true;
     if (--profundidad_ > 0) return;
-    abiertas.deref();
+    if (contada_) abiertas.deref();
     if (soloDeshacer_) {
         QSqlQuery q(db_);
         q.exec(QStringLiteral("ROLLBACK"));

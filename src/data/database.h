@@ -46,6 +46,9 @@ public:
     // question must never wait for the user while this is not 0: the other workstations
     // would wait on it.
     static int transaccionesAbiertas();
+    // Whether this connection's transactions count there (the session's own connections do;
+    // a test's stand-in for another workstation does not).
+    void setVigilada(bool vigilada) { vigilada_ = vigilada; }
 
     // SQLite: whether a commit waits until the data is on the disk (synchronous=FULL, the
     // default: an invoice committed and printed survives a power cut) or only until it is in
@@ -68,6 +71,8 @@ private:
     QSqlDatabase db_;
     int profundidad_ = 0;
     bool soloDeshacer_ = false;
+    bool vigilada_ = true;
+    bool contada_ = false;
 };
 
 class Transaction {

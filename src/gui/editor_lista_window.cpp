@@ -77,7 +77,7 @@ void EditorListaWindow::mostrar() {
     QList<QTreeWidgetItem*> filas;
     for (int f = 0; f < form_.filas(); ++f) {
         auto* item = new QTreeWidgetItem;
-        for (int c = 0; c < t.columnaS.size(); ++c) {
+        for (int c = 0; c < form_.columnas(); ++c) {
             item->setText(c, form_.textoCelda(f, c));
             if (alinearDerecha(t.columnaS.at(c)))
                 item->setTextAlignment(c, Qt::AlignRight | Qt::AlignVCenter);
@@ -85,7 +85,7 @@ void EditorListaWindow::mostrar() {
         filas << item;
     }
     lista_->addTopLevelItems(filas);
-    for (int c = 0; c < t.columnaS.size() - 1; ++c) {
+    for (int c = 0; c < form_.columnas() - 1; ++c) {
         lista_->resizeColumnToContents(c);
         lista_->setColumnWidth(c, std::min(std::max(lista_->columnWidth(c), 70), 260));
     }

@@ -20,11 +20,11 @@ void ArticuloStore::crear(Registro& r) {
     RegistroStore(db_).crear(r);
 }
 
-void ArticuloStore::actualizar(const Registro& r) {
+void ArticuloStore::actualizar(Registro& r) {
     RegistroStore(db_).actualizar(r);
 }
 
-int ArticuloStore::actualizarConSerie(const Registro& r, const QString& serie) {
+int ArticuloStore::actualizarConSerie(Registro& r, const QString& serie) {
     Transaction tx = db_.transaccion();
     const int lineas = SeriesArticuloStore(db_).reescribirLineasPendientes(r.clave().toLongLong(), serie);
     RegistroStore(db_).actualizar(r);

@@ -48,8 +48,8 @@ public:
     // already gone. actualizarConSerie also gives the series to the article's lines on every
     // delivery note not yet invoiced, in one transaction with the article; the lines changed.
     void crear(Registro& r);
-    void actualizar(const Registro& r);
-    int actualizarConSerie(const Registro& r, const QString& serie);
+    void actualizar(Registro& r);
+    int actualizarConSerie(Registro& r, const QString& serie);
     bool eliminar(const Registro& r);
     // Whether a supplier with this code exists.
     bool existeProveedor(qint64 codigo);

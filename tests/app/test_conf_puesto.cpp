@@ -253,6 +253,7 @@ private slots:
         c.Tarifa = u"TARIFA 1"_s;
         c.IdCliente = cliente + 40;
         c.IdArticulo = articulo + 70;
+        c.versionFila = ConfPuestoStore(s->s.db()).cargar(c.Puesto).versionFila;
         ConfPuestoStore(s->s.db()).guardar(c);
 
         auto f = s->form();
@@ -276,6 +277,7 @@ private slots:
         // Existing ones load silently, with their names.
         c.IdCliente = cliente;
         c.IdArticulo = articulo;
+        c.versionFila = despues.versionFila;
         ConfPuestoStore(s->s.db()).guardar(c);
         s->s.d.limpiar();
         QVERIFY(f->cargar());

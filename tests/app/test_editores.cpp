@@ -600,14 +600,14 @@ private slots:
         const QVariant a11 = crearNodo(db, t, QStringLiteral("Hematemesis"), a1);
         auto conexion = s->t.otraConexion();
         ScriptedDialogs d2;
-        Entorno otro(*conexion, d2, reloj_);
+        Entorno otro(*conexion, d2, s->reloj);
         otro.puesto = QStringLiteral("CONSULTA2");
         QVERIFY(almacenBloqueos(otro).bloquearRegistro(
             tabla(t), a11.toString(), QStringLiteral("Hematemesis"), AccionBloqueo::Modificacion, false));
         // This workstation's own lock on a node does not count.
-        QVERIFY(almacenBloqueos(*s->e).bloquearRegistro(tabla(t), a1.toString(), QStringLiteral("Vómitos"),
+        QVERIFY(almacenBloqueos(s->e).bloquearRegistro(tabla(t), a1.toString(), QStringLiteral("Vómitos"),
                                                         AccionBloqueo::Modificacion, false));
-        EditorArbolForm f(*s->e, tabla(t));
+        EditorArbolForm f(s->e, tabla(t));
         QVERIFY(f.refrescar());
         f.seleccionado = a.toString();
         QVERIFY(!f.eliminar()); // refused before the question

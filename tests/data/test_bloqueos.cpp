@@ -46,13 +46,13 @@ class TestBloqueos : public QObject {
         std::unique_ptr<Database> propia;
         Database* db;
         ScriptedDialogs d;
-        std::unique_ptr<BloqueoStore> s;
+        std::unique_ptr<Bloqueos> s;
     };
     std::unique_ptr<Puesto> puesto(TestDb& t, const QString& nombre, bool otraConexion) {
         auto p = std::make_unique<Puesto>();
         if (otraConexion) p->propia = t.otraConexion();
         p->db = otraConexion ? p->propia.get() : &t.db();
-        p->s = std::make_unique<BloqueoStore>(
+        p->s = std::make_unique<Bloqueos>(
             *p->db, p->d, reloj_, IdentidadSesion{u"sesion-"_s + nombre, u"usr-"_s + nombre, nombre});
         return p;
     }
@@ -331,10 +331,14 @@ private slots:
         QCOMPARE(l.size(), 2);
         QCOMPARE(l.at(0).clave, u"Clientes 1"_s);
         QCOMPARE(l.at(1).hora, QTime(8, 8, 6));
-        QVERIFY(a->s->eliminar(u"Clientes 2"_s));
-        QVERIFY(!a->s->eliminar(u"Clientes 2"_s));
+        QVERIFY(a->s->eliminar(l.at(1)));
+        QVERIFY(!a->s->eliminar(l.at(1)));
+        // Freed and taken again since it was listed: the listed lock is gone, the new one stays.
+        reloj_.avanzar(120);
+        QVERIFY(b->s->bloquearRegistro(kClientes, u"2"_s, u"Dos"_s, 1));
+        QVERIFY(!a->s->eliminar(l.at(1)));
         QVERIFY(b->s->bloquearRegistro(kClientes, u"3"_s, u"Tres"_s, 1));
-        QCOMPARE(b->s->eliminarTodos(), 2);
+        QCOMPARE(b->s->eliminarTodos(), 3);
         QCOMPARE(a->s->contar(), 0);
     }
 

@@ -392,17 +392,24 @@ private slots:
         AlbaranForm f(*c->e);
         const qint64 id = notaGuardada(*c, f);
         Albaran a = f.albaran();
+        AlbaranStore store(c->t.db());
+        // Saved by another workstation since this copy was read: its row version refuses it.
+        Albaran otra = f.albaran();
+        QCOMPARE(store.guardar(otra).resultado, ResultadoAlbaran::Hecho);
+        a.setRetencion(15);
+        QCOMPARE(store.guardar(a).resultado, ResultadoAlbaran::CambiadoEnOtroPuesto);
+        QCOMPARE(store.eliminar(id, a.versionFila), ResultadoAlbaran::CambiadoEnOtroPuesto);
+        a = otra;
         a.setRetencion(15);
         marcar(id);
-        AlbaranStore store(c->t.db());
-        QCOMPARE(store.guardar(a, c->d).resultado, ResultadoAlbaran::FacturadoOCobrado);
+        QCOMPARE(store.guardar(a).resultado, ResultadoAlbaran::FacturadoOCobrado);
         QCOMPARE(c->t.db()
                      .valor(QStringLiteral("SELECT Retencion FROM Albaranes WHERE IdAlbaran = ?"), {id})
                      .toDouble(),
                  0.0);
-        QCOMPARE(store.eliminar(id), ResultadoAlbaran::FacturadoOCobrado);
+        QCOMPARE(store.eliminar(id, a.versionFila), ResultadoAlbaran::FacturadoOCobrado);
         QCOMPARE(lineasDe(id), 1);
-        QCOMPARE(store.eliminar(id + 100), ResultadoAlbaran::NoExiste);
+        QCOMPARE(store.eliminar(id + 100, 0), ResultadoAlbaran::NoExiste);
     }
 
     void bloqueoDelRegistro() {
@@ -574,7 +581,7 @@ private slots:
         QVERIFY(f.ponerMascota(c->mascotaSinPlan));
         QVERIFY(f.guardar());
         // Deleted elsewhere: the message names the note by its number, not its key.
-        AlbaranStore(c->t.db()).eliminar(id);
+        AlbaranStore(c->t.db()).eliminar(id, f.albaran().versionFila);
         QVERIFY(!f.setRetencion(QStringLiteral("7")));
         QCOMPARE(c->d.ultimo().titulo, QStringLiteral("Error al intentar acceder al Albarán número A/1"));
         QVERIFY(f.cerrar());
