@@ -32,6 +32,10 @@ bool procedimientoReparacion(Dialogs& d, const ConfiguracionBD& config, const Cl
     const ResultadoReparacion r = config.motor == Motor::SQLite ? repararSQLite(config.ficheroSQLite(), reloj)
                                                                 : repararPostgreSQL(config.conexion);
     d.progreso(QString());
+    if (r.ocupada)
+        d.avisar(QStringLiteral("¡Atención!"),
+                 QStringLiteral("No se puede sustituir la Base de Datos mientras otros puestos la tengan abierta. "
+                                "Ciérrelos y vuelva a intentarlo."));
     return r.hecha;
 }
 

@@ -107,14 +107,28 @@ bool EditorListaForm::eliminar() {
         return false;
     }
     const Registro r = registros_.at(seleccionado);
+    if (e_.editores.abierto(t_->tabla, r.clave().toString())) {
+        e_.dialogs().avisar(kTituloAtencionEditor, textoAbiertoEnOtraVentana(t_->descTabla));
+        return false;
+    }
     BloqueoEdicion bloqueo(e_);
     if (!bloqueo.tomar(*t_, r.clave().toString(), textoRegistro(r), AccionBloqueo::Baja)) return false;
     if (!e_.dialogs().preguntar(Icono::Pregunta, kTituloAtencionEditor, kPreguntaEliminar)) return false;
     CommandTrace traza(e_.dialogs(), descripcionTraza(QStringLiteral("eliminar el objeto seleccionado")));
+    bool usado = false;
     const bool ok = traza.ejecutar([&] {
         traza.paso(QStringLiteral("Eliminar el registro de ") + t_->tabla);
-        RegistroStore(e_.db()).eliminar(r);
+        try {
+            RegistroStore(e_.db()).eliminar(r);
+        } catch (const ErrorBD& e) {
+            if (!esErrorDeReferencia(e)) throw;
+            usado = true;
+        }
     });
     refrescar();
-    return ok;
+    if (usado)
+        e_.dialogs().avisar(kTituloAtencionEditor, QStringLiteral("No es posible eliminar este/a ") + t_->descTabla +
+                                                       QStringLiteral(" porque hay otros registros que dependen de "
+                                                                      "él/ella."));
+    return ok && !usado;
 }

@@ -260,8 +260,9 @@ bool MascotaForm::guardar() {
     }
     if (r.valor(QStringLiteral("Baja")).isNull()) r.setValor(QStringLiteral("Baja"), false);
 
-    if (id_ && !bloqueo_.tomar(tablaMascotas(), QString::number(*id_), r.texto(QStringLiteral("Nombre")),
-                               AccionBloqueo::Modificacion))
+    if (id_ ? !bloqueo_.tomar(tablaMascotas(), QString::number(*id_), r.texto(QStringLiteral("Nombre")),
+                              AccionBloqueo::Modificacion)
+            : !bloqueo_.tomarAlta(tablaMascotas(), r.texto(QStringLiteral("Nombre"))))
         return false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar") + kAccion);
     qint64 id = 0;
@@ -269,6 +270,7 @@ bool MascotaForm::guardar() {
         traza.paso(QStringLiteral("Guardar la mascota"));
         id = MascotaStore(e_.db()).guardar(r);
     });
+    if (!id_) bloqueo_.liberar(); // the "Alta" lock lasts the save only
     if (resultado == ResultadoGuardado::Recargar) {
         modificado_ = false;
         abrir(propietario_.IdCliente, *id_);

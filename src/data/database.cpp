@@ -1,5 +1,7 @@
 #include "data/database.h"
 
+#include "data/uso_fichero.h"
+
 #include <QAtomicInt>
 #include <QFileInfo>
 #include <QSqlError>
@@ -52,12 +54,17 @@ void Database::cerrar() {
     db_.close();
     db_ = QSqlDatabase();
     QSqlDatabase::removeDatabase(nombreConexion_);
+    if (uso_) uso_->soltar();
 }
 
 std::unique_ptr<Database> Database::abrirSQLite(const QString& fichero, bool crear) {
     if (!crear && !QFileInfo::exists(fichero))
         throw ErrorBD(QStringLiteral("no existe el fichero de base de datos '%1'").arg(fichero));
     std::unique_ptr<Database> db(new Database(Motor::SQLite, fichero));
+    db->uso_ = std::make_unique<UsoFicheroBD>(QFileInfo(fichero).absoluteFilePath());
+    if (!db->uso_->compartir(15000))
+        throw ErrorBD(QStringLiteral("otro puesto está reparando o compactando la base de datos; vuelva a "
+                                     "intentarlo en unos minutos"));
     db->db_ = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), db->nombreConexion_);
     db->db_.setDatabaseName(fichero);
     db->db_.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=15000"));

@@ -13,6 +13,7 @@
 enum class Motor { SQLite, PostgreSQL };
 
 class Transaction;
+class UsoFicheroBD;
 
 class Database {
 public:
@@ -72,6 +73,7 @@ private:
     int profundidad_ = 0;
     bool soloDeshacer_ = false;
     bool vigilada_ = true;
+    std::unique_ptr<UsoFicheroBD> uso_; // SQLite: this program has the file open
     bool contada_ = false;
 };
 

@@ -1,5 +1,7 @@
 #include "data/reparacion.h"
 
+#include "data/uso_fichero.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -57,6 +59,15 @@ ResultadoReparacion repararSQLite(const QString& fichero, const Clock& reloj) {
     if (QFileInfo::exists(temporal)) borrarConCompanyeros(temporal);
     if (!QFileInfo::exists(origen)) {
         r.error = QStringLiteral("no existe el fichero '%1'").arg(origen);
+        return r;
+    }
+    // Held until the new file is in place: nobody else has the database open, and nobody
+    // opens it before the swap is over.
+    UsoFicheroBD uso(origen);
+    if (!uso.exclusivo()) {
+        r.ocupada = true;
+        r.error = QStringLiteral("hay otros puestos con la base de datos abierta; no se puede sustituir el "
+                                 "fichero mientras la usen");
         return r;
     }
     r.error = compactar(origen, temporal);

@@ -14,7 +14,8 @@ inline const QString kNombreBaseDatos = QStringLiteral("Pramelvix.mdb");
 QString nombreTemporalReparacion(const QTime& momento);
 
 struct ResultadoReparacion {
-    bool hecha = false; // the database was replaced by its compacted copy
+    bool hecha = false;
+    bool ocupada = false; // refused: another program has the database open // the database was replaced by its compacted copy
     QString error;      // what the compactor reported when it failed
 };
 

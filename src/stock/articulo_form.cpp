@@ -1,5 +1,7 @@
 #include "stock/articulo_form.h"
 
+#include "app/guardado_registro.h"
+
 #include "core/command_trace.h"
 #include "core/dinero.h"
 #include "core/formatos.h"
@@ -280,52 +282,59 @@ bool ArticuloForm::guardar() {
 
     if (!tomarBloqueo(AccionBloqueo::Modificacion)) return false;
 
-    bool guardado = false;
-    bool conBloqueoBD = false;
+    // The series the article had and the one it will have: a change rewrites the pending
+    // delivery-note lines, after a question asked with no transaction open.
+    std::optional<QString> serieNueva;
     CommandTrace t(e_.dialogs(), traza(QStringLiteral("guardar")));
-    t.ejecutar([&] {
+    if (!nuevo_) {
+        QString serieAntes, serieAhora;
+        Registro previo = registro_;
+        if (!t.ejecutar([&] {
+                t.paso(QStringLiteral("Comparar la serie de facturación que le corresponde"));
+                if (const auto antes = ArticuloStore(e_.db()).cargar(r.clave().toLongLong())) previo = *antes;
+                SeriesArticuloStore series(e_.db());
+                auto serieDe = [&](const Registro& a) {
+                    return serieAplicable(series.series(a.texto(QStringLiteral("ArtSerie")),
+                                                        entero(a.valor(QStringLiteral("Seccion"))),
+                                                        entero(a.valor(QStringLiteral("Familia"))),
+                                                        entero(a.valor(QStringLiteral("SubFamilia")))));
+                };
+                serieAntes = serieDe(previo);
+                serieAhora = serieDe(r);
+            }))
+            return false;
+        if (serieAntes != serieAhora) {
+            if (!e_.dialogs().preguntar(Icono::Pregunta, kTituloCambioSerie,
+                                        preguntaCambioSerieArticulo(clasificacionCambiada(previo, r), serieAhora)))
+                return false;
+            serieNueva = serieAhora;
+        }
+    }
+    bool conBloqueoBD = false;
+    if (serieNueva) {
+        if (!almacenBloqueos(e_).bloquearBD()) return false;
+        conBloqueoBD = true;
+    }
+    const ResultadoGuardado resultado = guardarRegistro(e_, t, bloqueo_, tablaArticulos().descTabla, [&] {
         ArticuloStore articulos(e_.db());
-        SeriesArticuloStore series(e_.db());
         if (nuevo_) {
             t.paso(QStringLiteral("Crear el Artículo"));
             articulos.crear(r);
-            guardado = true;
-            return;
-        }
-        t.paso(QStringLiteral("Comparar la serie de facturación que le corresponde"));
-        const auto antes = articulos.cargar(r.clave().toLongLong());
-        const Registro& previo = antes ? *antes : registro_;
-        auto serieDe = [&](const Registro& a) {
-            return serieAplicable(series.series(
-                a.texto(QStringLiteral("ArtSerie")), entero(a.valor(QStringLiteral("Seccion"))),
-                entero(a.valor(QStringLiteral("Familia"))), entero(a.valor(QStringLiteral("SubFamilia")))));
-        };
-        const QString serieAntes = serieDe(previo);
-        const QString serieAhora = serieDe(r);
-        if (serieAntes == serieAhora) {
+        } else if (!serieNueva) {
             t.paso(QStringLiteral("Actualizar el Artículo"));
             articulos.actualizar(r);
-            guardado = true;
-            return;
+        } else {
+            t.paso(QStringLiteral("Actualizar el Artículo y la serie de los Albaranes sin facturar"));
+            articulos.actualizarConSerie(r, *serieNueva);
         }
-        if (!e_.dialogs().preguntar(
-                Icono::Pregunta, kTituloCambioSerie,
-                preguntaCambioSerieArticulo(clasificacionCambiada(previo, r), serieAhora)))
-            return;
-        t.paso(QStringLiteral("Bloquear la B.D. para Administración"));
-        if (!almacenBloqueos(e_).bloquearBD()) return;
-        conBloqueoBD = true;
-        t.paso(QStringLiteral("Actualizar el Artículo y la serie de los Albaranes sin facturar"));
-        articulos.actualizarConSerie(r, serieAhora);
-        guardado = true;
     });
-    if (conBloqueoBD) {
-        try {
-            almacenBloqueos(e_).desbloquearBD();
-        } catch (const std::exception&) {
-            // desbloquearBD reports its own database errors.
-        }
+    if (conBloqueoBD) almacenBloqueos(e_).desbloquearBD(); // reports its own database errors
+    if (resultado == ResultadoGuardado::Recargar) {
+        bloqueo_.liberar();
+        abrir(r.clave().toLongLong());
+        return false;
     }
+    const bool guardado = resultado == ResultadoGuardado::Guardado;
     if (!guardado) return false;
     bloqueo_.liberar();
     registro_ = r;
