@@ -243,14 +243,7 @@ bool FichaForm::rechazar(const QString& titulo, const QString& texto, const QStr
 }
 
 bool FichaForm::claveRepetida(RegistroStore& store, const Registro& r) {
-    Condicion cond;
-    QStringList partes;
-    for (const auto& c : t_->clave) {
-        partes << t_->columna(c)->nombre + QStringLiteral(" = ?");
-        cond.valores << r.valor(c);
-    }
-    cond.sql = partes.join(QStringLiteral(" AND "));
-    return store.contar(*t_, cond) > 0;
+    return store.existe(r);
 }
 
 bool FichaForm::guardar() {

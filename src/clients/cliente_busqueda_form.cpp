@@ -48,10 +48,11 @@ QList<OpcionCriterio> ClienteBusquedaForm::opciones(const QString& tabla, std::o
     CommandTrace traza(e_.dialogs(), QStringLiteral("leer la lista '") + t->descTabla +
                                          QStringLiteral("' en la ") + kPantalla);
     traza.ejecutar([&] {
-        Condicion cond;
-        if (idEspecie && t->tieneColumna(QStringLiteral("IdEspecie")))
-            cond = {QStringLiteral("IdEspecie = ?"), {*idEspecie}};
-        for (const Registro& reg : RegistroStore(e_.db()).buscar(*t, cond, {t->columnaTexto}))
+        RegistroStore store(e_.db());
+        const QList<Registro> filas = idEspecie && t->tieneColumna(QStringLiteral("IdEspecie"))
+                                          ? store.buscarPor(*t, QStringLiteral("IdEspecie"), *idEspecie, {t->columnaTexto})
+                                          : store.buscar(*t, {}, {t->columnaTexto});
+        for (const Registro& reg : filas)
             r << OpcionCriterio{reg.clave().toLongLong(), reg.texto(t->columnaTexto)};
     });
     return r;

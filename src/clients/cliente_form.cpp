@@ -83,8 +83,12 @@ bool ClienteForm::cargar(qint64 idCliente) {
         condiciones_.cargar(idCliente);
     });
     if (!ok || !leido) {
+        // The record shown stays, with its own conditions (a failure may have left the list
+        // half read).
         e_.editores.soltar(this);
         if (id_) ocupar(*id_);
+        CommandTrace volver(e_.dialogs(), QStringLiteral("volver a leer las condiciones") + kEnPantalla);
+        volver.ejecutar([&] { condiciones_.cargar(id_); });
     }
     if (!ok) return false;
     if (!leido) {
@@ -92,7 +96,6 @@ bool ClienteForm::cargar(qint64 idCliente) {
                                QString::number(idCliente) + QLatin1Char('.'),
                            QStringLiteral("Ha sido imposible recuperar la información solicitada. Puede ") +
                                QStringLiteral("que el Cliente haya sido eliminado."));
-        if (id_) condiciones_.cargar(*id_);
         return false;
     }
     bloqueo_.liberar();

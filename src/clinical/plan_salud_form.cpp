@@ -52,8 +52,12 @@ bool PlanSaludForm::cargar(qint64 idPlan) {
         condiciones_.cargar(idPlan);
     });
     if (!ok || !leido) {
+        // The record shown stays, with its own conditions (a failure may have left the list
+        // half read).
         e_.editores.soltar(this);
         if (id_) ocupar(*id_);
+        CommandTrace volver(e_.dialogs(), QStringLiteral("volver a leer las condiciones") + kEnPantalla);
+        volver.ejecutar([&] { condiciones_.cargar(id_); });
     }
     if (!ok) return false;
     if (!leido) {
@@ -150,13 +154,19 @@ bool PlanSaludForm::eliminar() {
         return false;
     }
     traza.ejecutar([&] {
-        Transaction tr = e_.db().transaccion();
-        contar();
-        if (mascotas > 0) return;
-        traza.paso(QStringLiteral("Eliminar el Plan de Salud y sus condiciones"));
-        PlanSaludStore(e_.db()).eliminar(id);
-        tr.commit();
-        eliminado = true;
+        try {
+            Transaction tr = e_.db().transaccion();
+            contar();
+            if (mascotas > 0) return;
+            traza.paso(QStringLiteral("Eliminar el Plan de Salud y sus condiciones"));
+            PlanSaludStore(e_.db()).eliminar(id);
+            tr.commit();
+            eliminado = true;
+        } catch (const ErrorBD& e) {
+            // A pet enrolled by another workstation meanwhile.
+            if (!esErrorDeReferencia(e)) throw;
+            mascotas = 1;
+        }
     });
     if (mascotas > 0) return fallo(kTituloAtencion, refusal, QString());
     if (!eliminado) return false;

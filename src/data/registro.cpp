@@ -225,6 +225,17 @@ bool RegistroStore::eliminar(const Registro& r) {
                               valoresClave(r)) > 0;
 }
 
+QList<Registro> RegistroStore::buscarPor(const DescriptorTabla& t, const QString& columna, const QVariant& valor,
+                                         const QStringList& orden) {
+    const DescriptorColumna* c = t.columna(columna);
+    if (!c) throw ErrorPrograma(QStringLiteral("La tabla '%1' no tiene la columna '%2'.").arg(t.tabla, columna));
+    return buscar(t, {c->nombre + QStringLiteral(" = ?"), {valor}}, orden);
+}
+
+bool RegistroStore::existe(const Registro& r) {
+    return contar(r.descriptor(), {condicionClave(r.descriptor()), valoresClave(r)}) > 0;
+}
+
 qint64 RegistroStore::contar(const DescriptorTabla& t, const Condicion& condicion) {
     QString sql = QStringLiteral("SELECT COUNT(*) FROM ") + t.tabla;
     if (!condicion.vacia()) sql += QStringLiteral(" WHERE ") + condicion.sql;

@@ -77,6 +77,11 @@ public:
     void actualizar(Registro& r, const QStringList& columnas = {});
     // Deletes the row with the record's key; false when there was no such row.
     bool eliminar(const Registro& r);
+    // The rows whose column (one of the table's) holds the value.
+    QList<Registro> buscarPor(const DescriptorTabla& t, const QString& columna, const QVariant& valor,
+                              const QStringList& orden = {});
+    // Whether a row with the record's key exists.
+    bool existe(const Registro& r);
     // "SELECT COUNT(*) FROM " + tabla + condition; 0 for an empty table.
     qint64 contar(const DescriptorTabla& t, const Condicion& condicion = {});
     int ejecutar(const QString& sql, const QVariantList& valores = {});

@@ -1,6 +1,6 @@
 #include "clients/ui/cliente_window.h"
 
-#include "clients/cliente_store.h"
+#include "data/esquema.h"
 #include "clients/ui/condiciones_widget.h"
 #include "gui/editor_lista_window.h"
 #include "gui/traer_al_frente.h"
@@ -35,7 +35,7 @@ QPushButton* boton(const QString& nombre, const QString& texto) {
 }
 
 QString etiqueta(const QString& columna) {
-    const DescriptorColumna* c = ClienteStore::tabla().columna(columna);
+    const DescriptorColumna* c = descriptorRequerido(QStringLiteral("Clientes")).columna(columna);
     QString e = c ? c->Descripcion : columna;
     e.remove(QStringLiteral(" (facturación)"));
     return e + QLatin1Char(':');
@@ -81,7 +81,7 @@ ClienteWindow::ClienteWindow(Entorno& entorno, QWidget* padre) : QWidget(padre),
 }
 
 QWidget* ClienteWindow::campo(const QString& columna) {
-    const DescriptorColumna* c = ClienteStore::tabla().columna(columna);
+    const DescriptorColumna* c = descriptorRequerido(QStringLiteral("Clientes")).columna(columna);
     QWidget* w = nullptr;
     if (kSaldos.contains(columna)) {
         auto* l = new QLineEdit;
