@@ -190,20 +190,21 @@ private slots:
         QCOMPARE(c->d.ultimoTexto(),
                  u"No existen Cambios de Propietario que cumplan los filtros especificados."_s);
 
-        // A pet deleted afterwards: its rows stay, opening it says it is gone.
+        // A pet deleted while the list shows it: opening it says it is gone; its register rows
+        // go with it.
         r.filtro = {};
-        QVERIFY(r.buscar());
-        QVERIFY(s.eliminar(c->misi));
         QVERIFY(r.buscar());
         int fila = -1;
         for (int i = 0; i < r.filas().size(); ++i)
             if (r.filas().at(i).IdMascota == c->misi) fila = i;
         QVERIFY(fila >= 0);
-        QCOMPARE(r.filas().at(fila).Mascota, QString());
+        QVERIFY(s.eliminar(c->misi));
         QVERIFY(!r.mascotaDeFila(fila));
         QCOMPARE(c->d.ultimo().titulo, u"¡Error!"_s);
         QCOMPARE(c->d.ultimoTexto(), u"No se ha encontrado la Mascota nº "_s + QString::number(c->misi) +
                                          u" en la B.D. Contacte con Soporte a Clientes."_s);
+        QVERIFY(r.buscar());
+        QCOMPARE(r.filas().size(), 2);
     }
 };
 

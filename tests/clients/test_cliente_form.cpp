@@ -1,10 +1,12 @@
 // The client maintenance form on both engines: a new client's defaults, the save checks in
 // their order with their exact texts, the name-change question, the commercial-file notice,
-// deleting (refused while the client has pets), the record lock and the read error.
+// deleting (refused while the client has pets), the record lock, one editor per client here,
+// a client saved on another workstation meanwhile, and the read error.
 #include "app/bloqueo_edicion.h"
 #include "app/conf_puesto_store.h"
 #include "clients/cliente_busqueda_store.h"
 #include "clients/cliente_form.h"
+#include "core/dinero.h"
 #include "data/esquema.h"
 #include "sesion.h"
 
@@ -160,6 +162,7 @@ private slots:
         if (guardado) {
             QVERIFY(c->d.mensajes().isEmpty());
             QVERIFY(!f.esNuevo());
+            f.cerrar();
             auto leido = ClienteForm(c->e);
             QVERIFY(leido.cargar(*f.idCliente()));
             for (int i = 0; i + 1 < campos.size(); i += 2)
@@ -189,6 +192,8 @@ private slots:
     void guardarYCargar() {
         auto c = caso();
         ClienteForm f(c->e);
+        int alFrente = 0;
+        f.traerAlFrente = [&alFrente] { ++alFrente; };
         rellenar(f);
         QVERIFY(f.guardar());
         QVERIFY(c->d.mensajes().isEmpty()); // a new client gets no commercial-file notice
@@ -198,7 +203,13 @@ private slots:
 
         RegistroStore(c->db()).ejecutar(u"UPDATE Clientes SET Deuda = ? WHERE IdCliente = ?"_s,
                                         {1234.5, static_cast<qlonglong>(id)});
+        // Open in f: another form here does not open it, f comes forward.
         ClienteForm g(c->e);
+        QVERIFY(!g.cargar(id));
+        QCOMPARE(alFrente, 1);
+        QVERIFY(g.esNuevo());
+        QVERIFY(c->d.mensajes().isEmpty());
+        f.cerrar();
         QVERIFY(g.cargar(id));
         QCOMPARE(g.texto(u"LOPD"_s), u"No consiente"_s);
         QCOMPARE(g.texto(u"DtoGeneral"_s), u"5,00"_s);
@@ -294,6 +305,7 @@ private slots:
         QVERIFY(f.modificado());
         QVERIFY(f.guardar());
         QCOMPARE(c->d.ultimoTexto(), aviso);
+        f.cerrar();
         ClienteForm g(c->e);
         QVERIFY(g.cargar(id));
         QCOMPARE(g.condiciones().filas().size(), 1);
@@ -361,10 +373,28 @@ private slots:
         QCOMPARE(f.texto(u"Notas"_s), QString());
         QVERIFY(!f.modificado());
         QCOMPARE(c->d.ultimo().titulo, u"Bloqueo de Registro"_s);
-        // Once the other workstation saves, its lock is gone.
+        // Once the other workstation saves, its lock is gone; but f read the client before that
+        // save: nothing is written, and Yes reloads what the other workstation saved.
         QVERIFY(ajeno.guardar());
         QVERIFY(f.setTexto(u"Notas"_s, u"Otra nota"_s));
+        const QString notas = u"SELECT Notas FROM Clientes WHERE IdCliente = ?"_s;
+        for (const bool recargar : {false, true}) {
+            c->d.limpiar();
+            c->d.responder(recargar);
+            QVERIFY(!f.guardar());
+            QCOMPARE(c->d.mensajes().size(), 1);
+            QCOMPARE(c->d.ultimoTexto(), textoRegistroModificado(u"Cliente"_s));
+            QCOMPARE(c->valor(notas, {id}).toString(), u"Llamar"_s);
+        }
+        QCOMPARE(f.texto(u"Notas"_s), u"Llamar"_s);
+        QVERIFY(!f.modificado());
+        // A balance moved by an operation after the form read the client is never written back.
+        c->db().ejecutarCambio(u"UPDATE Clientes SET Deuda = ? WHERE IdCliente = ?"_s, {80.5, id});
+        QVERIFY(f.setTexto(u"Notas"_s, u"Otra nota"_s));
         QVERIFY(f.guardar());
+        QCOMPARE(c->valor(notas, {id}).toString(), u"Otra nota"_s);
+        QVERIFY(mismoImporte(c->valor(u"SELECT Deuda FROM Clientes WHERE IdCliente = ?"_s, {id}).toDouble(),
+                             80.5));
     }
 
     void buscarAbreElClienteElegido() {
@@ -373,6 +403,7 @@ private slots:
         rellenar(f);
         QVERIFY(f.guardar());
         const qint64 id = *f.idCliente();
+        f.cerrar();
         ClienteForm g(c->e);
         // Nothing chosen: the form stays as it was.
         c->e.buscadores.cliente = [](const PeticionCliente&) { return std::optional<ClienteElegido>(); };
@@ -446,6 +477,7 @@ private slots:
         QVERIFY(f.guardar());
         QVERIFY(f.mascotas());
         QCOMPARE(abierto, *f.idCliente());
+        f.cerrar();
         ClienteForm g(c->e);
         QVERIFY(g.cargar(abierto));
         QCOMPARE(g.texto(u"IdTipoCliente"_s), QString::number(idTipo));

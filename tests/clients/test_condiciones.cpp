@@ -171,6 +171,9 @@ private slots:
         QVERIFY(cliente.insertar(entrada(std::nullopt, c->seccion, QString(), u"TARIFA 3"_s, u"5"_s)));
         CondicionesForm plan(c->e, DuenoCondiciones::PlanSalud);
         QVERIFY(plan.insertar(entrada(c->pienso, std::nullopt, QString(), u"TARIFA 2"_s)));
+        // A client and a plan with the same number: the rows are told apart by their owner.
+        c->s.cliente(u"Ana Núñez"_s, {{u"IdCliente"_s, 7}});
+        c->s.plan(u"Plan Cachorro"_s, {{u"IdPlanSalud"_s, 7}});
         {
             Transaction tr = c->db().transaccion();
             cliente.guardar(7);

@@ -1,8 +1,10 @@
 // The health plan form and the plan search on both engines: the save checks in order (a plan
 // with no condition cannot be saved), the name-change question, the read error, deleting, and
-// the search's match options with the question when every match has left.
+// the search's match options with the question when every match has left; a save refused once
+// an administrator removed the plan's lock.
 #include "clinical/plan_salud_busqueda_form.h"
 #include "clinical/plan_salud_form.h"
+#include "core/dinero.h"
 #include "data/esquema.h"
 #include "sesion.h"
 
@@ -81,6 +83,7 @@ private slots:
             QVERIFY(c->d.mensajes().isEmpty());
             QCOMPARE(guardados, 1);
             QCOMPARE(f.titulo(), u"Mantenimiento de Planes de Salud - %1 - Plan Cachorro"_s.arg(*f.idPlan()));
+            f.cerrar();
             PlanSaludForm g(c->e);
             QVERIFY(g.cargar(*f.idPlan()));
             QCOMPARE(g.condiciones().celdas(0).at(1), u"Desparasitación"_s);
@@ -126,11 +129,8 @@ private slots:
     void eliminar() {
         auto c = caso();
         const qint64 id = crearPlan(*c, u"Plan Felino"_s);
-        Registro m(*descriptorTabla(u"Mascotas"_s));
-        m.setValor(u"IdCliente"_s, 1);
-        m.setValor(u"Nombre"_s, u"Misi"_s);
-        m.setValor(u"IdPlanSalud"_s, static_cast<qlonglong>(id));
-        const QVariant mascota = RegistroStore(c->db()).crear(m);
+        const qint64 mascota = c->s.mascota(u"Misi"_s, c->s.cliente(u"Ana Núñez"_s),
+                                            c->s.especie(u"Felina"_s), {{u"IdPlanSalud"_s, id}});
         PlanSaludForm f(c->e);
         QVERIFY(f.cargar(id));
         QVERIFY(!f.eliminar());
@@ -146,6 +146,30 @@ private slots:
         QVERIFY(f.esNuevo());
         QCOMPARE(RegistroStore(c->db()).contar(*descriptorTabla(u"PlanesSalud"_s)), 0);
         QCOMPARE(RegistroStore(c->db()).contar(*descriptorTabla(u"CondicionesEspeciales"_s)), 0);
+    }
+
+    // An administrator removes the plan's lock in the lock manager while the form holds it.
+    void bloqueoQuitadoPorElAdministrador() {
+        auto c = caso();
+        const qint64 id = crearPlan(*c, u"Plan Senior"_s);
+        PlanSaludForm f(c->e);
+        QVERIFY(f.cargar(id));
+        QVERIFY(f.setTexto(u"Notas"_s, u"Incluye analítica"_s));
+        QVERIFY(f.condiciones().eliminar(0));
+        QVERIFY(condicion(f, c->seccion, u"20"_s));
+        QCOMPARE(c->s.contar(u"Bloqueos"_s), 1);
+        c->db().ejecutarCambio(u"DELETE FROM Bloqueos"_s);
+        QVERIFY(!f.guardar());
+        QCOMPARE(c->d.mensajes().size(), 1);
+        QCOMPARE(c->d.ultimoTexto(),
+                 u"No es posible guardar el/la Plan de Salud de Plan Senior pues un "
+                 "Administrador ha eliminado su bloqueo mientras lo tenía abierto/a. No se "
+                 "ha guardado nada: cierre la ventana y vuelva a abrirlo/a."_s);
+        QCOMPARE(c->valor(u"SELECT Notas FROM PlanesSalud WHERE IdPlanSalud = ?"_s, {id}).toString(),
+                 QString());
+        QVERIFY(mismoImporte(
+            c->valor(u"SELECT Precio FROM CondicionesEspeciales WHERE IdPlanSalud = ?"_s, {id}).toDouble(),
+            9.95));
     }
 
     void busqueda() {
