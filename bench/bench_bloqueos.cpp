@@ -52,7 +52,7 @@ int hijo(const QString& motor, const QString& origen, const QString& operacion, 
     DescriptorTabla clientes;
     clientes.tabla = QStringLiteral("Clientes");
     clientes.descTabla = QStringLiteral("Cliente");
-    Bloqueos bloqueos(*db, d, reloj, {QStringLiteral("bench-") + id, QStringLiteral("bench"), id});
+    Bloqueos bloqueos(*db, d, reloj, {QStringLiteral("bench-") + id, QStringLiteral("bench"), id, QString()});
     bloqueos.setIntentos(100);
     ContadorStore contadores(*db);
     const QString insertar =

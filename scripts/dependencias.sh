@@ -6,7 +6,7 @@ paquetes=(build-essential cmake ninja-build pkg-config git
           qt6-base-dev libqt6sql6-sqlite libqt6sql6-psql qt6-serialport-dev
           libsodium-dev libzip-dev libsqlite3-dev fonts-dejavu-core)
 if [[ "${1:-}" == "--pruebas" ]]; then
-  paquetes+=(postgresql xvfb xauth)
+  paquetes+=(postgresql xvfb xauth poppler-utils)
 fi
 faltan=()
 for p in "${paquetes[@]}"; do

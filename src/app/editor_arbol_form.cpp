@@ -151,6 +151,7 @@ bool EditorArbolForm::eliminar() {
     BloqueoEdicion bloqueo(e_);
     if (!bloqueo.tomar(*t_, raiz, n->texto, AccionBloqueo::Baja)) return false;
     std::optional<QString> bloqueado;
+    bool abiertoAqui = false;
     CommandTrace comprobacion(
         e_.dialogs(), descripcionTraza(QStringLiteral("comprobar los bloqueos del objeto seleccionado")));
     if (!comprobacion.ejecutar([&] {
@@ -159,9 +160,15 @@ bool EditorArbolForm::eliminar() {
             for (int i = 0; i < rama.size(); ++i)
                 for (const QString& h : nodo(texto(rama.at(i).clave()))->hijos)
                     rama.append(nodo(h)->registro);
+            for (const Registro& r : rama)
+                abiertoAqui = abiertoAqui || e_.editores.abierto(t_->tabla, r.clave().toString());
             bloqueado = bloqueadoPorOtro(rama);
         }))
         return false;
+    if (abiertoAqui) {
+        e_.dialogs().avisar(kTituloAtencionEditor, textoAbiertoEnOtraVentana(t_->descTabla));
+        return false;
+    }
     if (bloqueado) {
         e_.dialogs().mostrar(Icono::Informacion, kTituloBloqueoRama, textoRamaBloqueada(*bloqueado));
         return false;

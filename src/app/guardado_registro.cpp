@@ -20,6 +20,7 @@ ResultadoGuardado guardarRegistro(Entorno& e, CommandTrace& traza, BloqueoEdicio
                                   const std::function<void()>& escribir) {
     bool hecho = false;
     bool perdido = false;
+    bool referencia = false;
     std::optional<bool> eliminado;
     traza.ejecutar([&] {
         try {
@@ -36,8 +37,18 @@ ResultadoGuardado guardarRegistro(Entorno& e, CommandTrace& traza, BloqueoEdicio
             hecho = true;
         } catch (const ErrorRegistroCambiado& cambio) {
             eliminado = cambio.eliminado();
+        } catch (const ErrorBD& e) {
+            if (!esErrorDeReferencia(e)) throw;
+            referencia = true;
         }
     });
+    if (referencia) {
+        e.dialogs().avisar(kTituloAtencion,
+                           QStringLiteral("Alguno de los datos de este/a ") + clase +
+                               QStringLiteral(" apunta a un registro que no existe (puede que otro puesto lo haya "
+                                              "eliminado). No se ha guardado nada."));
+        return ResultadoGuardado::Fallido;
+    }
     if (hecho) return ResultadoGuardado::Guardado;
     if (perdido) {
         e.dialogs().avisar(kTituloAtencion, bloqueo.mensajePerdido());

@@ -132,8 +132,16 @@ private slots:
                 ficha = lista.nuevaFicha();
             }
             QCOMPARE(ficha->titulo(), u"Añadir "_s + t.descTabla);
+            // A column that names a parent row (a subfamily's family) gets one that exists.
+            QHash<QString, QString> padres;
+            for (const DescriptorReferencia& r : t.referencias) {
+                const qint64 padre = s->s.fila(r.padre, {{tabla(r.padre).columnaTexto, u"Padre"_s}});
+                padres.insert(r.columna, QString::number(padre));
+            }
             for (const CampoFicha& c : ficha->campos())
-                ficha->setTexto(c.columna->nombre, textoDePrueba(c, ficha->opciones(c.columna->nombre), n));
+                ficha->setTexto(
+                    c.columna->nombre,
+                    padres.value(c.columna->nombre, textoDePrueba(c, ficha->opciones(c.columna->nombre), n)));
             const QString descripcion = ficha->texto(u"Descripcion"_s);
             QVERIFY2(ficha->guardar(), qPrintable(entrada.tabla + u": "_s + s->d.ultimoTexto()));
             QCOMPARE(filas(s->t.db(), entrada.tabla), 1);
@@ -148,6 +156,7 @@ private slots:
                 QVERIFY(mod->guardar());
                 arbol.guardado(mod->registro());
                 QCOMPARE(dibujo(arbol), QStringList{u"Cambiado"_s});
+                mod.reset(); // the record's form closed before deleting it
                 s->d.si();
                 QVERIFY(arbol.eliminar());
                 QVERIFY(arbol.raices().isEmpty());
@@ -166,11 +175,14 @@ private slots:
                 lista.guardado(mod->registro());
                 QCOMPARE(lista.seleccionado, 0);
                 QCOMPARE(lista.textoCelda(0, col), u"Cambiado"_s);
+                mod.reset();
                 s->d.si();
                 QVERIFY(lista.eliminar());
                 QCOMPARE(lista.filas(), 0);
             }
             QCOMPARE(filas(s->t.db(), entrada.tabla), 0);
+            for (const DescriptorReferencia& r : t.referencias)
+                s->t.db().ejecutarCambio(u"DELETE FROM "_s + r.padre);
             QVERIFY2(s->d.mensajes().size() == 1 && s->d.ultimo().pregunta,
                      qPrintable(entrada.tabla + u": "_s + s->d.textos().join(u" | "_s)));
             s->d.limpiar();
@@ -217,6 +229,18 @@ private slots:
         QCOMPARE(f.textoCelda(1, 2), u"Sí"_s);
         QCOMPARE(f.textoCelda(1, 0), f.registro(1).clave().toString());
         QVERIFY(f.registro(1).clave().toLongLong() != 999);
+        // The row version is the program's own: neither a field nor a cell.
+        QVERIFY(!mod->campo(DescriptorTabla::kColumnaVersion));
+        QCOMPARE(f.textoCelda(1, f.cabeceras().size()), QString());
+
+        // A record whose form is still open here is not deleted: no question, nothing lost.
+        QCOMPARE(f.seleccionado, 1);
+        s->d.limpiar();
+        QVERIFY(!f.eliminar());
+        QCOMPARE(s->d.textos(), QStringList{u"No es posible eliminar este/a Forma de Pago porque lo/a tiene "
+                                            "abierto/a en otra ventana de este equipo. Ciérrela antes de "
+                                            "eliminarlo/a."_s});
+        mod.reset();
 
         // Delete: No keeps the record, Yes removes it.
         f.seleccionado = 0;
@@ -298,8 +322,8 @@ private slots:
         QCOMPARE(d2.mensajes().size(), 1);
     }
 
-    // A record that another table still names cannot be deleted: the database's refusal is
-    // shown and the record stays.
+    // A record that another table still names cannot be deleted: the user is told why, and
+    // the record stays.
     void listaErrorDeBaseDeDatos() {
         auto s = sesion();
         const QVariant tipo = crear(s->e, u"TiposCliente"_s, {{u"Descripcion"_s, u"CRIADOR"_s}});
@@ -313,10 +337,10 @@ private slots:
         s->d.si();
         QVERIFY(!f.eliminar());
         QCOMPARE(s->d.mensajes().size(), 2);
-        QCOMPARE(s->d.ultimo().titulo, u"eliminar el objeto seleccionado en la 'Lista de Tipo de Cliente'"_s);
-        QCOMPARE(s->d.ultimo().icono, Icono::Critico);
-        QVERIFY2(s->d.ultimoTexto().startsWith(u"Error en B.D.: "_s), qPrintable(s->d.ultimoTexto()));
-        QVERIFY(s->d.ultimoTexto().size() > u"Error en B.D.: "_s.size());
+        QCOMPARE(s->d.ultimo().titulo, u"¡Atención!"_s);
+        QCOMPARE(s->d.ultimoTexto(),
+                 u"No es posible eliminar este/a Tipo de Cliente porque hay otros registros "
+                 "que dependen de él/ella."_s);
         QCOMPARE(f.filas(), 1);
         QCOMPARE(filas(s->t.db(), u"TiposCliente"_s), 1);
     }
@@ -606,7 +630,7 @@ private slots:
             tabla(t), a11.toString(), QStringLiteral("Hematemesis"), AccionBloqueo::Modificacion, false));
         // This workstation's own lock on a node does not count.
         QVERIFY(almacenBloqueos(s->e).bloquearRegistro(tabla(t), a1.toString(), QStringLiteral("Vómitos"),
-                                                        AccionBloqueo::Modificacion, false));
+                                                       AccionBloqueo::Modificacion, false));
         EditorArbolForm f(s->e, tabla(t));
         QVERIFY(f.refrescar());
         f.seleccionado = a.toString();

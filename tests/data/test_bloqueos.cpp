@@ -53,7 +53,7 @@ class TestBloqueos : public QObject {
         if (otraConexion) p->propia = t.otraConexion();
         p->db = otraConexion ? p->propia.get() : &t.db();
         p->s = std::make_unique<Bloqueos>(
-            *p->db, p->d, reloj_, IdentidadSesion{u"sesion-"_s + nombre, u"usr-"_s + nombre, nombre});
+            *p->db, p->d, reloj_, IdentidadSesion{u"sesion-"_s + nombre, u"usr-"_s + nombre, nombre, QString()});
         return p;
     }
 

@@ -4,6 +4,7 @@
 #include "data/esquema.h"
 #include "data/registro.h"
 #include "scripted_dialogs.h"
+#include "sesion.h"
 #include "test_db.h"
 
 using namespace Qt::StringLiterals;
@@ -27,6 +28,31 @@ DescriptorTabla tablaDePrueba() {
                   colLista(u"Tipo"_s, u"Tipo"_s, {u"A"_s, u"B"_s}, {u"Alfa"_s, u"Beta"_s})};
     t.clave = {u"IdPrueba"_s};
     return t;
+}
+
+// The database as the program of schema version `version` left it: every table of the
+// catalogue dropped and made again as that version defined it.
+void dejarEnVersion(Database& db, int version) {
+    const QList<DescriptorTabla>& tablas = catalogo();
+    for (auto it = tablas.crbegin(); it != tablas.crend(); ++it)
+        db.ejecutarDirecto(u"DROP TABLE "_s + it->tabla + (db.esSQLite() ? QString() : u" CASCADE"_s));
+    db.ejecutarDirecto(u"DELETE FROM VersionEsquema"_s);
+    for (const auto& t : tablas)
+        if (t.desde <= version)
+            for (const auto& sql : sqlCrearTabla(t, db.motor(), version))
+                db.ejecutarDirecto(sql);
+    for (int v = 1; v <= version; ++v)
+        db.ejecutarCambio(u"INSERT INTO VersionEsquema (Version) VALUES (?)"_s, {v});
+}
+
+// Inserts a row with the columns given (an older schema lacks some the catalogue names); returns its key.
+qint64 insertar(Database& db, const QString& tabla, const QVariantMap& valores) {
+    QStringList marcas(valores.size(), u"?"_s);
+    return db
+        .valor(u"INSERT INTO "_s + tabla + u" ("_s + valores.keys().join(u", "_s) + u") VALUES ("_s +
+                   marcas.join(u", "_s) + u") RETURNING "_s + descriptorRequerido(tabla).clave.first(),
+               valores.values())
+        .toLongLong();
 }
 } // namespace
 
@@ -64,16 +90,11 @@ private slots:
     }
 
     void bdDeLaVersionAnteriorSeActualiza() {
-        // A database left at version 1 gets what version 2 introduced, tables and columns.
+        // A database left at version 1 gets what every later version introduced, tables and columns.
         TestDb t;
         QVERIFY(versionEsquemaPrograma() >= 2);
-        for (const auto& tabla : catalogo())
-            if (tabla.desde >= 2) t.db().ejecutarDirecto(u"DROP TABLE "_s + tabla.tabla);
-        for (const auto& tabla : catalogo())
-            for (const auto& c : tabla.columnaS)
-                if (tabla.desde < 2 && c.desde >= 2)
-                    t.db().ejecutarDirecto(u"ALTER TABLE "_s + tabla.tabla + u" DROP COLUMN "_s + c.nombre);
-        t.db().ejecutar(u"DELETE FROM VersionEsquema WHERE Version >= ?"_s, {2});
+        dejarEnVersion(t.db(), 1);
+        QVERIFY(!t.db().existeTabla(u"Mascotas"_s));
         QCOMPARE(versionEsquema(t.db()), 1);
         migrarEsquema(t.db());
         QCOMPARE(versionEsquema(t.db()), versionEsquemaPrograma());
@@ -139,6 +160,144 @@ private slots:
         QVERIFY(!store.eliminar(copia));
         // Updating a record somebody else deleted is an error, not a silent no-op.
         QVERIFY_THROWS_EXCEPTION(ErrorBD, store.actualizar(copia));
+    }
+
+    // Version 4 adds the references between rows: a database holding a pet whose owner is gone
+    // is left as it was, and the message names the row.
+    void migracionConHuerfanosSeRechaza() {
+        TestDb t;
+        Database& db = t.db();
+        dejarEnVersion(db, 3);
+        const qint64 ana = insertar(db, u"Clientes"_s, {{u"Nombre"_s, u"Ana"_s}});
+        insertar(db, u"Mascotas"_s, {{u"Nombre"_s, u"Toby"_s}, {u"IdCliente"_s, ana}});
+        const qint64 huerfana = insertar(db, u"Mascotas"_s, {{u"Nombre"_s, u"Nala"_s}, {u"IdCliente"_s, 99}});
+        try {
+            migrarEsquema(db);
+            QFAIL("la migración con una mascota sin cliente no se ha rechazado");
+        } catch (const ErrorBD& e) {
+            QCOMPARE(e.texto(),
+                     u"no se puede actualizar la estructura de la base de datos porque hay registros "
+                     "que apuntan a otros que ya no existen. Corríjalos o elimínelos y vuelva a "
+                     "entrar: Mascota IdMascota: %1 (IdCliente 99)"_s.arg(huerfana));
+        }
+        QVERIFY(!db.enTransaccion());
+        QCOMPARE(versionEsquema(db), 3);
+        QCOMPARE(db.valor(u"SELECT COUNT(*) FROM Mascotas"_s).toInt(), 2);
+        QVERIFY_THROWS_EXCEPTION(ErrorBD, db.ejecutar(u"SELECT VersionFila FROM Clientes"_s));
+    }
+
+    // A clean version-3 database gets the references and the row versions; its rows stay, and on
+    // SQLite (where the tables are made again) no automatic key is handed out twice, even from a
+    // table emptied before.
+    void migracionAVersion4AnadeReferencias() {
+        TestDb t;
+        Database& db = t.db();
+        dejarEnVersion(db, 3);
+        const qint64 ana = insertar(db, u"Clientes"_s, {{u"Nombre"_s, u"Ana"_s}});
+        const qint64 toby = insertar(db, u"Mascotas"_s, {{u"Nombre"_s, u"Toby"_s}, {u"IdCliente"_s, ana}});
+        const qint64 borrada = insertar(db, u"Mascotas"_s, {{u"Nombre"_s, u"Nala"_s}, {u"IdCliente"_s, ana}});
+        const QVariantMap nota = {{u"Serie"_s, u"A"_s},
+                                  {u"NumAlbaran"_s, 1},
+                                  {u"Fecha"_s, QDate(2026, 3, 2)},
+                                  {u"IdCliente"_s, ana}};
+        const qint64 albaran = insertar(db, u"Albaranes"_s, nota);
+        db.ejecutarCambio(u"DELETE FROM Mascotas WHERE IdMascota = ?"_s, {borrada});
+        db.ejecutarCambio(u"DELETE FROM Albaranes"_s);
+        migrarEsquema(db);
+        QCOMPARE(versionEsquema(db), 4);
+        const auto mascota = RegistroStore(db).cargar(descriptorRequerido(u"Mascotas"_s), toby);
+        QVERIFY(mascota);
+        QCOMPARE(mascota->texto(u"Nombre"_s), u"Toby"_s);
+        QCOMPARE(mascota->valor(u"IdCliente"_s).toLongLong(), ana);
+        QCOMPARE(mascota->valor(DescriptorTabla::kColumnaVersion).toLongLong(), 0);
+        try {
+            insertar(db, u"Mascotas"_s, {{u"Nombre"_s, u"Huérfana"_s}, {u"IdCliente"_s, 99}});
+            QFAIL("se ha guardado una mascota de un cliente que no existe");
+        } catch (const ErrorBD& e) {
+            QVERIFY2(esErrorDeReferencia(e), qPrintable(e.texto()));
+        }
+        QVERIFY(insertar(db, u"Mascotas"_s, {{u"Nombre"_s, u"Kira"_s}, {u"IdCliente"_s, ana}}) > borrada);
+        QVERIFY(insertar(db, u"Albaranes"_s, nota) > albaran);
+    }
+
+    // A save whose row changed or went since it was read writes nothing and says which.
+    void guardarSobreUnaLecturaAntigua_data() {
+        QTest::addColumn<bool>("eliminado");
+        QTest::newRow("modificado en otro puesto") << false;
+        QTest::newRow("eliminado en otro puesto") << true;
+    }
+    void guardarSobreUnaLecturaAntigua() {
+        QFETCH(bool, eliminado);
+        TestDb t;
+        const DescriptorTabla& clientes = descriptorRequerido(u"Clientes"_s);
+        const qint64 id = Semilla(t.db()).cliente(u"Ana"_s);
+        RegistroStore aqui(t.db());
+        auto leido = aqui.cargar(clientes, id);
+        auto otra = t.otraConexion();
+        RegistroStore alli(*otra);
+        auto suyo = alli.cargar(clientes, id);
+        if (eliminado) {
+            QVERIFY(alli.eliminar(*suyo));
+        } else {
+            suyo->setValor(u"Nombre"_s, u"Ana (recepción)"_s);
+            alli.actualizar(*suyo);
+        }
+        leido->setValor(u"Nombre"_s, u"Ana (consulta)"_s);
+        try {
+            aqui.actualizar(*leido);
+            QFAIL("se ha guardado sobre una lectura antigua");
+        } catch (const ErrorRegistroCambiado& e) {
+            QCOMPARE(e.eliminado(), eliminado);
+        }
+        QCOMPARE(leido->valor(DescriptorTabla::kColumnaVersion).toLongLong(), 0);
+        auto ahora = aqui.cargar(clientes, id);
+        QCOMPARE(ahora.has_value(), !eliminado);
+        if (eliminado) return;
+        QCOMPARE(ahora->texto(u"Nombre"_s), u"Ana (recepción)"_s);
+        QCOMPARE(ahora->valor(DescriptorTabla::kColumnaVersion).toLongLong(), 1);
+        // Read again, the record saves.
+        ahora->setValor(u"Nombre"_s, u"Ana (consulta)"_s);
+        aqui.actualizar(*ahora);
+        QCOMPARE(ahora->valor(DescriptorTabla::kColumnaVersion).toLongLong(), 2);
+        QCOMPARE(alli.cargar(clientes, id)->texto(u"Nombre"_s), u"Ana (consulta)"_s);
+    }
+
+    // The columns kept by their operations (a balance, the current owner, the stock) are not
+    // written by a record's save, whatever the record holds; the rest of the save is.
+    void columnasDeOperacionNoSeGuardan_data() {
+        QTest::addColumn<QString>("tabla");
+        QTest::addColumn<QString>("columna");
+        QTest::addColumn<QVariant>("guardado");
+        QTest::addColumn<QVariant>("otro");
+        QTest::addColumn<QString>("nombre"); // a column the save does write
+        QTest::newRow("deuda del cliente")
+            << u"Clientes"_s << u"Deuda"_s << QVariant(12.5) << QVariant(0.0) << u"Nombre"_s;
+        // Clients 1 and 2 exist: a change of owner is an operation of its own.
+        QTest::newRow("dueño de la mascota")
+            << u"Mascotas"_s << u"IdCliente"_s << QVariant(qint64(1)) << QVariant(qint64(2)) << u"Nombre"_s;
+        QTest::newRow("existencias") << u"Articulos"_s << u"Stock"_s << QVariant(5.0) << QVariant(7.0)
+                                     << u"Articulo"_s;
+    }
+    void columnasDeOperacionNoSeGuardan() {
+        QFETCH(QString, tabla);
+        QFETCH(QString, columna);
+        QFETCH(QVariant, guardado);
+        QFETCH(QVariant, otro);
+        QFETCH(QString, nombre);
+        TestDb t;
+        Semilla s(t.db());
+        s.cliente(u"Ana"_s);
+        s.cliente(u"Luis"_s);
+        const DescriptorTabla& d = descriptorRequerido(tabla);
+        const qint64 id = s.fila(tabla, {{columna, guardado}, {nombre, u"Antes"_s}});
+        RegistroStore store(t.db());
+        auto r = store.cargar(d, id);
+        r->setValor(columna, otro);
+        r->setValor(nombre, u"Después"_s);
+        store.actualizar(*r);
+        const auto leido = store.cargar(d, id);
+        QCOMPARE(leido->valor(columna), guardado);
+        QCOMPARE(leido->texto(nombre), u"Después"_s);
     }
 
     void nuevaInstanciaEstaVacia() {

@@ -79,6 +79,11 @@ private:
     QString ruta_;
 };
 
+// The PDF checks read the text through pdftotext (poppler-utils); without it they are skipped.
+bool hayPdftotext() {
+    return !QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty();
+}
+
 QString textoPdf(const QString& fichero) {
     QProcess p;
     p.start(u"pdftotext"_s, {u"-layout"_s, fichero, u"-"_s});
@@ -175,8 +180,7 @@ private slots:
         QFile f(fichero);
         QVERIFY(f.open(QIODevice::ReadOnly));
         QVERIFY(f.read(5) == "%PDF-");
-        if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty())
-            QSKIP("pdftotext (poppler-utils) no está instalado");
+        if (!hayPdftotext()) QSKIP("pdftotext (poppler-utils) no está instalado");
         const QString texto = textoPdf(fichero);
         QVERIFY2(texto.contains(u"Ana Belén Núñez Castaño"_s), qPrintable(texto));
         QVERIFY(texto.contains(u"Pipeta antiparasitaria perro 10-20 kg"_s));
@@ -217,13 +221,21 @@ private slots:
         QVERIFY(imp.imprimir(grupos::NOTA_VENTA, QString(), d, DestinoDocumento::PDF));
         QCOMPARE(c->d.mensajes().size(), 1);
         QCOMPARE(c->d.ultimo().titulo, u"Guardar el documento en PDF"_s);
-        const QString texto = textoPdf(elegido + u".pdf"_s);
-        QVERIFY(texto.contains(u"Página 1 de "_s));
-        QVERIFY(texto.contains(u"Ana Belén Núñez Castaño"_s));
+        QVERIFY(QFileInfo::exists(elegido + u".pdf"_s));
         // The picker cancelled: nothing saved, nothing said.
         c->d.limpiar();
         QVERIFY(!imp.imprimir(grupos::NOTA_VENTA, QString(), d, DestinoDocumento::PDF));
         QCOMPARE(c->d.mensajes().size(), 1);
+        // Every page says which it is, of how many.
+        if (!hayPdftotext()) QSKIP("pdftotext (poppler-utils) no está instalado");
+        const QString texto = textoPdf(elegido + u".pdf"_s);
+        const QRegularExpressionMatch primera = QRegularExpression(u"Página 1 de (\\d+)"_s).match(texto);
+        QVERIFY2(primera.hasMatch(), qPrintable(texto));
+        const int paginas = primera.captured(1).toInt();
+        QVERIFY(paginas >= 2);
+        QVERIFY(texto.contains(u"Página %1 de %1"_s.arg(paginas)));
+        QVERIFY(!texto.contains(u"Página %1 de"_s.arg(paginas + 1)));
+        QVERIFY(texto.contains(u"Ana Belén Núñez Castaño"_s));
     }
 
     void plantillaInservible_data() {

@@ -17,7 +17,7 @@ class TestArticuloForm : public QObject {
     };
 
     // Section Farmacia (series G) with family Antiparasitarios (subfamily Pipetas) and family
-    // Vacunas (series V, subfamily Perros); VAT 21 %.
+    // Vacunas (series V, subfamily Perros); VAT 21 %; client 1, Ana, for the delivery notes.
     static std::unique_ptr<Caso> sesion(const QString& puesto = u"MOSTRADOR"_s) {
         auto c = std::make_unique<Caso>();
         c->e.puesto = puesto;
@@ -29,6 +29,7 @@ class TestArticuloForm : public QObject {
         c->f2 = d.familia(c->g, u"Vacunas"_s, u"V"_s);
         c->s2 = d.subfamilia(c->f2, u"Perros"_s);
         c->iva = d.iva(u"General"_s, 21);
+        d.cliente(u"Ana"_s);
         return c;
     }
 

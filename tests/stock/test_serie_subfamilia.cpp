@@ -28,6 +28,7 @@ class TestSerieSubfamilia : public QObject {
         const qint64 iva = datos.iva(u"General"_s, 21);
         const qint64 pipeta = datos.articulo(u"Pipeta"_s, s, f, c->subfamilia, iva);
         const qint64 collar = datos.articulo(u"Collar"_s, s, f, otraSub, iva);
+        datos.cliente(u"Ana"_s); // the client of the notes
         c->pendiente = datos.linea(datos.albaran(1), pipeta, u"A"_s);
         c->facturada = datos.linea(datos.albaran(2, 7), pipeta, u"A"_s);
         c->otra = datos.linea(datos.albaran(3), collar, u"A"_s);

@@ -78,6 +78,7 @@ private slots:
         const qint64 iva = d.iva(u"General"_s, 21);
         const qint64 art = d.articulo(u"Vacuna"_s, g, f, s, iva);
         const qint64 otro = d.articulo(u"Pienso"_s, g, f, s, iva);
+        d.cliente(u"Ana"_s); // the client of the notes
         const qint64 pendiente = d.albaran(1);
         const qint64 pendiente2 = d.albaran(2);
         const qint64 facturado = d.albaran(3, 77);
@@ -109,6 +110,7 @@ private slots:
         const qint64 a1 = d.articulo(u"Rabia"_s, g, f, s, iva);
         const qint64 propia = d.articulo(u"Leishmania"_s, g, f, s, iva, {{u"ArtSerie"_s, u"P"_s}});
         const qint64 ajeno = d.articulo(u"Felina"_s, g, f, otra, iva);
+        d.cliente(u"Ana"_s);
         const qint64 pend = d.albaran(1);
         const qint64 fact = d.albaran(2, 5);
         const qint64 l1 = d.linea(pend, a1, u"G"_s);
@@ -139,6 +141,7 @@ private slots:
         const qint64 iva = d.iva(u"General"_s, 21);
         const qint64 a1 = d.articulo(u"Rabia"_s, g, f, s, iva);
         const qint64 a2 = d.articulo(u"Moquillo"_s, g, f, s, iva);
+        d.cliente(u"Ana"_s);
         const qint64 pend = d.albaran(1);
         const qint64 l1 = d.linea(pend, a1, u"S"_s);
         const qint64 l2 = d.linea(pend, a2, u"S"_s);

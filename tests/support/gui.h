@@ -75,7 +75,7 @@ inline void capturar(QWidget& w, const QString& nombre) {
     const QString carpeta = qEnvironmentVariable("PRAMELVIX_CAPTURAS");
     if (carpeta.isEmpty()) return;
     w.show();
-    QTest::qWaitForWindowExposed(&w);
+    if (!QTest::qWaitForWindowExposed(&w)) return;
     w.grab().save(carpeta + u'/' + nombre);
 }
 

@@ -138,7 +138,7 @@ private slots:
         ScriptedDialogs d;
         FixedClock reloj(QDateTime(QDate(2026, 1, 2), QTime(3, 4)));
         Bloqueos semilla(t.db(), d, reloj,
-                             {QStringLiteral("semilla"), QStringLiteral("u"), QStringLiteral("P")});
+                   {QStringLiteral("semilla"), QStringLiteral("u"), QStringLiteral("P"), QString()});
         DescriptorTabla mascotas;
         mascotas.tabla = QStringLiteral("Mascotas");
         mascotas.descTabla = QStringLiteral("Mascota");

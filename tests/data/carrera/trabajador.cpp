@@ -73,7 +73,7 @@ int bloqueos(Database& db, const QString& nombre) {
     clientes.descTabla = QStringLiteral("Cliente");
     Bloqueos s(db, d, reloj,
                    {nombre + QLatin1Char('-') + QString::number(QCoreApplication::applicationPid()),
-                    QStringLiteral("usuario-") + nombre, nombre});
+                    QStringLiteral("usuario-") + nombre, nombre, QString()});
     s.setIntentos(50);
     std::string entrada;
     while (std::getline(std::cin, entrada)) {
