@@ -34,6 +34,7 @@
 #include <QCoreApplication>
 #include <QThread>
 #include <cstdio>
+#include <optional>
 #include <iostream>
 #include <string>
 
@@ -60,6 +61,21 @@ void esperarHasta(qint64 msDesdeEpoca) {
     }
 }
 
+// The next order from standard input, once its start time has come; nothing at "fin" or at
+// the end of the input.
+std::optional<QString> siguienteOrden() {
+    std::string entrada;
+    if (!std::getline(std::cin, entrada)) return std::nullopt;
+    QString orden = QString::fromStdString(entrada).trimmed();
+    if (orden.startsWith(QLatin1Char('@'))) {
+        const qsizetype blanco = orden.indexOf(QLatin1Char(' '));
+        esperarHasta(orden.mid(1, blanco - 1).toLongLong());
+        orden = orden.mid(blanco + 1);
+    }
+    if (orden == QLatin1String("fin")) return std::nullopt;
+    return orden;
+}
+
 void responder(const QString& linea) {
     std::fputs(qPrintable(linea + QLatin1Char('\n')), stdout);
     std::fflush(stdout);
@@ -75,15 +91,8 @@ int bloqueos(Database& db, const QString& nombre) {
                    {nombre + QLatin1Char('-') + QString::number(QCoreApplication::applicationPid()),
                     QStringLiteral("usuario-") + nombre, nombre, QString()});
     s.setIntentos(50);
-    std::string entrada;
-    while (std::getline(std::cin, entrada)) {
-        QString orden = QString::fromStdString(entrada).trimmed();
-        if (orden.startsWith(QLatin1Char('@'))) {
-            const qsizetype blanco = orden.indexOf(QLatin1Char(' '));
-            esperarHasta(orden.mid(1, blanco - 1).toLongLong());
-            orden = orden.mid(blanco + 1);
-        }
-        if (orden == QLatin1String("fin")) break;
+    while (const auto siguiente = siguienteOrden()) {
+        const QString& orden = *siguiente;
         if (orden == QLatin1String("bd"))
             responder(s.bloquearBD(false) ? QStringLiteral("1") : QStringLiteral("0"));
         else if (orden.startsWith(QLatin1String("registro ")))
@@ -161,15 +170,8 @@ QString registros(Database& db, const QString& orden, std::optional<Registro>& l
 
 int registros(Database& db) {
     std::optional<Registro> leido;
-    std::string entrada;
-    while (std::getline(std::cin, entrada)) {
-        QString orden = QString::fromStdString(entrada).trimmed();
-        if (orden.startsWith(QLatin1Char('@'))) {
-            const qsizetype blanco = orden.indexOf(QLatin1Char(' '));
-            esperarHasta(orden.mid(1, blanco - 1).toLongLong());
-            orden = orden.mid(blanco + 1);
-        }
-        if (orden == QLatin1String("fin")) break;
+    while (const auto siguiente = siguienteOrden()) {
+        const QString& orden = *siguiente;
         // A busy database (SQLite's single writer, a PostgreSQL lock wait cut short) is tried
         // again, as the program's own retries do.
         for (int intento = 1;; ++intento) {
