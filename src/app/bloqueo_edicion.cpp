@@ -34,12 +34,7 @@ Bloqueos BloqueoEdicion::bloqueos() {
 bool BloqueoEdicion::vigente() {
     if (!tomado_) return false;
     if (!conFila_) return true;
-    if (e_.db().esSQLite()) return bloqueos().store().vigente(claveBloqueo_);
-    return e_.db()
-        .valor(QStringLiteral("SELECT claveBloqueo FROM Bloqueos WHERE claveBloqueo = ? AND Sesion = ? AND "
-                              "Ventana = ? FOR UPDATE"),
-               {claveBloqueo_, e_.sesion, ventana_})
-        .isValid();
+    return bloqueos().store().vigente(claveBloqueo_);
 }
 
 QString BloqueoEdicion::mensajePerdido() const {

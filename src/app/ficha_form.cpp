@@ -242,10 +242,6 @@ bool FichaForm::rechazar(const QString& titulo, const QString& texto, const QStr
     return false;
 }
 
-bool FichaForm::claveRepetida(RegistroStore& store, const Registro& r) {
-    return store.existe(r);
-}
-
 bool FichaForm::guardar() {
     foco_.clear();
     for (const auto& c : campos_) {
@@ -290,8 +286,7 @@ bool FichaForm::guardar() {
         bool repetida = false;
         if (!traza.ejecutar([&] {
                 traza.paso(QStringLiteral("Comprobar que la clave no existe"));
-                RegistroStore store(e_->db());
-                repetida = claveRepetida(store, r);
+                repetida = RegistroStore(e_->db()).existe(r);
             }))
             return false;
         if (repetida) {

@@ -72,7 +72,6 @@ public:
 private:
     void prepararCampos();
     bool rechazar(const QString& titulo, const QString& texto, const QString& columna);
-    bool claveRepetida(RegistroStore& store, const Registro& r);
 
     Entorno* e_;
     const DescriptorTabla* t_;

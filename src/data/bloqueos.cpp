@@ -281,10 +281,14 @@ bool BloqueoStore::desbloquear(const QString& claveCompleta) {
 }
 
 bool BloqueoStore::vigente(const QString& claveCompleta) {
-    return db_.valor(QStringLiteral("SELECT COUNT(*) FROM Bloqueos WHERE claveBloqueo = ? AND Sesion = ? "
-                                    "AND Ventana = ?"),
+    // On PostgreSQL the row is held until the caller's transaction ends, so that the lock
+    // manager cannot remove it between this check and the save; SQLite's single writer
+    // already keeps it.
+    return db_.valor(QStringLiteral("SELECT claveBloqueo FROM Bloqueos WHERE claveBloqueo = ? AND Sesion = ? "
+                                    "AND Ventana = ?") +
+                         (db_.esSQLite() ? QString() : QStringLiteral(" FOR UPDATE")),
                      {claveCompleta, quien_.sesion, quien_.ventana})
-               .toLongLong() > 0;
+        .isValid();
 }
 
 int BloqueoStore::desbloquearSesion() {

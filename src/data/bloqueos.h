@@ -98,7 +98,7 @@ public:
     // Removes this window's lock of that key; false when it held none. Throws ErrorBD.
     bool desbloquear(const QString& claveBloqueo);
     // Whether this window still holds the lock (an administrator may have removed it in the
-    // lock manager). Throws ErrorBD.
+    // lock manager); inside a transaction the row stays held until it ends. Throws ErrorBD.
     bool vigente(const QString& claveBloqueo);
     // Removes every lock of this session, all its windows (closing the program); the number
     // removed. Throws ErrorBD.

@@ -87,8 +87,8 @@ std::optional<qint64> AlbaranStore::buscarPorNumero(const QString& serie, qint64
 }
 
 std::optional<SituacionAlbaran> AlbaranStore::estado(qint64 idAlbaran) {
-    QSqlQuery q = db_.ejecutar(QStringLiteral("SELECT NumFactura, SerieFactura, Cobrado, Total, Pendiente "
-                                              "FROM Albaranes WHERE IdAlbaran = ?"),
+    QSqlQuery q = db_.ejecutar(QStringLiteral("SELECT NumFactura, SerieFactura, Cobrado, Total, Pendiente, "
+                                              "VersionFila FROM Albaranes WHERE IdAlbaran = ?"),
                                {idAlbaran});
     if (!q.next()) return std::nullopt;
     SituacionAlbaran e;
@@ -97,17 +97,15 @@ std::optional<SituacionAlbaran> AlbaranStore::estado(qint64 idAlbaran) {
     e.cobrado = logico(q.value(2));
     e.total = q.value(3).toDouble();
     e.pendiente = q.value(4).toDouble();
+    e.versionFila = q.value(5).toLongLong();
     return e;
 }
 
 ResultadoAlbaran AlbaranStore::sinCambiar(qint64 idAlbaran, qint64 versionLeida) {
     const auto e = estado(idAlbaran);
     if (!e) return ResultadoAlbaran::NoExiste;
-    if (e->facturadoOCobrado()) return ResultadoAlbaran::FacturadoOCobrado;
-    return db_.valor(QStringLiteral("SELECT VersionFila FROM Albaranes WHERE IdAlbaran = ?"), {idAlbaran}).toLongLong() !=
-                   versionLeida
-               ? ResultadoAlbaran::CambiadoEnOtroPuesto
-               : ResultadoAlbaran::FacturadoOCobrado;
+    if (e->facturadoOCobrado() || e->versionFila == versionLeida) return ResultadoAlbaran::FacturadoOCobrado;
+    return ResultadoAlbaran::CambiadoEnOtroPuesto;
 }
 
 GuardadoAlbaran AlbaranStore::guardar(Albaran& a) {

@@ -48,6 +48,7 @@ struct SituacionAlbaran {
     bool cobrado = false;
     double total = 0;
     double pendiente = 0;
+    qint64 versionFila = 0;
     bool facturadoOCobrado() const;
 };
 
