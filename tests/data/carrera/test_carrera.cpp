@@ -4,6 +4,7 @@
 #include "data/contadores.h"
 #include "data/ajustes.h"
 #include "data/puestos.h"
+#include "sales/albaran_store.h"
 #include "scripted_dialogs.h"
 #include "test_db.h"
 
@@ -254,28 +255,62 @@ private slots:
                  kProcesos * kNotas);
     }
 
-    // Two workstations save the same client, read by both before either saves: the second
-    // save is refused, the first one's data stays, and a balance moved meanwhile by its own
-    // operation is never written back.
+    // Two workstations save the same record, read by both before either saves: the second
+    // save is refused, the first one's data stays, and a column moved meanwhile by its own
+    // operation (balance, hospitalisation, stock) is never written back.
+    void mismoRegistroDosPuestos_data() {
+        QTest::addColumn<QString>("tabla");
+        QTest::addColumn<QString>("clave");
+        QTest::addColumn<QString>("columna");
+        QTest::addColumn<QString>("deOperacion");
+        QTest::newRow("cliente") << "Clientes" << "IdCliente" << "Nombre" << "Deuda";
+        QTest::newRow("mascota") << "Mascotas" << "IdMascota" << "Nombre" << "NumHospitalizacion";
+        QTest::newRow("artículo") << "Articulos" << "ArtCodArticulo" << "Articulo" << "Stock";
+        QTest::newRow("albarán") << "Albaranes" << "IdAlbaran" << "IdVendedor" << "";
+    }
     void mismoRegistroDosPuestos() {
+        QFETCH(QString, tabla);
+        QFETCH(QString, clave);
+        QFETCH(QString, columna);
+        QFETCH(QString, deOperacion);
         TestDb t;
         t.db().ejecutarCambio(QStringLiteral("INSERT INTO Clientes (IdCliente, Nombre, Deuda) VALUES (1, 'Ana', 0)"));
+        t.db().ejecutarCambio(QStringLiteral("INSERT INTO Mascotas (IdMascota, IdCliente, Nombre, NumHospitalizacion) "
+                                             "VALUES (1, 1, 'Toby', 0)"));
+        t.db().ejecutarCambio(QStringLiteral("INSERT INTO Articulos (ArtCodArticulo, Articulo, Stock) VALUES (1, 'Pienso', 0)"));
+        if (tabla == QLatin1String("Albaranes")) {
+            Albaran a;
+            a.serie = QStringLiteral("A");
+            a.fecha = QDate(2026, 11, 20);
+            a.idCliente = 1;
+            LineaAlbaran l;
+            l.concepto = QStringLiteral("Consulta");
+            l.cantidad = 1;
+            l.pvp = 30;
+            l.iva = 21;
+            a.anadirLinea(l);
+            QVERIFY(AlbaranStore(t.db()).guardar(a));
+            QCOMPARE(*a.IdAlbaran, qint64(1));
+        }
         Trabajadores ts;
         for (int i = 0; i < 2; ++i) {
             ts.push_back(std::make_unique<Trabajador>(t, QStringList{QStringLiteral("registros")}));
             QVERIFY(ts.back()->arrancado());
         }
+        const QString seleccion = QStringLiteral("SELECT %1 FROM %2 WHERE %3 = 1");
         for (int r = 1; r <= kRondasRegistros; ++r) {
-            QCOMPARE(ronda(ts, [](int) { return QStringLiteral("leer Clientes 1"); }), QStringList({"1", "1"}));
-            t.db().ejecutarCambio(QStringLiteral("UPDATE Clientes SET Deuda = Deuda + 1 WHERE IdCliente = 1"));
-            const QStringList resp = ronda(ts, [r](int i) { return QStringLiteral("guardar Nombre R%1P%2").arg(r).arg(i); });
+            QCOMPARE(ronda(ts, [&](int) { return QStringLiteral("leer %1 1").arg(tabla); }), QStringList({"1", "1"}));
+            if (!deOperacion.isEmpty())
+                t.db().ejecutarCambio(
+                    QStringLiteral("UPDATE %1 SET %2 = %2 + 1 WHERE %3 = 1").arg(tabla, deOperacion, clave));
+            const QStringList resp =
+                ronda(ts, [&](int i) { return QStringLiteral("guardar %1 %2%3").arg(columna).arg(r).arg(i); });
             QVERIFY2(resp.count(QStringLiteral("1")) == 1 && resp.count(QStringLiteral("0")) == 1,
                      qPrintable(QStringLiteral("ronda %1: %2").arg(r).arg(resp.join(','))));
             const int ganador = static_cast<int>(resp.indexOf(QStringLiteral("1")));
-            QCOMPARE(t.db().valor(QStringLiteral("SELECT Nombre FROM Clientes WHERE IdCliente = 1")).toString(),
-                     QStringLiteral("R%1P%2").arg(r).arg(ganador));
-            QCOMPARE(t.db().valor(QStringLiteral("SELECT Deuda FROM Clientes WHERE IdCliente = 1")).toDouble(),
-                     double(r));
+            QCOMPARE(t.db().valor(seleccion.arg(columna, tabla, clave)).toString(), QStringLiteral("%1%2").arg(r).arg(ganador));
+            if (!deOperacion.isEmpty())
+                QCOMPARE(t.db().valor(seleccion.arg(deOperacion, tabla, clave)).toDouble(), double(r));
         }
         terminar(ts);
     }

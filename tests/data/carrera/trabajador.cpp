@@ -12,9 +12,10 @@
 //       saves <cuantos> delivery notes of one line through the store, each as the screen
 //       saves it, and prints each note's number. Ends with "fin".
 //   pmx_trabajador_carrera <motor> <origen> registros
-//       reads orders like "bloqueos" does: "leer <tabla> <clave>" keeps the record as a
-//       screen reads it ("1"); "guardar <columna> <valor>" saves it as a screen does ("1",
-//       or "0" when another workstation saved it since); "mascota <idCliente>" adds a pet
+//       reads orders like "bloqueos" does: "leer <tabla> <clave>" keeps the record (or, for
+//       "Albaranes", the delivery note) as a screen reads it ("1"); "guardar <columna> <valor>"
+//       saves it as a screen does ("1", or "0" when another workstation saved it since; a
+//       note takes the value as its salesperson); "mascota <idCliente>" adds a pet
 //       to the client ("1"/"0"); "borrarcliente <id>" deletes the client as its screen
 //       does, refusing one with pets ("1"/"0"); "entrar <puesto>" registers a starting
 //       workstation ("1" inside, "0" refused); "salir <puesto>"; "monopuesto" switches to
@@ -109,12 +110,26 @@ int bloqueos(Database& db, const QString& nombre) {
 }
 
 // Runs one order; an unexpected database failure answers "E" with the text on stderr.
-QString registros(Database& db, const QString& orden, std::optional<Registro>& leido) {
+QString registros(Database& db, const QString& orden, std::optional<Registro>& leido,
+                  std::optional<Albaran>& albaran) {
     const QStringList p = orden.split(QLatin1Char(' '));
     RegistroStore store(db);
     if (p.at(0) == QLatin1String("leer")) {
+        leido.reset();
+        albaran.reset();
+        if (p.at(1) == QLatin1String("Albaranes")) {
+            albaran = AlbaranStore(db).cargar(p.at(2).toLongLong());
+            return albaran ? QStringLiteral("1") : QStringLiteral("0");
+        }
         leido = store.cargar(descriptorRequerido(p.at(1)), p.at(2).toLongLong());
         return leido ? QStringLiteral("1") : QStringLiteral("0");
+    }
+    if (p.at(0) == QLatin1String("guardar") && albaran) {
+        // A note's salesperson: the note screen's own save, lines and totals included.
+        albaran->idVendedor = p.at(2).toLongLong();
+        const GuardadoAlbaran g = AlbaranStore(db).guardar(*albaran);
+        if (g.resultado == ResultadoAlbaran::CambiadoEnOtroPuesto) return QStringLiteral("0");
+        return g ? QStringLiteral("1") : QStringLiteral("E");
     }
     if (p.at(0) == QLatin1String("guardar")) {
         leido->setValor(p.at(1), p.at(2));
@@ -170,13 +185,14 @@ QString registros(Database& db, const QString& orden, std::optional<Registro>& l
 
 int registros(Database& db) {
     std::optional<Registro> leido;
+    std::optional<Albaran> albaran;
     while (const auto siguiente = siguienteOrden()) {
         const QString& orden = *siguiente;
         // A busy database (SQLite's single writer, a PostgreSQL lock wait cut short) is tried
         // again, as the program's own retries do.
         for (int intento = 1;; ++intento) {
             try {
-                responder(registros(db, orden, leido));
+                responder(registros(db, orden, leido, albaran));
                 break;
             } catch (const ErrorBD& e) {
                 if (!esErrorDeConcurrencia(e) || intento >= 50) {
