@@ -18,8 +18,8 @@ const DescriptorColumna& columna(const QString& nombre) {
 }
 } // namespace
 
-MascotaForm::MascotaForm(Entorno& entorno) : e_(entorno), bloqueo_(entorno) {
-    mostrar(std::nullopt);
+MascotaForm::MascotaForm(Entorno& entorno) : FormularioRegistro(entorno, tablaMascotas()) {
+    mostrarNueva();
 }
 
 QStringList MascotaForm::columnas() {
@@ -67,8 +67,9 @@ bool MascotaForm::abrir(qint64 idCliente, std::optional<qint64> idMascota) {
     CommandTrace traza(e_.dialogs(), QStringLiteral("cargar los datos del Cliente en el '") +
                                          kTituloMascotas + QLatin1Char('\''));
     traza.ejecutar([&] {
+        MascotaStore store(e_.db());
         traza.paso(QStringLiteral("Leer el cliente"));
-        const auto p = MascotaStore(e_.db()).propietario(idCliente);
+        const auto p = store.propietario(idCliente);
         if (!p) {
             e_.dialogs().error(QStringLiteral("¡Error!"),
                                QStringLiteral("Error al intentar acceder al cliente numero ") +
@@ -77,18 +78,18 @@ bool MascotaForm::abrir(qint64 idCliente, std::optional<qint64> idMascota) {
                                                   "Puede que el cliente haya sido eliminado."));
             return;
         }
-        bloqueo_.liberar();
-        propietario_ = *p;
         traza.paso(QStringLiteral("Leer sus mascotas"));
-        leerLista();
-        fila_ = -1;
+        const QList<FilaMascota> lista = store.mascotasDeCliente(idCliente);
         std::optional<Registro> r;
-        for (int i = 0; idMascota && i < lista_.size(); ++i)
-            if (lista_.at(i).IdMascota == *idMascota) {
-                r = MascotaStore(e_.db()).cargar(*idMascota);
-                if (r) fila_ = i;
-            }
-        mostrar(r);
+        for (const FilaMascota& f : lista)
+            if (idMascota && f.IdMascota == *idMascota) r = store.cargar(*idMascota);
+        if (r && !ocupar(*idMascota)) return;
+        propietario_ = *p;
+        lista_ = lista;
+        if (r)
+            mostrar(*r);
+        else
+            mostrarNueva();
         hecho = true;
     });
     return hecho;
@@ -98,41 +99,46 @@ void MascotaForm::leerLista() {
     lista_ = MascotaStore(e_.db()).mascotasDeCliente(propietario_.IdCliente);
 }
 
-void MascotaForm::mostrar(const std::optional<Registro>& r) {
-    registro_ = r;
-    id_ = r ? std::optional<qint64>(r->clave().toLongLong()) : std::nullopt;
-    textos_.clear();
-    for (const QString& nombre : columnas()) {
-        const DescriptorColumna& c = columna(nombre);
-        textos_.insert(nombre, r ? FichaForm::textoValor(c, r->valor(nombre)) : QString());
-    }
-    if (!r) textos_.insert(QStringLiteral("FechaAlta"), formatoFecha(e_.reloj().hoy()));
-    modificado_ = false;
-    foco_.clear();
+void MascotaForm::seleccionarEnLista(qint64 id) {
+    fila_ = -1;
+    for (int i = 0; i < lista_.size(); ++i)
+        if (lista_.at(i).IdMascota == id) fila_ = i;
+}
+
+void MascotaForm::mostrarNueva() {
+    Registro vacio(tablaMascotas());
+    vacio.setValor(QStringLiteral("FechaAlta"), e_.reloj().hoy());
+    empezarNuevo(vacio);
+    fila_ = -1;
+}
+
+void MascotaForm::mostrar(const Registro& r) {
+    bloqueo_.liberar();
+    id_ = r.clave().toLongLong();
+    mostrarRegistro(r);
+    seleccionarEnLista(*id_);
+}
+
+QString MascotaForm::descripcionBloqueo() const {
+    return esNuevo() ? texto(QStringLiteral("Nombre")).trimmed() : registro_.texto(QStringLiteral("Nombre"));
+}
+
+QString MascotaForm::preguntaAbandonar() const {
+    return QStringLiteral("¿Desea guardar las modificaciones realizadas a '") + texto(QStringLiteral("Nombre")) +
+           QStringLiteral("'?");
 }
 
 bool MascotaForm::setTexto(const QString& nombre, const QString& texto) {
-    if (!textos_.contains(nombre) || soloLectura(nombre)) return false;
-    if (textos_.value(nombre) == texto) return true;
-    if (id_ && !bloqueo_.tomado()) {
-        bool tomado = false;
-        CommandTrace traza(e_.dialogs(), QStringLiteral("modificar") + kAccion);
-        traza.ejecutar([&] {
-            tomado = bloqueo_.tomar(tablaMascotas(), QString::number(*id_),
-                                    textos_.value(QStringLiteral("Nombre")), AccionBloqueo::Modificacion);
-        });
-        if (!tomado) return false;
-    }
-    textos_.insert(nombre, texto);
-    modificado_ = true;
-    if (nombre == QStringLiteral("IdEspecie") && !textos_.value(QStringLiteral("IdRaza")).isEmpty()) {
-        bool sigue = false;
-        const qint64 raza = textos_.value(QStringLiteral("IdRaza")).toLongLong();
-        for (const auto& o : opciones(QStringLiteral("IdRaza")))
-            if (o.clave == raza) sigue = true;
-        if (!sigue) textos_.insert(QStringLiteral("IdRaza"), QString());
-    }
-    return true;
+    if (soloLectura(nombre)) return false;
+    return FormularioRegistro::setTexto(nombre, texto);
+}
+
+void MascotaForm::alCambiar(const QString& nombre) {
+    if (nombre != QStringLiteral("IdEspecie") || texto(QStringLiteral("IdRaza")).isEmpty()) return;
+    const qint64 raza = texto(QStringLiteral("IdRaza")).toLongLong();
+    for (const auto& o : opciones(QStringLiteral("IdRaza")))
+        if (o.clave == raza) return;
+    textos_.insert(QStringLiteral("IdRaza"), QString());
 }
 
 QList<OpcionLookup> MascotaForm::opciones(const QString& nombre) {
@@ -142,7 +148,7 @@ QList<OpcionLookup> MascotaForm::opciones(const QString& nombre) {
     traza.ejecutar([&] {
         std::optional<qint64> especie;
         bool ok = false;
-        const qint64 v = textos_.value(QStringLiteral("IdEspecie")).toLongLong(&ok);
+        const qint64 v = texto(QStringLiteral("IdEspecie")).toLongLong(&ok);
         if (ok) especie = v;
         lista = MascotaStore(e_.db()).opciones(nombre, especie);
     });
@@ -159,10 +165,7 @@ QStringList MascotaForm::tiposMascota() {
 
 bool MascotaForm::preguntarGuardar() {
     if (!modificado_) return true;
-    const bool si = e_.dialogs().preguntar(
-        QStringLiteral("ATENCIÓN"), QStringLiteral("¿Desea guardar las modificaciones realizadas a '") +
-                                        textos_.value(QStringLiteral("Nombre")) + QStringLiteral("'?"));
-    if (si) return guardar();
+    if (e_.dialogs().preguntar(QStringLiteral("ATENCIÓN"), preguntaAbandonar())) return guardar();
     bloqueo_.liberar();
     modificado_ = false;
     return true;
@@ -172,43 +175,39 @@ bool MascotaForm::seleccionar(int fila) {
     if (fila < 0 || fila >= lista_.size() || !hayCliente()) return false;
     if (fila == fila_ && !esNueva()) return true;
     const qint64 destino = lista_.at(fila).IdMascota;
+    // Open in another window here: that one comes forward, before any question.
+    if (e_.editores.abierto(tablaMascotas().tabla, destino) && !ocupar(destino)) return false;
     if (!preguntarGuardar()) return false;
     bool hecho = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("seleccionar") + kAccion);
     traza.ejecutar([&] {
         leerLista();
         const auto r = MascotaStore(e_.db()).cargar(destino);
-        fila_ = -1;
-        for (int i = 0; i < lista_.size(); ++i)
-            if (lista_.at(i).IdMascota == destino) fila_ = i;
-        mostrar(fila_ >= 0 ? r : std::nullopt);
-        hecho = fila_ >= 0;
+        seleccionarEnLista(destino);
+        if (fila_ < 0 || !r || !ocupar(destino)) {
+            mostrarNueva();
+            return;
+        }
+        mostrar(*r);
+        hecho = true;
     });
     return hecho;
 }
 
 bool MascotaForm::nueva() {
     if (!preguntarGuardar()) return false;
-    bloqueo_.liberar();
-    fila_ = -1;
-    mostrar(std::nullopt);
+    mostrarNueva();
     return true;
 }
 
 bool MascotaForm::puedeCerrar() {
     if (!preguntarGuardar()) return false;
-    bloqueo_.liberar();
+    cerrar();
     return true;
 }
 
-bool MascotaForm::rechazar(const QString& titulo, const QString& texto, const QString& nombre) {
-    foco_ = nombre;
-    e_.dialogs().avisar(titulo, texto);
-    return false;
-}
-
 bool MascotaForm::chipValido() const {
-    const qsizetype n = textos_.value(QStringLiteral("Chip")).trimmed().size();
+    const qsizetype n = texto(QStringLiteral("Chip")).trimmed().size();
     return n == 0 || n == 10 || n == 15;
 }
 
@@ -221,8 +220,8 @@ bool MascotaForm::comprobarChip() {
 }
 
 bool MascotaForm::planCaducado() const {
-    if (textos_.value(QStringLiteral("IdPlanSalud")).isEmpty()) return false;
-    const auto caducidad = leerFecha(textos_.value(QStringLiteral("CaducidadPlan")));
+    if (texto(QStringLiteral("IdPlanSalud")).isEmpty()) return false;
+    const auto caducidad = leerFecha(texto(QStringLiteral("CaducidadPlan")));
     return caducidad && *caducidad < e_.reloj().hoy();
 }
 
@@ -234,43 +233,34 @@ bool MascotaForm::elegirPlan() {
 }
 
 bool MascotaForm::guardar() {
-    foco_.clear();
+    foco.clear();
     if (!comprobarChip()) return false;
     if (!hayCliente())
         return rechazar(kTituloObligatorios, QStringLiteral("Debe seleccionar primero un Cliente."),
                         QString());
-    if (textos_.value(QStringLiteral("Nombre")).trimmed().isEmpty())
+    if (texto(QStringLiteral("Nombre")).trimmed().isEmpty())
         return rechazar(kTituloObligatorios, QStringLiteral("Debe informar el nombre de la Mascota."),
                         QStringLiteral("Nombre"));
-    if (!textos_.value(QStringLiteral("IdPlanSalud")).trimmed().isEmpty() &&
-        textos_.value(QStringLiteral("CaducidadPlan")).trimmed().isEmpty())
+    if (!texto(QStringLiteral("IdPlanSalud")).trimmed().isEmpty() &&
+        texto(QStringLiteral("CaducidadPlan")).trimmed().isEmpty())
         return rechazar(
             kTituloObligatorios,
             QStringLiteral("Debe informar la fecha de caducidad del Plan de Salud de la mascota."),
             QStringLiteral("CaducidadPlan"));
 
-    Registro r = registro_ ? registro_->getCopia() : Registro(tablaMascotas());
+    auto leido = leerTextos();
+    if (!leido) return false;
+    Registro r = *leido;
+    // Written for a new pet only: the owner of an existing one changes by its own operation.
     r.setValor(QStringLiteral("IdCliente"), propietario_.IdCliente);
-    for (const QString& nombre : columnas()) {
-        if (soloLectura(nombre)) continue;
-        QString error;
-        const auto v = FichaForm::leerValor(columna(nombre), textos_.value(nombre), &error);
-        if (!v) return rechazar(kTituloErronea, error, nombre);
-        r.setValor(nombre, *v);
-    }
     if (r.valor(QStringLiteral("Baja")).isNull()) r.setValor(QStringLiteral("Baja"), false);
 
-    if (id_ ? !bloqueo_.tomar(tablaMascotas(), QString::number(*id_), r.texto(QStringLiteral("Nombre")),
-                              AccionBloqueo::Modificacion)
-            : !bloqueo_.tomarAlta(tablaMascotas(), r.texto(QStringLiteral("Nombre"))))
-        return false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar") + kAccion);
     qint64 id = 0;
-    const auto resultado = guardarRegistro(e_, traza, bloqueo_, tablaMascotas().descTabla, [&] {
+    const auto resultado = escribir(traza, r, [&] {
         traza.paso(QStringLiteral("Guardar la mascota"));
         id = MascotaStore(e_.db()).guardar(r);
     });
-    if (!id_) bloqueo_.liberar(); // the "Alta" lock lasts the save only
     if (resultado == ResultadoGuardado::Recargar) {
         modificado_ = false;
         abrir(propietario_.IdCliente, *id_);
@@ -280,12 +270,9 @@ bool MascotaForm::guardar() {
     traza.ejecutar([&] {
         traza.paso(QStringLiteral("Leer la lista de mascotas"));
         leerLista();
-        fila_ = -1;
-        for (int i = 0; i < lista_.size(); ++i)
-            if (lista_.at(i).IdMascota == id) fila_ = i;
     });
-    bloqueo_.liberar();
-    mostrar(r);
+    guardado(r, id);
+    seleccionarEnLista(id);
     return true;
 }
 
@@ -296,8 +283,7 @@ bool MascotaForm::eliminar() {
     CommandTrace traza(e_.dialogs(), QStringLiteral("eliminar") + kAccion);
     traza.ejecutar([&] {
         traza.paso(QStringLiteral("Bloquear la mascota"));
-        if (!bloqueo_.tomar(tablaMascotas(), QString::number(id), textos_.value(QStringLiteral("Nombre")),
-                            AccionBloqueo::Baja))
+        if (!bloqueo_.tomar(tablaMascotas(), QString::number(id), descripcionBloqueo(), AccionBloqueo::Baja))
             return;
         if (!e_.dialogs().preguntar(kTituloAtencion,
                                     QStringLiteral("¿Desea realmente eliminar la Mascota seleccionada?"))) {
@@ -305,12 +291,9 @@ bool MascotaForm::eliminar() {
             return;
         }
         traza.paso(QStringLiteral("Eliminar la mascota"));
-        MascotaStore store(e_.db());
-        store.eliminar(id);
-        bloqueo_.liberar();
+        MascotaStore(e_.db()).eliminar(id);
         leerLista();
-        fila_ = -1;
-        mostrar(std::nullopt);
+        mostrarNueva();
         hecho = true;
     });
     return hecho;

@@ -4,16 +4,14 @@
 // pick. Every field is held as the text the user sees and types: look-ups hold the key of
 // the chosen entry ("" for none), "Sexo" its shown text, dates "dd/mm/yyyy", the weight
 // "#,##0.00" typed back with a decimal comma, "Baja" "Sí"/"No".
-#include "app/bloqueo_edicion.h"
-#include "app/entorno.h"
+#include "app/formulario_registro.h"
 #include "clients/mascota_store.h"
 
-#include <QHash>
 #include <optional>
 
 inline const QString kTituloMascotas = QStringLiteral("Mantenimiento de Mascotas");
 
-class MascotaForm {
+class MascotaForm : public FormularioRegistro {
 public:
     explicit MascotaForm(Entorno& entorno);
 
@@ -21,7 +19,8 @@ public:
     // when nothing was chosen.
     bool abrirDesdeMenu();
     // Opens the pets of a client and selects idMascota (a new pet when not given or not the
-    // client's). A client that cannot be read is reported and the screen stays empty.
+    // client's). A client that cannot be read is reported and the screen stays empty; a pet
+    // open in another window here brings that window forward and nothing changes here.
     bool abrir(qint64 idCliente, std::optional<qint64> idMascota = std::nullopt);
 
     bool hayCliente() const { return propietario_.IdCliente != 0; }
@@ -32,8 +31,8 @@ public:
     const QList<FilaMascota>& lista() const { return lista_; }
     // Row of the list being edited; -1 for a new pet.
     int filaActual() const { return fila_; }
-    bool esNueva() const { return !id_.has_value(); }
-    std::optional<qint64> idMascota() const { return id_; }
+    bool esNueva() const { return esNuevo(); }
+    std::optional<qint64> idMascota() const { return id(); }
     // "Mascota nº: 12 del Cliente nº 3", or "(Nueva Mascota)".
     QString leyenda() const;
 
@@ -41,12 +40,10 @@ public:
     static QStringList columnas();
     // Read-only columns: last visit and current hospitalisation.
     static bool soloLectura(const QString& columna);
-    QString texto(const QString& columna) const { return textos_.value(columna); }
     // Changes a field. The first change of an existing pet takes its record lock; when the
     // lock is refused nothing changes and the answer is false. Choosing another species
     // clears a breed of the old one.
     bool setTexto(const QString& columna, const QString& texto);
-    bool modificado() const { return modificado_; }
 
     // Entries of a look-up drop-down; the breeds are those of the chosen species.
     QList<OpcionLookup> opciones(const QString& columna);
@@ -75,24 +72,22 @@ public:
     // A plan is chosen and its expiry date lies before today.
     bool planCaducado() const;
 
-    // The column whose field should take the focus after a refusal.
-    const QString& foco() const { return foco_; }
-
 private:
+    QStringList columnasEditables() const override { return columnas(); }
+    QString descripcionBloqueo() const override;
+    QString preguntaAbandonar() const override;
+    void alCambiar(const QString& columna) override;
     void leerLista();
-    void mostrar(const std::optional<Registro>& r);
+    void seleccionarEnLista(qint64 id);
+    void mostrarNueva();
+    void mostrar(const Registro& r);
     bool preguntarGuardar();
-    bool rechazar(const QString& titulo, const QString& texto, const QString& columna);
+    bool rechazar(const QString& titulo, const QString& texto, const QString& columna) {
+        return fallo(Icono::Exclamacion, titulo, texto, columna);
+    }
     bool chipValido() const;
 
-    Entorno& e_;
     DatosPropietario propietario_;
     QList<FilaMascota> lista_;
     int fila_ = -1;
-    std::optional<qint64> id_;
-    std::optional<Registro> registro_;
-    QHash<QString, QString> textos_;
-    bool modificado_ = false;
-    QString foco_;
-    BloqueoEdicion bloqueo_;
 };

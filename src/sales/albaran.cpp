@@ -1,5 +1,7 @@
 #include "sales/albaran.h"
 
+#include "core/dinero.h"
+
 #include <cmath>
 
 LineaAlbaran lineaDeArticulo(const ArticuloVenta& articulo, const PrecioElegido& precio, double cantidad) {
@@ -16,7 +18,7 @@ LineaAlbaran lineaDeArticulo(const ArticuloVenta& articulo, const PrecioElegido&
 }
 
 bool Albaran::algoCobrado() const {
-    return cobrado || (IdAlbaran && std::fabs(pendiente - totalGuardado) >= 0.005);
+    return cobrado || (IdAlbaran && !mismoImporte(pendiente, totalGuardado));
 }
 
 void Albaran::setRetencion(double porcentaje) {

@@ -34,6 +34,10 @@ AlbaranForm::AlbaranForm(Entorno& entorno) : e_(entorno), store_(entorno.db()), 
     limpiar();
 }
 
+AlbaranForm::~AlbaranForm() {
+    e_.editores.soltar(this);
+}
+
 void AlbaranForm::cargarListas() {
     CommandTrace traza(e_.dialogs(), QStringLiteral("preparar las listas") + kEnPantallaAlbaranes);
     traza.ejecutar([&] {
@@ -78,15 +82,10 @@ void AlbaranForm::notificar() {
     if (cambiado) cambiado();
 }
 
-void AlbaranForm::abrir(const AperturaAlbaran& ap) {
-    if (ap.IdAlbaran) {
-        cargar(*ap.IdAlbaran);
-        return;
-    }
-    if (ap.numAlbaran) {
-        cargar(ap.serie, *ap.numAlbaran);
-        return;
-    }
+bool AlbaranForm::abrir(const AperturaAlbaran& ap) {
+    if (ap.IdAlbaran) return cargar(*ap.IdAlbaran);
+    if (ap.numAlbaran) return cargar(ap.serie, *ap.numAlbaran);
+    e_.editores.soltar(this);
     limpiar();
     apertura_ = ap;
     if (ap.IdVendedor) a_.idVendedor = ap.IdVendedor;
@@ -99,6 +98,7 @@ void AlbaranForm::abrir(const AperturaAlbaran& ap) {
     if (cliente_ && ap.EntradaDesdeHistorial && ap.IdArticuloHistorial)
         anadirArticuloPorDefecto(*ap.IdArticuloHistorial);
     notificar();
+    return true;
 }
 
 // What the caller knows of its client stands over the client's record.
@@ -292,7 +292,7 @@ bool AlbaranForm::tomarBloqueo() {
     if (bloqueo_.tomado()) return true;
     const QString clave = QString::number(*a_.IdAlbaran);
     const QString descripcion = QStringLiteral("Albarán ") + numeroNota();
-    return bloqueo_.tomar(descriptorRequerido(QStringLiteral("Albaranes")), clave, descripcion,
+    return bloqueo_.tomar(descriptorRequerido(kTablaAlbaranes), clave, descripcion,
                           AccionBloqueo::Modificacion);
 }
 

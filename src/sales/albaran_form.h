@@ -11,6 +11,7 @@
 #include "app/bloqueo_edicion.h"
 #include "app/conf_puesto_store.h"
 #include "app/entorno.h"
+#include "core/dinero.h"
 #include "documents/plantilla.h"
 #include "sales/albaran.h"
 #include "sales/albaran_store.h"
@@ -77,13 +78,21 @@ struct EntradaLineaAlbaran {
 
 enum class MarcaPlan { Ninguna, Activo, Caducado };
 
+inline const QString kTablaAlbaranes = QStringLiteral("Albaranes");
+
+// One editor per note on a workstation: a note open in another window of this workstation
+// is not loaded here; that window comes forward (traerAlFrente) instead.
 class AlbaranForm {
 public:
     explicit AlbaranForm(Entorno& entorno);
+    ~AlbaranForm();
+    AlbaranForm(const AlbaranForm&) = delete;
+    AlbaranForm& operator=(const AlbaranForm&) = delete;
 
     // Starts the screen as the caller asked: an existing note, or a new one with the
-    // client, pet, visit and salesperson given (and the history's article added).
-    void abrir(const AperturaAlbaran& apertura);
+    // client, pet, visit and salesperson given (and the history's article added). False
+    // when the note cannot be read or is open in another window here (now in front).
+    bool abrir(const AperturaAlbaran& apertura);
 
     // --- state ---
     const Albaran& albaran() const { return a_; }
@@ -107,7 +116,7 @@ public:
     QList<OpcionVenta> mascotasCliente() const;
     // "Deuda Actual: 1.234,50 €"; empty with no client.
     QString textoDeuda() const;
-    bool hayDeuda() const { return deuda_ >= 0.005; }
+    bool hayDeuda() const { return deuda_ > 0 && !importeNulo(deuda_); }
     MarcaPlan marcaPlan() const;
     QString textoPlan() const;
     // The client's pending notes are of several series: invoicing makes several invoices.
@@ -180,6 +189,8 @@ public:
     std::function<void(qint64 idAlbaran)> abrirCobros;
     // The view has to show the note again (loaded, recalculated, new).
     std::function<void()> cambiado;
+    // Brings the window forward when its note is opened again elsewhere here.
+    std::function<void()> traerAlFrente;
 
 private:
     bool comprobarSinCambiosAjenos(const QString& mensaje, const QString& titulo = {});

@@ -184,6 +184,7 @@ bool AlbaranForm::preguntarGuardar(const QString& titulo) {
 bool AlbaranForm::nuevo() {
     if (!preguntarGuardar(QStringLiteral("Confirmación para cerrar la ventana"))) return false;
     bloqueo_.liberar();
+    e_.editores.soltar(this);
     limpiar();
     notificar();
     return true;
@@ -194,14 +195,13 @@ bool AlbaranForm::buscar() {
     bloqueo_.liberar();
     if (!e_.buscadores.albaran) return false;
     const auto id = e_.buscadores.albaran();
-    if (!id) {
-        // Nothing chosen: the screen keeps the note it showed, now without changes.
-        if (!a_.esNuevo()) return cargar(*a_.IdAlbaran);
-        limpiar();
-        notificar();
-        return false;
-    }
-    return cargar(*id);
+    if (id && cargar(*id)) return true;
+    // Nothing chosen, or the note chosen is open in another window (now in front): the screen
+    // keeps the note it showed, now without changes.
+    if (!a_.esNuevo()) return cargar(*a_.IdAlbaran) && !id;
+    limpiar();
+    notificar();
+    return false;
 }
 
 bool AlbaranForm::cargar(qint64 idAlbaran) {
@@ -239,6 +239,8 @@ bool AlbaranForm::cargar(const QString& serie, qint64 numAlbaran) {
 }
 
 bool AlbaranForm::ponerLeido(const Albaran& leido) {
+    // One editor per note on this workstation: another window with it comes forward instead.
+    if (!e_.editores.ocupar(kTablaAlbaranes, *leido.IdAlbaran, this, traerAlFrente)) return false;
     bloqueo_.liberar();
     limpiar();
     a_ = leido;
@@ -287,7 +289,7 @@ bool AlbaranForm::guardar() {
         if (!tomarBloqueo()) return false;
     }
 
-    if (a_.esNuevo() && !bloqueo_.tomarAlta(descriptorRequerido(QStringLiteral("Albaranes")), cliente_->nombre)) return false;
+    if (a_.esNuevo() && !bloqueo_.tomarAlta(descriptorRequerido(kTablaAlbaranes), cliente_->nombre)) return false;
     Albaran copia = a_;
     std::optional<GuardadoAlbaran> guardado;
     bool bloqueoPerdido = false;
@@ -339,7 +341,10 @@ bool AlbaranForm::guardar() {
     const bool eraNuevo = a_.esNuevo();
     a_ = copia;
     modificado_ = false;
-    if (eraNuevo) tomarBloqueo();
+    if (eraNuevo) {
+        e_.editores.ocupar(kTablaAlbaranes, *a_.IdAlbaran, this, traerAlFrente);
+        tomarBloqueo();
+    }
     CommandTrace deuda(e_.dialogs(), QStringLiteral("leer la deuda del Cliente") + kEnPantallaAlbaranes);
     deuda.ejecutar([&] {
         deuda_ = store_.deuda(*a_.idCliente);
@@ -386,6 +391,7 @@ bool AlbaranForm::eliminar() {
         return false;
     }
     bloqueo_.liberar();
+    e_.editores.soltar(this);
     limpiar();
     notificar();
     return true;
@@ -394,5 +400,6 @@ bool AlbaranForm::eliminar() {
 bool AlbaranForm::cerrar() {
     if (!preguntarGuardar(QStringLiteral("Confirmación para cerrar la ventana"))) return false;
     bloqueo_.liberar();
+    e_.editores.soltar(this);
     return true;
 }

@@ -33,8 +33,24 @@ QString mensajeLectura(const QString& cabecera, const QString& final) {
 }
 } // namespace
 
-ArticuloForm::ArticuloForm(Entorno& entorno) : e_(entorno), registro_(tablaArticulos()), bloqueo_(entorno) {
+ArticuloForm::ArticuloForm(Entorno& entorno) : FormularioRegistro(entorno, tablaArticulos()) {
     nuevo();
+}
+
+QStringList ArticuloForm::columnasEditables() const {
+    QStringList l;
+    for (const auto& c : tablaArticulos().columnaS)
+        if (!c.interna) l << c.nombre;
+    return l;
+}
+
+QString ArticuloForm::descripcionBloqueo() const {
+    return esNuevo() ? texto(QStringLiteral("Articulo")).trimmed() : registro_.texto(QStringLiteral("Articulo"));
+}
+
+QString ArticuloForm::preguntaAbandonar() const {
+    return QStringLiteral("Las modificaciones realizadas a este Artículo no han sido guardadas. "
+                          "¿Desea perder los cambios efectuados?");
 }
 
 const QStringList& ArticuloForm::columnasProducto() {
@@ -60,21 +76,12 @@ QString ArticuloForm::tablaParametro(const QString& columna) {
     return tablas.value(columna);
 }
 
-void ArticuloForm::cargarTextos(const Registro& r) {
-    textos_.clear();
-    for (const auto& c : r.descriptor().columnaS)
-        if (!c.interna) textos_.insert(c.nombre, FichaForm::textoValor(c, r.valor(c.nombre)));
-}
-
 void ArticuloForm::nuevo() {
-    bloqueo_.liberar();
-    registro_ = Registro(tablaArticulos());
-    registro_.setValor(QStringLiteral("ArtFactorConversion"), 1.0);
-    registro_.setValor(QStringLiteral("ArtFacturacionObligatoria"), false);
-    registro_.setValor(QStringLiteral("ArtFechaAlta"), e_.reloj().hoy());
-    nuevo_ = true;
-    foco_.clear();
-    cargarTextos(registro_);
+    Registro vacio(tablaArticulos());
+    vacio.setValor(QStringLiteral("ArtFactorConversion"), 1.0);
+    vacio.setValor(QStringLiteral("ArtFacturacionObligatoria"), false);
+    vacio.setValor(QStringLiteral("ArtFechaAlta"), e_.reloj().hoy());
+    empezarNuevo(vacio);
 }
 
 void ArticuloForm::avisoProveedor(qint64 codigo) {
@@ -107,28 +114,22 @@ bool ArticuloForm::abrir(qint64 codigo) {
                                           QStringLiteral("que el Artículo haya sido eliminado.")));
         return false;
     }
+    if (!ocupar(codigo)) return false;
     bloqueo_.liberar();
-    registro_ = *r;
-    nuevo_ = false;
-    foco_.clear();
-    cargarTextos(registro_);
+    id_ = codigo;
+    mostrarRegistro(*r);
     for (qint64 p : proveedoresPerdidos)
         avisoProveedor(p);
     return true;
 }
 
-std::optional<qint64> ArticuloForm::codigo() const {
-    return nuevo_ ? std::nullopt : entero(registro_.valor(kColCodigo));
-}
-
 QString ArticuloForm::titulo() const {
-    const QString cod = nuevo_ ? QStringLiteral(" (Nuevo Artículo)") : registro_.texto(kColCodigo);
-    return kTituloArticulos + QStringLiteral(" - ") + cod + QStringLiteral(" : ") +
-           textos_.value(QStringLiteral("Articulo"));
+    const QString cod = esNuevo() ? QStringLiteral(" (Nuevo Artículo)") : QString::number(*id_);
+    return kTituloArticulos + QStringLiteral(" - ") + cod + QStringLiteral(" : ") + texto(QStringLiteral("Articulo"));
 }
 
 bool ArticuloForm::esServicio() const {
-    return textos_.value(QStringLiteral("ArtTipoArticulo"))
+    return texto(QStringLiteral("ArtTipoArticulo"))
                .trimmed()
                .compare(kTipoServicio, Qt::CaseInsensitive) == 0;
 }
@@ -138,18 +139,11 @@ bool ArticuloForm::habilitado(const QString& columna) const {
     return !(esServicio() && columnasProducto().contains(columna));
 }
 
-bool ArticuloForm::tomarBloqueo(AccionBloqueo accion) {
-    if (nuevo_) return true;
-    return bloqueo_.tomar(tablaArticulos(), registro_.texto(kColCodigo),
-                          registro_.texto(QStringLiteral("Articulo")), accion);
-}
-
-bool ArticuloForm::setTexto(const QString& columna, const QString& texto) {
-    if (!textos_.contains(columna) || !habilitado(columna)) return false;
-    if (textos_.value(columna) == texto) return true;
-    if (!tomarBloqueo(AccionBloqueo::Modificacion)) return false;
+bool ArticuloForm::setTexto(const QString& columna, const QString& nuevo) {
+    if (!habilitado(columna)) return false;
+    if (texto(columna) == nuevo) return true;
     if (columna == QStringLiteral("ArtCodProv") || columna == QStringLiteral("ArtCodUltProv")) {
-        if (const auto p = enteroTexto(texto)) {
+        if (const auto p = enteroTexto(nuevo)) {
             bool existe = false;
             CommandTrace t(e_.dialogs(), traza(QStringLiteral("elegir el proveedor de")));
             if (!t.ejecutar([&] { existe = ArticuloStore(e_.db()).existeProveedor(*p); })) return false;
@@ -159,22 +153,24 @@ bool ArticuloForm::setTexto(const QString& columna, const QString& texto) {
             }
         }
     }
-    textos_.insert(columna, texto);
+    return FormularioRegistro::setTexto(columna, nuevo);
+}
+
+void ArticuloForm::alCambiar(const QString& columna) {
     if (columna == QStringLiteral("ArtTipoArticulo") && esServicio())
         for (const QString& c : columnasProducto())
             textos_.insert(c, QString());
     if (columna == QStringLiteral("Seccion")) textos_.insert(QStringLiteral("Familia"), QString());
     if (columna == QStringLiteral("Seccion") || columna == QStringLiteral("Familia"))
         textos_.insert(QStringLiteral("SubFamilia"), QString());
-    return true;
 }
 
 QString ArticuloForm::margen() const {
-    const QString ult = textos_.value(QStringLiteral("ArtUltPrecio")).trimmed();
+    const QString ult = texto(QStringLiteral("ArtUltPrecio")).trimmed();
     const auto precio = leerImporte(ult);
     if (!precio) return {};
     if (*precio == 0) return QStringLiteral("100.00");
-    const double pvp1 = leerImporte(textos_.value(QStringLiteral("PVP1")).trimmed()).value_or(0);
+    const double pvp1 = leerImporte(texto(QStringLiteral("PVP1")).trimmed()).value_or(0);
     return formatoImporte(redondear2(pvp1 * 100 / *precio));
 }
 
@@ -183,7 +179,7 @@ QList<OpcionArticulo> ArticuloForm::opciones(const QString& columna) {
     if (tabla.isEmpty()) return {};
     std::optional<qint64> padre;
     if (columna == QStringLiteral("Familia") || columna == QStringLiteral("SubFamilia")) {
-        padre = enteroTexto(textos_.value(columna == QStringLiteral("Familia") ? QStringLiteral("Seccion")
+        padre = enteroTexto(texto(columna == QStringLiteral("Familia") ? QStringLiteral("Seccion")
                                                                                : QStringLiteral("Familia")));
         if (!padre) return {};
     }
@@ -202,7 +198,7 @@ std::optional<FichaForm> ArticuloForm::fichaParametro(const QString& columna) {
     if (columna == QStringLiteral("Familia") || columna == QStringLiteral("SubFamilia")) {
         const bool familia = columna == QStringLiteral("Familia");
         const auto padre =
-            enteroTexto(textos_.value(familia ? QStringLiteral("Seccion") : QStringLiteral("Familia")));
+            enteroTexto(texto(familia ? QStringLiteral("Seccion") : QStringLiteral("Familia")));
         if (!padre) {
             e_.dialogs().avisar(kAtencion,
                                 familia ? QStringLiteral("Elija antes la sección de la nueva familia.")
@@ -216,12 +212,6 @@ std::optional<FichaForm> ArticuloForm::fichaParametro(const QString& columna) {
 
 bool ArticuloForm::parametroAnadido(const QString& columna, const Registro& nuevo) {
     return setTexto(columna, nuevo.clave().toString());
-}
-
-bool ArticuloForm::rechazar(const QString& texto, const QString& columna) {
-    foco_ = columna;
-    e_.dialogs().avisar(kTituloObligatorios, texto);
-    return false;
 }
 
 QString ArticuloForm::clasificacionCambiada(const Registro& antes, const Registro& despues) const {
@@ -238,12 +228,12 @@ QString ArticuloForm::clasificacionCambiada(const Registro& antes, const Registr
 bool ArticuloForm::guardar() {
     // A changed description is asked about before any check (a missing one is refused by
     // the first check instead).
-    const QString descripcion = textos_.value(QStringLiteral("Articulo")).trimmed();
-    if (!nuevo_ && !descripcion.isEmpty() &&
+    const QString descripcion = texto(QStringLiteral("Articulo")).trimmed();
+    if (!esNuevo() && !descripcion.isEmpty() &&
         descripcion != registro_.texto(QStringLiteral("Articulo")).trimmed() &&
         !e_.dialogs().preguntar(Icono::Pregunta, kAtencion, kPreguntaDescripcionArticulo))
         return false;
-    foco_.clear();
+    foco.clear();
     const QList<QPair<QString, QString>> obligatorios = {
         {QStringLiteral("Articulo"), QStringLiteral("Debe informar el nombre del Artículo")},
         {QStringLiteral("ArtTipoArticulo"), QStringLiteral("Debe informar el tipo de Artículo")},
@@ -255,9 +245,9 @@ bool ArticuloForm::guardar() {
          QStringLiteral("Debe informar la subfamilia a la que pertenece el Artículo")},
         {QStringLiteral("ArtIVA"), QStringLiteral("Debe informar el tipo de IVA a aplicar al Artículo")}};
     for (const auto& o : obligatorios)
-        if (textos_.value(o.first).trimmed().isEmpty()) return rechazar(o.second, o.first);
+        if (texto(o.first).trimmed().isEmpty()) return rechazar(o.second, o.first);
     const QString colFactor = QStringLiteral("ArtFactorConversion");
-    const QString factor = textos_.value(colFactor).trimmed();
+    const QString factor = texto(colFactor).trimmed();
     if (factor.isEmpty())
         return rechazar(QStringLiteral("Debe informar el factor de conversión para las unidades de compra"),
                         colFactor);
@@ -267,26 +257,16 @@ bool ArticuloForm::guardar() {
             QStringLiteral("El factor de conversión para las unidades de compra ha de ser mayor de 0"),
             colFactor);
 
-    Registro r = registro_.getCopia();
-    for (const auto& c : r.descriptor().columnaS) {
-        if (c.nombre == kColCodigo || c.interna) continue;
-        QString error;
-        const auto v = FichaForm::leerValor(c, textos_.value(c.nombre), &error);
-        if (!v) {
-            foco_ = c.nombre;
-            e_.dialogs().avisar(kTituloErronea, error);
-            return false;
-        }
-        r.setValor(c.nombre, *v);
-    }
-
-    if (!tomarBloqueo(AccionBloqueo::Modificacion)) return false;
+    auto leido = leerTextos();
+    if (!leido) return false;
+    Registro r = *leido;
+    if (!bloquear()) return false;
 
     // The series the article had and the one it will have: a change rewrites the pending
     // delivery-note lines, after a question asked with no transaction open.
     std::optional<QString> serieNueva;
     CommandTrace t(e_.dialogs(), traza(QStringLiteral("guardar")));
-    if (!nuevo_) {
+    if (!esNuevo()) {
         QString serieAntes, serieAhora;
         Registro previo = registro_;
         if (!t.ejecutar([&] {
@@ -315,9 +295,10 @@ bool ArticuloForm::guardar() {
         if (!almacenBloqueos(e_).bloquearBD()) return false;
         conBloqueoBD = true;
     }
-    const ResultadoGuardado resultado = guardarRegistro(e_, t, bloqueo_, tablaArticulos().descTabla, [&] {
+    const bool nuevo = esNuevo();
+    const ResultadoGuardado resultado = escribir(t, r, [&] {
         ArticuloStore articulos(e_.db());
-        if (nuevo_) {
+        if (nuevo) {
             t.paso(QStringLiteral("Crear el Artículo"));
             articulos.crear(r);
         } else if (!serieNueva) {
@@ -334,18 +315,15 @@ bool ArticuloForm::guardar() {
         abrir(r.clave().toLongLong());
         return false;
     }
-    const bool guardado = resultado == ResultadoGuardado::Guardado;
-    if (!guardado) return false;
-    bloqueo_.liberar();
-    registro_ = r;
-    nuevo_ = false;
-    cargarTextos(registro_);
+    if (resultado != ResultadoGuardado::Guardado) return false;
+    guardado(r, r.clave().toLongLong());
     return true;
 }
 
 bool ArticuloForm::eliminar() {
-    if (nuevo_) return false;
-    if (!tomarBloqueo(AccionBloqueo::Baja)) return false;
+    if (esNuevo()) return false;
+    if (!bloqueo_.tomar(tablaArticulos(), QString::number(*id_), descripcionBloqueo(), AccionBloqueo::Baja))
+        return false;
     if (!e_.dialogs().preguntar(Icono::Pregunta, QStringLiteral("¡Atención!"), kPreguntaEliminarArticulo)) {
         bloqueo_.liberar();
         return false;
@@ -361,11 +339,11 @@ bool ArticuloForm::eliminar() {
 }
 
 void ArticuloForm::cancelar() {
-    if (nuevo_) {
+    if (esNuevo()) {
         nuevo();
         return;
     }
-    const qint64 cod = registro_.clave().toLongLong();
+    const qint64 cod = *id_;
     bloqueo_.liberar();
     if (!abrir(cod)) nuevo();
 }

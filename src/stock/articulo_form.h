@@ -6,12 +6,11 @@
 //
 // An existing article is locked for modification at its first change, and for deletion when
 // it is deleted; the lock is released on save, cancel, another article, and when the form
-// goes away. A new article needs no lock until it exists.
-#include "app/bloqueo_edicion.h"
+// goes away. A new article takes an "Alta" lock while it is saved.
 #include "app/ficha_form.h"
+#include "app/formulario_registro.h"
 #include "stock/articulo_store.h"
 
-#include <QHash>
 #include <optional>
 
 inline const QString kTituloArticulos = QStringLiteral("Mantenimiento de Artículos");
@@ -20,22 +19,21 @@ inline const QString kPreguntaEliminarArticulo = QStringLiteral("¿Desea realmen
 inline const QString kPreguntaDescripcionArticulo = QStringLiteral(
     " Ha cambiado la descripción del Artículo. ¿Confirma que desea guardar esta modificación?");
 
-class ArticuloForm {
+class ArticuloForm : public FormularioRegistro {
 public:
     explicit ArticuloForm(Entorno& entorno);
 
     // An empty new article (releases the lock held).
     void nuevo();
-    // Reads an article; false, with the reason shown, when it cannot be read.
+    // Reads an article; false, with the reason shown, when it cannot be read or when another
+    // window here has it open (that one comes forward).
     bool abrir(qint64 codigo);
 
-    bool esNuevo() const { return nuevo_; }
-    std::optional<qint64> codigo() const;
+    std::optional<qint64> codigo() const { return id(); }
     // "Mantenimiento de Artículos - " + code + " : " + description; " (Nuevo Artículo)"
     // stands for the code of a new one.
     QString titulo() const;
 
-    QString texto(const QString& columna) const { return textos_.value(columna); }
     // Changes a field. False (the field keeps its text) when the field is not editable now
     // (the code; a field a service does not have), when the lock of the article is refused,
     // or when the supplier chosen cannot be read. Choosing the type "SERVICIO" empties the
@@ -71,21 +69,16 @@ public:
     // Drops the changes: reads the article again (or empties a new one) and releases the lock.
     void cancelar();
 
-    // The field that should take the focus after a refusal.
-    const QString& foco() const { return foco_; }
     bool bloqueado() const { return bloqueo_.tomado(); }
 
 private:
-    void cargarTextos(const Registro& r);
-    bool rechazar(const QString& texto, const QString& columna);
-    bool tomarBloqueo(AccionBloqueo accion);
+    QStringList columnasEditables() const override;
+    QString descripcionBloqueo() const override;
+    QString preguntaAbandonar() const override;
+    void alCambiar(const QString& columna) override;
+    bool rechazar(const QString& texto, const QString& columna) {
+        return fallo(Icono::Exclamacion, kTituloObligatorios, texto, columna);
+    }
     QString clasificacionCambiada(const Registro& antes, const Registro& despues) const;
     void avisoProveedor(qint64 codigo);
-
-    Entorno& e_;
-    Registro registro_;
-    bool nuevo_ = true;
-    QHash<QString, QString> textos_;
-    QString foco_;
-    BloqueoEdicion bloqueo_;
 };

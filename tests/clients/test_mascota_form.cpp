@@ -87,7 +87,7 @@ private slots:
             QCOMPARE(m.texto, u"La longitud del campo 'Chip' debe ser 10 ó 15 caracteres, revise la "
                               "información introducida"_s);
         }
-        QCOMPARE(f.foco(), u"Chip"_s);
+        QCOMPARE(f.foco, u"Chip"_s);
         QCOMPARE(f.texto(u"Chip"_s), chip); // the typed text stays
     }
 
@@ -110,13 +110,13 @@ private slots:
         f.setTexto(u"IdPlanSalud"_s, QString::number(c->s.plan(u"Plan Cachorro"_s)));
         QVERIFY(!f.guardar());
         QCOMPARE(c->d.ultimoTexto(), u"Debe informar el nombre de la Mascota."_s);
-        QCOMPARE(f.foco(), u"Nombre"_s);
+        QCOMPARE(f.foco, u"Nombre"_s);
         f.setTexto(u"Nombre"_s, u"Rufo"_s);
         QVERIFY(!f.guardar());
         QCOMPARE(c->d.ultimo().titulo, u"Campos obligatorios no informados"_s);
         QCOMPARE(c->d.ultimoTexto(),
                  u"Debe informar la fecha de caducidad del Plan de Salud de la mascota."_s);
-        QCOMPARE(f.foco(), u"CaducidadPlan"_s);
+        QCOMPARE(f.foco, u"CaducidadPlan"_s);
         f.setTexto(u"CaducidadPlan"_s, u"31/02/2027"_s);
         QVERIFY(!f.guardar());
         QCOMPARE(c->d.ultimo().titulo, u"Información introducida errónea"_s);
@@ -299,6 +299,8 @@ private slots:
         auto c = caso();
         MascotaForm f(c->e);
         QVERIFY(f.abrir(c->luis));
+        bool alFrente = false;
+        f.traerAlFrente = [&] { alFrente = true; };
         const qint64 toby = nueva(f, u"Toby"_s);
         QVERIFY(!MascotaForm(c->e).abrirDesdeMenu()); // no search set: nothing opens
         c->e.buscadores.cliente = [&](const PeticionCliente&) -> std::optional<ClienteElegido> {
@@ -308,7 +310,14 @@ private slots:
             e.claveMascota = toby;
             return e;
         };
+        // One editor per pet here: f has Toby, so f comes forward and g opens nothing.
         MascotaForm g(c->e);
+        QVERIFY(!g.abrirDesdeMenu());
+        QVERIFY(alFrente && !g.hayCliente());
+        QVERIFY(g.abrir(c->luis));
+        QVERIFY(!g.seleccionar(0));
+        QVERIFY(g.esNueva());
+        QVERIFY(f.puedeCerrar());
         QVERIFY(g.abrirDesdeMenu());
         QCOMPARE(g.propietario().IdCliente, c->luis);
         QCOMPARE(g.idMascota(), toby);

@@ -349,6 +349,7 @@ private slots:
                                                    ? QStringLiteral("Facturado: A-5")
                                                    : QStringLiteral("Cobrado")));
             // Already so when opened: refused for what it is, without the collection screen.
+            QVERIFY(f.cerrar());
             AlbaranForm g(*c->e);
             QVERIFY(g.cargar(id));
             cobros.reset();
@@ -589,10 +590,17 @@ private slots:
         c->t.db().ejecutarCambio(QStringLiteral("UPDATE Mascotas SET IdCliente = ? WHERE IdMascota = ?"),
                                  {c->otroCliente, c->mascotaSinPlan});
         AlbaranForm g(*c->e);
+        bool alFrente = false;
+        f.traerAlFrente = [&] { alFrente = true; };
         QVERIFY(f.nuevo());
-        notaGuardada(*c, f);
+        const qint64 nota = notaGuardada(*c, f);
         c->t.db().ejecutarCambio(QStringLiteral("UPDATE Albaranes SET IdMascota = ?"), {c->mascotaSinPlan});
-        QVERIFY(g.cargar(*f.albaran().IdAlbaran));
+        // One editor per note here: the window that has it comes forward instead.
+        QVERIFY(!g.cargar(nota));
+        QVERIFY(alFrente);
+        QVERIFY(g.albaran().esNuevo());
+        QVERIFY(f.cerrar());
+        QVERIFY(g.cargar(nota));
         QCOMPARE(c->d.ultimo().titulo, QStringLiteral("ATENCION"));
         QCOMPARE(c->d.ultimoTexto(),
                  QStringLiteral("Este albarán puede pertenecer a un antiguo propietario de 'Misi'"));

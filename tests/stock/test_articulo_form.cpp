@@ -50,13 +50,19 @@ private slots:
         QCOMPARE(a.titulo(), u"Mantenimiento de Artículos -  (Nuevo Artículo) : "_s);
         QCOMPARE(a.texto(u"ArtFactorConversion"_s), u"1,00"_s);
         QCOMPARE(a.texto(u"ArtFechaAlta"_s), u"04/05/2026"_s);
+        bool alFrente = false;
+        a.traerAlFrente = [&] { alFrente = true; };
         rellenar(a, *s);
         a.setTexto(u"PVP1"_s, u"30,00"_s);
         QVERIFY(a.guardar());
         QVERIFY(!a.esNuevo());
         QCOMPARE(a.titulo(), u"Mantenimiento de Artículos - %1 : Pipeta antiparasitaria"_s.arg(*a.codigo()));
         QVERIFY(s->d.mensajes().isEmpty());
+        // One editor per article here: a second one brings the first forward and stays empty.
         ArticuloForm b(s->e);
+        QVERIFY(!b.abrir(*a.codigo()));
+        QVERIFY(alFrente && b.esNuevo());
+        a.cerrar();
         QVERIFY(b.abrir(*a.codigo()));
         QCOMPARE(b.texto(u"PVP1"_s), u"30,00"_s);
         QCOMPARE(b.texto(u"SubFamilia"_s), QString::number(s->sub));
@@ -154,7 +160,7 @@ private slots:
         QCOMPARE(s->d.mensajes().size(), 1);
         QCOMPARE(s->d.ultimo().titulo, u"Campos obligatorios no informados"_s);
         QCOMPARE(s->d.ultimoTexto(), mensaje);
-        QCOMPARE(a.foco(), vaciar.isEmpty() ? u"ArtFactorConversion"_s : vaciar);
+        QCOMPARE(a.foco, vaciar.isEmpty() ? u"ArtFactorConversion"_s : vaciar);
         QCOMPARE(RegistroStore(s->db()).contar(*descriptorTabla(u"Articulos"_s)), 0);
     }
 
@@ -167,7 +173,7 @@ private slots:
         QCOMPARE(s->d.ultimo().titulo, u"Información introducida errónea"_s);
         QCOMPARE(s->d.ultimoTexto(),
                  u"El campo 'P.V.P. 2' debe ser un número, con coma decimal (por ejemplo 1.234,56)."_s);
-        QCOMPARE(a.foco(), u"PVP2"_s);
+        QCOMPARE(a.foco, u"PVP2"_s);
         QCOMPARE(a.texto(u"PVP2"_s), u"12.5"_s);
         QVERIFY(a.esNuevo());
     }

@@ -2,6 +2,7 @@
 
 #include "core/formatos.h"
 #include "data/esquema.h"
+#include "gui/traer_al_frente.h"
 #include "gui/editor_lista_window.h"
 
 #include <QCheckBox>
@@ -63,6 +64,7 @@ const QStringList kEstado = {QStringLiteral("IdEstado"),
 
 MascotaWindow::MascotaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e_(entorno), form_(entorno) {
     setObjectName(QStringLiteral("frmMascotas"));
+    form_.traerAlFrente = [this] { traerAlFrente(this); };
     setWindowTitle(kTituloMascotas);
 
     leyenda_ = new QLabel;
@@ -326,7 +328,7 @@ void MascotaWindow::mostrarCampos() {
 }
 
 void MascotaWindow::ponerFoco() {
-    if (QWidget* w = entradas_.value(form_.foco())) {
+    if (QWidget* w = entradas_.value(form_.foco)) {
         w->setFocus();
         if (auto* l = qobject_cast<QLineEdit*>(w)) l->selectAll();
     }

@@ -1,5 +1,7 @@
 #include "sales/ui/albaran_window.h"
 
+#include "gui/traer_al_frente.h"
+
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -46,6 +48,7 @@ void elegirDato(QComboBox* c, const QVariant& dato) {
 
 AlbaranWindow::AlbaranWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e_(entorno), form_(entorno) {
     setObjectName(QStringLiteral("frmAlbaranes"));
+    form_.traerAlFrente = [this] { traerAlFrente(this); };
 
     // Commands.
     auto* barra = new QHBoxLayout;
@@ -234,9 +237,10 @@ AlbaranWindow::AlbaranWindow(Entorno& entorno, QWidget* padre) : QWidget(padre),
     refrescar();
 }
 
-void AlbaranWindow::abrir(const AperturaAlbaran& apertura) {
-    form_.abrir(apertura);
+bool AlbaranWindow::abrir(const AperturaAlbaran& apertura) {
+    const bool ok = form_.abrir(apertura);
     refrescar();
+    return ok;
 }
 
 void AlbaranWindow::refrescar() {

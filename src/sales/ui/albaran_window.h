@@ -24,8 +24,9 @@ public:
     AlbaranWindow(Entorno& entorno, QWidget* padre = nullptr);
 
     AlbaranForm& form() { return form_; }
-    // Opens as a caller asked (a visit, a client, an existing note).
-    void abrir(const AperturaAlbaran& apertura);
+    // Opens as a caller asked (a visit, a client, an existing note); false when the note
+    // cannot be shown here (the caller then drops this window).
+    bool abrir(const AperturaAlbaran& apertura);
 
 public slots:
     void refrescar();

@@ -1,6 +1,7 @@
 #include "stock/ui/articulo_window.h"
 
 #include "data/esquema.h"
+#include "gui/traer_al_frente.h"
 #include "gui/ficha_window.h"
 
 #include <QCheckBox>
@@ -31,6 +32,7 @@ QPushButton* boton(const QString& nombre, const QString& texto) {
 ArticuloWindow::ArticuloWindow(Entorno& entorno, QWidget* padre)
     : QWidget(padre), e_(entorno), form_(entorno) {
     setObjectName(QStringLiteral("frmArticulos"));
+    form_.traerAlFrente = [this] { traerAlFrente(this); };
     const DescriptorTabla& t = tablaArticulos();
     auto etiqueta = [&](const QString& c) { return t.columna(c)->Descripcion + QLatin1Char(':'); };
     auto grupo = [&](const QString& titulo, const QStringList& columnas) {
@@ -198,7 +200,7 @@ void ArticuloWindow::mostrar(bool listas) {
 }
 
 void ArticuloWindow::ponerFoco() {
-    if (QWidget* w = entradas_.value(form_.foco())) w->setFocus();
+    if (QWidget* w = entradas_.value(form_.foco)) w->setFocus();
 }
 
 bool ArticuloWindow::abrir(qint64 codigo) {
@@ -208,13 +210,14 @@ bool ArticuloWindow::abrir(qint64 codigo) {
 }
 
 void ArticuloWindow::nuevo() {
+    if (!form_.puedeAbandonar()) return;
     form_.nuevo();
     mostrar(true);
     entradas_.value(QStringLiteral("Articulo"))->setFocus();
 }
 
 void ArticuloWindow::buscar() {
-    if (!e_.buscadores.articulo) return;
+    if (!e_.buscadores.articulo || !form_.puedeAbandonar()) return;
     if (const auto codigo = e_.buscadores.articulo(QString())) abrir(*codigo);
 }
 
@@ -245,6 +248,10 @@ void ArticuloWindow::anadirParametro(const QString& columna) {
 }
 
 void ArticuloWindow::closeEvent(QCloseEvent* evento) {
-    form_.cancelar();
+    if (!form_.puedeAbandonar()) {
+        evento->ignore();
+        return;
+    }
+    form_.cerrar();
     QWidget::closeEvent(evento);
 }
