@@ -367,6 +367,29 @@ private slots:
         QCOMPARE(almacenBloqueos(s->e).contar(), 0);
     }
 
+    // Leaving an unsaved article asks first; a new article is not created while an
+    // administrator of another workstation holds the database.
+    void abandonarYAlta() {
+        auto s = sesion();
+        ArticuloForm a(s->e);
+        rellenar(a, *s);
+        s->d.no();
+        QVERIFY(!a.puedeAbandonar());
+        QCOMPARE(s->d.ultimo().titulo, u"ATENCIÓN"_s);
+        QCOMPARE(s->d.ultimoTexto(), u"Las modificaciones realizadas a este Artículo no han sido guardadas. "
+                                     "¿Desea perder los cambios efectuados?"_s);
+        ScriptedDialogs d2;
+        Entorno otro(s->db(), d2, s->reloj);
+        otro.sesion = u"CONSULTA-1"_s;
+        QVERIFY(almacenBloqueos(otro).bloquearBD());
+        QVERIFY(!a.guardar());
+        QVERIFY(a.esNuevo());
+        QCOMPARE(RegistroStore(s->db()).contar(*descriptorTabla(u"Articulos"_s)), 0);
+        almacenBloqueos(otro).desbloquearBD();
+        QVERIFY(a.guardar());
+        QCOMPARE(almacenBloqueos(s->e).contar(), 0);
+    }
+
     void listasYParametrosDesdeLaPantalla() {
         auto s = sesion();
         ArticuloForm a(s->e);
