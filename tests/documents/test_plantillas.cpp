@@ -5,7 +5,6 @@
 #include "core/console_dialogs.h"
 #include "data/ajustes.h"
 #include "datos_ejemplo.h"
-#include "documents/plantilla.h"
 #include "documents/plantillas_defecto.h"
 #include "documents/ticket.h"
 
@@ -16,8 +15,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 #include <cstdio>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 DatosDocumento datosSimples() {
