@@ -5,7 +5,6 @@
 #include "core/console_dialogs.h"
 #include "data/ajustes.h"
 #include "datos_ejemplo.h"
-#include "documents/plantilla.h"
 #include "documents/plantillas_defecto.h"
 #include "documents/ticket.h"
 
@@ -17,19 +16,13 @@
 #include <QtTest>
 #include <cstdio>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 DatosDocumento datosSimples() {
     DatosDocumento d;
-    d.campos = {{u"a"_s, u"x"_s},
-                {u"serie"_s, u"A"_s},
-                {u"vacio"_s, u"  "_s},
-                {u"raro"_s, u"<b>\"Tom\" & Jerry</b>"_s},
-                {u"direccion"_s, u"C/ Mayor, 1\n28001 Madrid"_s}};
+    d.campos =
+        camposDe(u"a=x|serie=A|vacio=  |raro=<b>\"Tom\" & Jerry</b>|direccion=C/ Mayor, 1\n28001 Madrid"_s);
     d.filas.insert(u"Lineas"_s,
-                   {{{u"concepto"_s, u"Vacuna"_s}, {u"dcto"_s, QString()}},
-                    {{u"concepto"_s, u"Pienso"_s}, {u"dcto"_s, u"10"_s}, {u"a"_s, u"propio"_s}}});
+                   {camposDe(u"concepto=Vacuna|dcto="_s), camposDe(u"concepto=Pienso|dcto=10|a=propio"_s)});
     d.filas.insert(u"Cobros"_s, {});
     return d;
 }
@@ -46,53 +39,17 @@ bool escribir(const QString& ruta, const QByteArray& bytes) {
 
 // Every name a template of the group may print, as the documents give them.
 QSet<QString> camposConocidos(const QString& grupo) {
-    QSet<QString> c = {u"NombreClinica"_s,
-                       u"NIFClinica"_s,
-                       u"DireccionClinica"_s,
-                       u"PoblacionClinica"_s,
-                       u"TelefonoClinica"_s,
-                       u"EMailClinica"_s,
-                       u"serie"_s,
-                       u"fecha"_s,
-                       u"hora"_s,
-                       u"NombreCliente"_s,
-                       u"DNICliente"_s,
-                       u"DireccionCliente"_s,
-                       u"PoblacionCliente"_s,
-                       u"BaseImponible"_s,
-                       u"TotalIVA"_s,
-                       u"retencion"_s,
-                       u"total"_s,
-                       u"Exento"_s,
-                       u"Lineas"_s,
-                       u"idArticulo"_s,
-                       u"concepto"_s,
-                       u"cantidad"_s,
-                       u"pvp"_s,
-                       u"dcto"_s,
-                       u"precio"_s,
-                       u"importe"_s,
-                       u"importeBI"_s,
-                       u"Desglose"_s,
-                       u"PorcentajeIVA"_s,
-                       u"BaseIVA"_s,
-                       u"CuotaIVA"_s};
-    if (grupo == QLatin1String("DocFormFra"))
-        c += {u"numero"_s, u"Bruto"_s};
-    else
-        c += {u"numAlbaran"_s,
-              u"mascota"_s,
-              u"Vendedor"_s,
-              u"numFra"_s,
-              u"serieFra"_s,
-              u"TotalBruto"_s,
-              u"PorcentajeRetencion"_s,
-              u"pendiente"_s,
-              u"Cobros"_s,
-              u"FechaCobro"_s,
-              u"FormaCobro"_s,
-              u"ImporteCobro"_s};
-    return c;
+    QString c =
+        u"NombreClinica NIFClinica DireccionClinica PoblacionClinica TelefonoClinica EMailClinica serie "
+        "fecha hora NombreCliente DNICliente DireccionCliente PoblacionCliente BaseImponible TotalIVA "
+        "retencion total Exento Lineas idArticulo concepto cantidad pvp dcto precio importe importeBI "
+        "Desglose PorcentajeIVA BaseIVA CuotaIVA "_s;
+    c += grupo == QLatin1String("DocFormFra") ? u"numero Bruto"_s
+                                              : u"numAlbaran mascota Vendedor numFra serieFra TotalBruto "
+                                                "PorcentajeRetencion pendiente Cobros FechaCobro FormaCobro "
+                                                "ImporteCobro"_s;
+    const QStringList nombres = c.split(u' ');
+    return {nombres.cbegin(), nombres.cend()};
 }
 } // namespace
 
@@ -103,43 +60,30 @@ private slots:
     void componer_data() {
         QTest::addColumn<QString>("plantilla");
         QTest::addColumn<QString>("esperado");
-        QTest::newRow("campo") << "<p>{{a}}</p>"
-                               << "<p>x</p>";
-        QTest::newRow("blancos dentro de las llaves") << "{{ a }}/{{serie}}"
-                                                      << "x/A";
-        QTest::newRow("escapado") << "{{raro}}"
-                                  << "&lt;b&gt;&quot;Tom&quot; &amp; Jerry&lt;/b&gt;";
-        QTest::newRow("salto de línea") << "{{direccion}}"
-                                        << "C/ Mayor, 1<br>28001 Madrid";
-        QTest::newRow("campo desconocido") << "[{{nada}}]"
-                                           << "[]";
-        QTest::newRow("filas de tabla")
-            << "<table>{{#Lineas}}<tr><td>{{concepto}}</td><td>{{serie}}</td></tr>{{/Lineas}}</table>"
-            << "<table><tr><td>Vacuna</td><td>A</td></tr><tr><td>Pienso</td><td>A</td></tr></table>";
-        QTest::newRow("la fila tapa al documento") << "{{#Lineas}}{{a}};{{/Lineas}}{{a}}"
-                                                   << "x;propio;x";
-        QTest::newRow("bloque sin filas") << "<{{#Cobros}}{{FormaCobro}}{{/Cobros}}>"
-                                          << "<>";
-        QTest::newRow("bloque inexistente") << "<{{#Otros}}z{{/Otros}}>"
-                                            << "<>";
-        QTest::newRow("condición cumplida") << "{{?a}}[{{a}}]{{/a}}"
-                                            << "[x]";
-        QTest::newRow("blanco es vacío") << "{{?vacio}}no{{/vacio}}{{^vacio}}sí{{/vacio}}"
-                                         << "sí";
-        QTest::newRow("condición de campo ausente") << "{{?nada}}no{{/nada}}{{^nada}}sí{{/nada}}"
-                                                    << "sí";
-        QTest::newRow("condición de bloque")
-            << "{{?Lineas}}L{{/Lineas}}{{?Cobros}}C{{/Cobros}}{{^Cobros}}-{{/Cobros}}"
-            << "L-";
-        QTest::newRow("condición dentro de filas")
-            << "{{#Lineas}}{{concepto}}{{?dcto}} -{{dcto}}%{{/dcto}};{{/Lineas}}"
-            << "Vacuna;Pienso -10%;";
-        QTest::newRow("llaves que no son campos") << "{{ a b }} {{}} {{#}} {{ x"
-                                                  << "{{ a b }} {{}} {{#}} {{ x";
-        QTest::newRow("cierre suelto se imprime") << "a{{/b}}c"
-                                                  << "a{{/b}}c";
-        QTest::newRow("bloque sin cerrar llega al final") << "{{?a}}x{{a}}"
-                                                          << "xx";
+        auto fila = [](const char* nombre, const char* plantilla, const char* esperado) {
+            QTest::newRow(nombre) << QString::fromUtf8(plantilla) << QString::fromUtf8(esperado);
+        };
+        fila("campo", "<p>{{a}}</p>", "<p>x</p>");
+        fila("blancos dentro de las llaves", "{{ a }}/{{serie}}", "x/A");
+        fila("escapado", "{{raro}}", "&lt;b&gt;&quot;Tom&quot; &amp; Jerry&lt;/b&gt;");
+        fila("salto de línea", "{{direccion}}", "C/ Mayor, 1<br>28001 Madrid");
+        fila("campo desconocido", "[{{nada}}]", "[]");
+        fila("filas de tabla",
+             "<table>{{#Lineas}}<tr><td>{{concepto}}</td><td>{{serie}}</td></tr>{{/Lineas}}</table>",
+             "<table><tr><td>Vacuna</td><td>A</td></tr><tr><td>Pienso</td><td>A</td></tr></table>");
+        fila("la fila tapa al documento", "{{#Lineas}}{{a}};{{/Lineas}}{{a}}", "x;propio;x");
+        fila("bloque sin filas", "<{{#Cobros}}{{FormaCobro}}{{/Cobros}}>", "<>");
+        fila("bloque inexistente", "<{{#Otros}}z{{/Otros}}>", "<>");
+        fila("condición cumplida", "{{?a}}[{{a}}]{{/a}}", "[x]");
+        fila("blanco es vacío", "{{?vacio}}no{{/vacio}}{{^vacio}}sí{{/vacio}}", "sí");
+        fila("condición de campo ausente", "{{?nada}}no{{/nada}}{{^nada}}sí{{/nada}}", "sí");
+        fila("condición de bloque", "{{?Lineas}}L{{/Lineas}}{{?Cobros}}C{{/Cobros}}{{^Cobros}}-{{/Cobros}}",
+             "L-");
+        fila("condición dentro de filas", "{{#Lineas}}{{concepto}}{{?dcto}} -{{dcto}}%{{/dcto}};{{/Lineas}}",
+             "Vacuna;Pienso -10%;");
+        fila("llaves que no son campos", "{{ a b }} {{}} {{#}} {{ x", "{{ a b }} {{}} {{#}} {{ x");
+        fila("cierre suelto se imprime", "a{{/b}}c", "a{{/b}}c");
+        fila("bloque sin cerrar llega al final", "{{?a}}x{{a}}", "xx");
     }
     void componer() {
         QFETCH(QString, plantilla);
@@ -281,9 +225,8 @@ private slots:
         d.campos.prepend({u"retencion"_s, u"-1.234,56"_s});
         d.campos.prepend({u"PorcentajeRetencion"_s, u"15,00"_s});
         d.campos.prepend({u"Exento"_s, u"Exento de I.V.A."_s});
-        d.filas[u"Lineas"_s][0] =
-            lineaEjemplo(u"9"_s, u"Estudio radiológico completo con sedación incluida"_s, u"1.000"_s,
-                         u"1.234.567,00"_s, u"12,50"_s, QString(), QString(), u"1.080.246,13"_s);
+        d.filas[u"Lineas"_s][0] = lineaEjemplo(
+            u"9|Estudio radiológico completo con sedación incluida|1.000|1.234.567,00|12,50|||1.080.246,13"_s);
         const QStringList lineas = textoTicket(d, 32).split(QLatin1Char('\n'));
         for (const QString& l : lineas)
             QVERIFY2(l.size() <= 32, qPrintable(l));
@@ -338,25 +281,20 @@ private slots:
         QFETCH(QByteArray, entrada);
         QFETCH(int, elegido);
         QFETCH(bool, repregunta);
-        QTemporaryDir dir;
-        const QString ficheroEntrada = dir.filePath(u"entrada"_s);
-        QVERIFY(escribir(ficheroEntrada, entrada));
-        FILE* in = std::fopen(qPrintable(ficheroEntrada), "r");
+        FILE* in = std::tmpfile();
         FILE* out = std::tmpfile();
         QVERIFY(in && out);
-        int r = -2;
-        {
-            ConsoleDialogs c(out, in);
-            r = c.elegir(u"Formato del documento"_s, u" Seleccione un Formato de Albarán"_s,
-                         {u"Albarán"_s, u"Albarán sin precios"_s});
-        }
+        std::fwrite(entrada.constData(), 1, size_t(entrada.size()), in);
+        std::rewind(in);
+        const int r =
+            ConsoleDialogs(out, in).elegir(u"Formato del documento"_s, u" Seleccione un Formato de Albarán"_s,
+                                           {u"Albarán"_s, u"Albarán sin precios"_s});
         std::rewind(out);
-        QByteArray salida(4096, '\0');
-        salida.resize(static_cast<qsizetype>(std::fread(salida.data(), 1, 4096, out)));
+        QFile salida;
+        QVERIFY(salida.open(out, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+        const QString texto = QString::fromUtf8(salida.readAll());
         std::fclose(in);
-        std::fclose(out);
         QCOMPARE(r, elegido);
-        const QString texto = QString::fromUtf8(salida);
         QVERIFY2(texto.startsWith(u"[ELEGIR] Formato del documento\n Seleccione un Formato de Albarán\n"
                                   "  1) Albarán\n  2) Albarán sin precios\n"_s),
                  qPrintable(texto));

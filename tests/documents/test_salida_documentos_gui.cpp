@@ -18,10 +18,9 @@ class TestSalidaDocumentosGui : public QObject {
 private slots:
     void vistaPreviaConGuardarPdf() {
         Sesion s;
-        Entorno& e = s.e;
         QWidget ventana;
-        auto* salida = new SalidaDocumentosQt(e, &ventana);
-        e.salidaDocumentos = salida;
+        auto* salida = new SalidaDocumentosQt(s.e, &ventana);
+        s.e.salidaDocumentos = salida;
 
         QTextDocument documento;
         documento.setHtml(u"<h1>Albarán</h1><p>Ana Belén Núñez Castaño</p>"_s);
@@ -44,7 +43,7 @@ private slots:
         QCOMPARE(paginas->pageCount(), 1);
 
         delete salida;
-        QCOMPARE(e.salidaDocumentos, nullptr);
+        QCOMPARE(s.e.salidaDocumentos, nullptr);
         QVERIFY(s.d.mensajes().isEmpty());
     }
 };
