@@ -1,10 +1,16 @@
 // The special-condition list shared by the client's commercial file and the health plans:
 // the checks in their order with their exact texts, the article picked through the article
 // search, duplicates, and storing the rows of each owner apart.
-#include "app/ficha_form.h"
 #include "clients/condiciones_form.h"
-#include "data/esquema.h"
 #include "sesion.h"
+
+namespace {
+struct Rechazo {
+    bool modificando, conArticulo, conSeccion;
+    QString precio, tarifa, dto, titulo, mensaje;
+};
+} // namespace
+Q_DECLARE_METATYPE(Rechazo)
 
 class TestCondiciones : public QObject {
     Q_OBJECT
@@ -34,65 +40,43 @@ class TestCondiciones : public QObject {
     }
 
 private slots:
-    void columnas() {
-        QCOMPARE(CondicionesForm::columnas(),
-                 QStringList({u"Articulo"_s, u"Sección"_s, u"Familia"_s, u"SubFamilia"_s, u"Precio"_s,
-                              u"Tarifa"_s, u"Dto."_s}));
-    }
-
+    // A refused entry, in the order of the checks (price and tariff before article and section).
     void comprobaciones_data() {
-        QTest::addColumn<bool>("modificando");
-        QTest::addColumn<bool>("conArticulo");
-        QTest::addColumn<bool>("conSeccion");
-        QTest::addColumn<QString>("precio");
-        QTest::addColumn<QString>("tarifa");
-        QTest::addColumn<QString>("dto");
-        QTest::addColumn<QString>("titulo");
-        QTest::addColumn<QString>("mensaje");
-        auto fila = [](const char* nombre, bool a0, bool a1, bool a2, QString a3, QString a4, QString a5,
-                       QString a6,
-                       QString a7) { QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4 << a5 << a6 << a7; };
+        QTest::addColumn<Rechazo>("k");
+        auto fila = [](const char* nombre, const Rechazo& k) { QTest::newRow(nombre) << k; };
         const QString mal = u"Campos mal informados"_s;
         const QString erronea = u"Información introducida errónea"_s;
         const QString sinPrecio = u"Debe asignar un precio especial o una nueva tarifa."_s;
         const QString ambos = u"No puede asignar a la vez un precio especial y una nueva tarifa."_s;
-        const QString sinDestino = u"Debe indicar un artículo concreto o la Sección que desea incluir"_s;
-        const QString sinSeccion = u"Debe indicar la nueva Sección que desea incluir"_s;
-        // The price/tariff checks come before the article/section check.
-        fila("nada", false, false, false, "", "", "", mal, sinPrecio);
-        fila("precio y tarifa sin destino", false, false, false, "10,00", "TARIFA 2", "", mal, ambos);
-        fila("precio y tarifa con artículo", false, true, false, "10,00", "TARIFA 2", "", mal, ambos);
-        fila("sin destino", false, false, false, "10,00", "", "", mal, sinDestino);
-        fila("modificar sin destino", true, false, false, "", "TARIFA 3", "", mal, sinSeccion);
-        fila("modificar sin precio", true, false, true, "", "", "", mal, sinPrecio);
-        fila("precio no numérico", false, false, true, "diez", "", "", erronea,
-             u"El precio especial debe ser un importe positivo, con coma decimal (por ejemplo "
-             "1.234,56)."_s);
-        fila("descuento excesivo", false, true, false, "", "TARIFA 1", "120", erronea,
-             u"El descuento debe ser un porcentaje entre 0 y 100."_s);
+        const QString precioMal =
+            u"El precio especial debe ser un importe positivo, con coma decimal (por ejemplo 1.234,56)."_s;
+        fila("nada", {false, false, false, "", "", "", mal, sinPrecio});
+        fila("precio y tarifa sin destino", {false, false, false, "10,00", "TARIFA 2", "", mal, ambos});
+        fila("precio y tarifa con artículo", {false, true, false, "10,00", "TARIFA 2", "", mal, ambos});
+        fila("sin destino", {false, false, false, "10,00", "", "", mal,
+                             u"Debe indicar un artículo concreto o la Sección que desea incluir"_s});
+        fila("modificar sin destino", {true, false, false, "", "TARIFA 3", "", mal,
+                                       u"Debe indicar la nueva Sección que desea incluir"_s});
+        fila("modificar sin precio", {true, false, true, "", "", "", mal, sinPrecio});
+        fila("precio no numérico", {false, false, true, "diez", "", "", erronea, precioMal});
+        fila("descuento excesivo", {false, true, false, "", "TARIFA 1", "120", erronea,
+                                    u"El descuento debe ser un porcentaje entre 0 y 100."_s});
     }
 
     void comprobaciones() {
-        QFETCH(bool, modificando);
-        QFETCH(bool, conArticulo);
-        QFETCH(bool, conSeccion);
-        QFETCH(QString, precio);
-        QFETCH(QString, tarifa);
-        QFETCH(QString, dto);
-        QFETCH(QString, titulo);
-        QFETCH(QString, mensaje);
+        QFETCH(Rechazo, k);
         auto c = caso();
         CondicionesForm f(c->e, DuenoCondiciones::Cliente);
         QVERIFY(f.insertar(entrada(c->pienso, std::nullopt, u"5,00"_s, QString())));
         const auto antes = f.celdas(0);
-        const auto e =
-            entrada(conArticulo ? std::optional<qint64>(c->vacuna) : std::nullopt,
-                    conSeccion ? std::optional<qint64>(c->seccion) : std::nullopt, precio, tarifa, dto);
+        const auto e = entrada(k.conArticulo ? std::optional<qint64>(c->vacuna) : std::nullopt,
+                               k.conSeccion ? std::optional<qint64>(c->seccion) : std::nullopt, k.precio,
+                               k.tarifa, k.dto);
         c->d.limpiar();
-        QVERIFY(!(modificando ? f.modificar(0, e) : f.insertar(e)));
+        QVERIFY(!(k.modificando ? f.modificar(0, e) : f.insertar(e)));
         QCOMPARE(c->d.mensajes().size(), 1);
-        QCOMPARE(c->d.ultimo().titulo, titulo);
-        QCOMPARE(c->d.ultimoTexto(), mensaje);
+        QCOMPARE(c->d.ultimo().titulo, k.titulo);
+        QCOMPARE(c->d.ultimoTexto(), k.mensaje);
         // Nothing changed in the list.
         QCOMPARE(f.filas().size(), 1);
         QCOMPARE(f.celdas(0), antes);
@@ -184,6 +168,9 @@ private slots:
 
         CondicionesForm leido(c->e, DuenoCondiciones::Cliente);
         leido.cargar(7);
+        QCOMPARE(CondicionesForm::columnas(),
+                 QStringList({u"Articulo"_s, u"Sección"_s, u"Familia"_s, u"SubFamilia"_s, u"Precio"_s,
+                              u"Tarifa"_s, u"Dto."_s}));
         QCOMPARE(leido.filas().size(), 2);
         QCOMPARE(leido.celdas(0), cliente.celdas(0));
         QCOMPARE(leido.celdas(1), QStringList({QString(), u"Alimentación"_s, QString(), QString(), QString(),
@@ -196,10 +183,9 @@ private slots:
         // Saving again replaces the owner's rows and leaves the other owner's alone.
         QVERIFY(leido.eliminar(0));
         leido.guardar(7);
-        CondicionesForm otra(c->e, DuenoCondiciones::Cliente);
-        otra.cargar(7);
-        QCOMPARE(otra.filas().size(), 1);
-        QCOMPARE(otra.filas().first().IdSeccion, std::optional<qint64>(c->seccion));
+        leido.cargar(7);
+        QCOMPARE(leido.filas().size(), 1);
+        QCOMPARE(leido.filas().first().IdSeccion, std::optional<qint64>(c->seccion));
         leidoPlan.cargar(7);
         QCOMPARE(leidoPlan.filas().size(), 1);
     }

@@ -103,7 +103,7 @@ private slots:
         QVERIFY(c->d.mensajes().isEmpty());
     }
 
-    void columnasYTextos() {
+    void textosYSinResultados() {
         auto c = caso();
         ListadoMascotasForm f(c->e);
         QCOMPARE(ListadoMascotasForm::cabeceras(),
@@ -114,6 +114,19 @@ private slots:
         QCOMPARE(ListadoMascotasForm::textos(f.filas().first()),
                  (QStringList{u"Rufo"_s, u"Ana Núñez"_s, u"02/04/2019"_s, u"Perro"_s, u"Beagle"_s, u"Macho"_s,
                               QString(), u"01/10/2026"_s, u"Compañía"_s, u"Plan Senior"_s, u"31/01/2027"_s}));
+
+        // Nothing matches: the message, an empty list, and no pet to open.
+        f.filtro.IdRaza.reset();
+        f.filtro.IdEspecie = c->gato;
+        f.filtro.Sexo = u"M"_s;
+        QVERIFY(!f.buscar());
+        QCOMPARE(c->d.ultimo().titulo, u"Resultado de la búsqueda"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"No existen Mascotas que cumplen los filtros especificados"_s);
+        QVERIFY(f.filas().isEmpty());
+        QCOMPARE(f.encabezado(), u" Mascotas que cumplen las condiciones (0) "_s);
+        QVERIFY(!f.mascotaActual(0));
+        QCOMPARE(c->d.ultimo().titulo, u"Aviso"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"Debe seleccionar previamente una Mascota"_s);
     }
 
     // The client only through the search; a typed name is refused; typing over a pick drops it.
@@ -144,21 +157,6 @@ private slots:
         f.setTextoCliente(QString());
         QVERIFY(f.buscar());
         QCOMPARE(f.filas().size(), 3);
-    }
-
-    void sinResultados() {
-        auto c = caso();
-        ListadoMascotasForm f(c->e);
-        f.filtro.IdEspecie = c->gato;
-        f.filtro.Sexo = u"M"_s;
-        QVERIFY(!f.buscar());
-        QCOMPARE(c->d.ultimo().titulo, u"Resultado de la búsqueda"_s);
-        QCOMPARE(c->d.ultimoTexto(), u"No existen Mascotas que cumplen los filtros especificados"_s);
-        QVERIFY(f.filas().isEmpty());
-        QCOMPARE(f.encabezado(), u" Mascotas que cumplen las condiciones (0) "_s);
-        QVERIFY(!f.mascotaActual(0));
-        QCOMPARE(c->d.ultimo().titulo, u"Aviso"_s);
-        QCOMPARE(c->d.ultimoTexto(), u"Debe seleccionar previamente una Mascota"_s);
     }
 
     // Letters: none selected is refused; owners who do not consent go through the notice,

@@ -5,7 +5,6 @@
 #include "clinical/plan_salud_busqueda_form.h"
 #include "clinical/plan_salud_form.h"
 #include "core/dinero.h"
-#include "data/esquema.h"
 #include "sesion.h"
 
 class TestPlanSalud : public QObject {
@@ -40,31 +39,28 @@ class TestPlanSalud : public QObject {
 
 private slots:
     void ordenDeComprobaciones_data() {
-        QTest::addColumn<QString>("alta");
-        QTest::addColumn<QString>("baja");
-        QTest::addColumn<QString>("nombre");
+        QTest::addColumn<QStringList>("fechasYNombre"); // FechaAlta, FechaBaja, Nombre
         QTest::addColumn<bool>("conCondicion");
         QTest::addColumn<QString>("titulo");
         QTest::addColumn<QString>("mensaje");
-        auto fila = [](const char* nombre, QString a0, QString a1, QString a2, bool a3, QString a4,
-                       QString a5) { QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4 << a5; };
+        auto fila = [](const char* nombre, QStringList a0, bool a1, QString a2, QString a3) {
+            QTest::newRow(nombre) << a0 << a1 << a2 << a3;
+        };
         const QString fecha = u"Error en fecha"_s;
         const QString obl = u"Campos obligatorios no informados"_s;
-        fila("alta inválida", "30/02/2026", "x", "", false, fecha,
+        fila("alta inválida", {"30/02/2026", "x", ""}, false, fecha,
              u"La fecha de Alta introducida no es válida."_s);
-        fila("baja inválida", "04/05/2026", "4/5/26", "", false, fecha,
+        fila("baja inválida", {"04/05/2026", "4/5/26", ""}, false, fecha,
              u"La fecha de Baja introducida no es válida."_s);
-        fila("sin nombre", "04/05/2026", "", "  ", false, obl,
+        fila("sin nombre", {"04/05/2026", "", "  "}, false, obl,
              u"Debe informar el nombre del Plan de Salud"_s);
-        fila("sin condiciones", "04/05/2026", "", "Plan Cachorro", false, obl,
+        fila("sin condiciones", {"04/05/2026", "", "Plan Cachorro"}, false, obl,
              u"Debe informar al menos una condición en el listado"_s);
-        fila("correcto", "04/05/2026", "", "Plan Cachorro", true, QString(), QString());
+        fila("correcto", {"04/05/2026", "", "Plan Cachorro"}, true, QString(), QString());
     }
 
     void ordenDeComprobaciones() {
-        QFETCH(QString, alta);
-        QFETCH(QString, baja);
-        QFETCH(QString, nombre);
+        QFETCH(QStringList, fechasYNombre);
         QFETCH(bool, conCondicion);
         QFETCH(QString, titulo);
         QFETCH(QString, mensaje);
@@ -72,13 +68,13 @@ private slots:
         PlanSaludForm f(c->e);
         QCOMPARE(f.titulo(), u"Mantenimiento de Planes de Salud - (Nuevo Plan de Salud)"_s);
         QCOMPARE(f.texto(u"FechaAlta"_s), u"04/05/2026"_s);
-        f.setTexto(u"FechaAlta"_s, alta);
-        f.setTexto(u"FechaBaja"_s, baja);
-        f.setTexto(u"Nombre"_s, nombre);
+        const QStringList columnas = {u"FechaAlta"_s, u"FechaBaja"_s, u"Nombre"_s};
+        for (int i = 0; i < columnas.size(); ++i)
+            f.setTexto(columnas.at(i), fechasYNombre.at(i));
         if (conCondicion) QVERIFY(condicion(f, c->seccion, u"12"_s));
         const bool ok = f.guardar();
         QCOMPARE(ok, mensaje.isEmpty());
-        const qint64 guardados = RegistroStore(c->db()).contar(*descriptorTabla(u"PlanesSalud"_s));
+        const qint64 guardados = c->s.contar(u"PlanesSalud"_s);
         if (ok) {
             QVERIFY(c->d.mensajes().isEmpty());
             QCOMPARE(guardados, 1);
@@ -97,7 +93,8 @@ private slots:
         QVERIFY(f.esNuevo());
     }
 
-    void cambioDeNombreYLectura() {
+    // The name-change question, the read error, and deleting (refused while pets are enrolled).
+    void cambioDeNombreLecturaYEliminar() {
         auto c = caso();
         const qint64 id = crearPlan(*c, u"Plan Senior"_s);
         QVERIFY(id > 0);
@@ -124,19 +121,13 @@ private slots:
         QCOMPARE(c->d.ultimoTexto(), u"Ha sido imposible recuperar la información solicitada. Puede "
                                      "que este PlanSalud haya sido eliminado."_s);
         QCOMPARE(f.texto(u"Nombre"_s), u"Plan Senior Plus"_s);
-    }
 
-    void eliminar() {
-        auto c = caso();
-        const qint64 id = crearPlan(*c, u"Plan Felino"_s);
         const qint64 mascota = c->s.mascota(u"Misi"_s, c->s.cliente(u"Ana Núñez"_s),
                                             c->s.especie(u"Felina"_s), {{u"IdPlanSalud"_s, id}});
-        PlanSaludForm f(c->e);
-        QVERIFY(f.cargar(id));
         QVERIFY(!f.eliminar());
         QCOMPARE(c->d.ultimoTexto(),
                  u"No se puede eliminar este Plan de Salud porque tiene Mascotas inscritas."_s);
-        RegistroStore(c->db()).ejecutar(u"DELETE FROM Mascotas WHERE IdMascota = ?"_s, {mascota});
+        c->db().ejecutarCambio(u"DELETE FROM Mascotas WHERE IdMascota = ?"_s, {mascota});
         c->d.no();
         QVERIFY(!f.eliminar());
         QCOMPARE(c->d.ultimoTexto(), u"¿Desea realmente eliminar este Plan de Salud?"_s);
@@ -144,8 +135,8 @@ private slots:
         c->d.si();
         QVERIFY(f.eliminar());
         QVERIFY(f.esNuevo());
-        QCOMPARE(RegistroStore(c->db()).contar(*descriptorTabla(u"PlanesSalud"_s)), 0);
-        QCOMPARE(RegistroStore(c->db()).contar(*descriptorTabla(u"CondicionesEspeciales"_s)), 0);
+        QCOMPARE(c->s.contar(u"PlanesSalud"_s), 0);
+        QCOMPARE(c->s.contar(u"CondicionesEspeciales"_s), 0);
     }
 
     // An administrator removes the plan's lock in the lock manager while the form holds it.
