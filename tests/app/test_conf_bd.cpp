@@ -103,7 +103,6 @@ private slots:
         const QString puerto = u"El puerto UDP del chat debe ser un número entero entre 1 y 65535."_s;
         fila("puerto cero", claves::PUERTO_UDP_CHAT, "0", mal, puerto);
         fila("puerto alto", claves::PUERTO_UDP_CHAT, "65536", mal, puerto);
-        fila("puerto letras", claves::PUERTO_UDP_CHAT, "chat", mal, puerto);
         fila("espera", claves::ESPERA_ENTRE_SMS, "2,5", mal,
              "La espera entre SMS debe ser un número entero de segundos igual o mayor que 0.");
         fila("correo", claves::EMAIL_TIPO_CONF, "SMTP", mal,

@@ -134,18 +134,6 @@ private slots:
         QCOMPARE(g.IdArticulo, std::optional<qint64>(articulo));
     }
 
-    // Without a printer, or with one on a serial port, no printer name is asked for.
-    void sinImpresoraNoPideNombre() {
-        Caso c;
-        auto f = valido(c);
-        for (const QString& tipo : {ConfPuestoForm::kSinImpresora, ConfPuestoForm::kImpresoraSerie}) {
-            f->impresora.TIPO = tipo;
-            f->impresora.IMPRESORA.clear();
-            QVERIFY2(f->guardar(), qPrintable(c.d.ultimoTexto()));
-        }
-        QVERIFY(c.d.mensajes().isEmpty());
-    }
-
     void elIniConservaTodoLoDemas() {
         Caso c;
         auto f = valido(c);
@@ -158,7 +146,7 @@ private slots:
         f->impresora.BITSPARADA = u"1.5"_s;
         f->impresora.NUMPASADAS = u"2"_s;
         f->impresora.CORTEPAPEL = u"SI"_s;
-        QVERIFY(f->guardar());
+        QVERIFY(f->guardar()); // a printer on a serial port needs no printer name
         // Each value in its own line, keys not there before at the end of the section.
         QByteArray esperado = kIniOriginal;
         for (const auto& [antes, despues] :
@@ -324,7 +312,7 @@ private slots:
 
     void cadaPuestoGuardaLosSuyos() {
         Caso c;
-        auto caja = valido(c);
+        auto caja = valido(c); // without a receipt printer, and so without its name
         caja->fechaInicial = u"1/3/2026"_s;
         caja->autoGuardado = 10;
         caja->horaCopia = u"13:30"_s;
