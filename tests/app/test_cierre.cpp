@@ -54,41 +54,41 @@ class TestCierre : public QObject {
     }
 
 private slots:
-    void quedarseEnElPrograma() {
-        auto c = caso(u"7"_s, u"01/01/2026"_s);
-        c->d.no();
-        QVERIFY(!CierreForm(*c->e).cerrar());
-        QCOMPARE(c->d.textos(), QStringList{kPreguntaSalir});
-        QCOMPARE(puestos(*c), QStringList{u"RECEPCION"_s});
+    // The cases where nothing is compacted: the answers given, the questions asked, and
+    // whether the workstation left; the date of the last compaction stays.
+    void sinCompactar_data() {
+        QTest::addColumn<QString>("dias");
+        QTest::addColumn<QString>("fecha");
+        QTest::addColumn<QList<bool>>("respuestas"); // empty: closing without confirmation
+        QTest::addColumn<QStringList>("preguntas");
+        QTest::addColumn<bool>("sale");
+        const QString compactar = u"¡¡¡ ATENCIÓN !!! Fecha de la última compactación: 13/11/2026\n"
+                                  "¿Desea compactar la Base de Datos antes de abandonar la aplicación?"_s;
+        auto fila = [](const char* nombre, QString a0, QString a1, QList<bool> a2, QStringList a3, bool a4) {
+            QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4;
+        };
+        fila("quedarse", u"7"_s, u"01/01/2026"_s, {false}, {kPreguntaSalir}, false);
+        fila("sin compactación automática", u"0"_s, u"01/01/2020"_s, {true}, {kPreguntaSalir}, true);
+        fila("compactación rechazada", u"7"_s, u"13/11/2026"_s, {true, false}, {kPreguntaSalir, compactar},
+             true);
+        fila("plazo no cumplido: seis días de siete", u"7"_s, u"17/11/2026"_s, {true}, {kPreguntaSalir},
+             true);
+        fila("sin confirmación", u"0"_s, QString(), {}, {}, true);
     }
-
-    void sinCompactacionAutomatica() {
-        auto c = caso(u"0"_s, u"01/01/2020"_s);
-        c->d.si();
-        QVERIFY(CierreForm(*c->e).cerrar());
-        QCOMPARE(c->d.textos(), QStringList{kPreguntaSalir});
-        QVERIFY(puestos(*c).isEmpty());
-    }
-
-    void compactacionRechazada() {
-        auto c = caso(u"7"_s, u"13/11/2026"_s);
-        c->d.si().no();
-        QVERIFY(CierreForm(*c->e).cerrar());
-        QCOMPARE(c->d.mensajes().size(), 2);
-        QCOMPARE(c->d.mensajes().at(1).texto,
-                 u"¡¡¡ ATENCIÓN !!! Fecha de la última compactación: 13/11/2026\n"
-                 "¿Desea compactar la Base de Datos antes de abandonar la aplicación?"_s);
+    void sinCompactar() {
+        QFETCH(QString, dias);
+        QFETCH(QString, fecha);
+        QFETCH(QList<bool>, respuestas);
+        QFETCH(QStringList, preguntas);
+        QFETCH(bool, sale);
+        auto c = caso(dias, fecha);
+        for (bool r : respuestas)
+            c->d.responder(r);
+        QCOMPARE(CierreForm(*c->e).cerrar(!respuestas.isEmpty()), sale);
+        QCOMPARE(c->d.textos(), preguntas);
         QVERIFY(c->d.progresos().isEmpty());
-        QCOMPARE(ajuste(*c, claves::FECHA_COMPACTACION), u"13/11/2026"_s);
-        QVERIFY(puestos(*c).isEmpty());
-    }
-
-    void plazoNoCumplido() {
-        // Six days after the last compaction with a seven-day setting: no question.
-        auto c = caso(u"7"_s, u"17/11/2026"_s);
-        c->d.si();
-        QVERIFY(CierreForm(*c->e).cerrar());
-        QCOMPARE(c->d.mensajes().size(), 1);
+        QCOMPARE(ajuste(*c, claves::FECHA_COMPACTACION), fecha);
+        QCOMPARE(puestos(*c), sale ? QStringList() : QStringList{u"RECEPCION"_s});
     }
 
     void compactacionAlSalir() {
@@ -123,13 +123,6 @@ private slots:
         QCOMPARE(ajuste(*c, claves::FECHA_COMPACTACION), QString());
     }
 
-    void cierreSinConfirmacion() {
-        auto c = caso(u"0"_s, QString());
-        QVERIFY(CierreForm(*c->e).cerrar(false));
-        QVERIFY(c->d.mensajes().isEmpty());
-        QVERIFY(puestos(*c).isEmpty());
-    }
-
     void alSalirSeSueltanLosBloqueosDeLaSesion() {
         auto c = caso(u"0"_s, QString());
         c->e->usuario = u"ana"_s;
@@ -161,8 +154,9 @@ private slots:
             c->d.limpiar();
             c->d.si();
             QVERIFY(!CompactacionForm(*c->e).compactar());
-            QVERIFY(c->d.textos().contains(u"No se puede sustituir la Base de Datos mientras otros puestos la "
-                                           "tengan abierta. Ciérrelos y vuelva a intentarlo."_s));
+            QVERIFY(
+                c->d.textos().contains(u"No se puede sustituir la Base de Datos mientras otros puestos la "
+                                       "tengan abierta. Ciérrelos y vuelva a intentarlo."_s));
             QCOMPARE(Ajustes(c->e->db()).leer(claves::FECHA_COMPACTACION), QString());
             c->t.db().cerrar();
         }

@@ -90,35 +90,25 @@ class TestEditores : public QObject {
     }
 
 private slots:
-    // Every menu entry names its own table of the catalogue, with a mandatory description,
-    // and a key; no two entries share a command or a table.
-    void catalogoDeParametros() {
+    // Every menu entry names its own parameter table (a mandatory description, a key; no two
+    // entries share a command or a table): a record added, listed, modified and deleted
+    // through the generic forms.
+    void cadaTablaDeParametros() {
+        auto s = sesion();
         // The 29 parameter commands, and the articles' families, subfamilies and types.
         QCOMPARE(entradasMenuParametros().size(), 32);
         QSet<QString> acciones, tablas;
-        for (const auto& e : entradasMenuParametros()) {
-            acciones.insert(e.accion);
-            tablas.insert(e.tabla);
-            const DescriptorTabla* t = descriptorTabla(e.tabla);
-            QVERIFY2(t, qPrintable(e.tabla));
-            QVERIFY(t->parametro);
-            QVERIFY2(!t->clave.isEmpty() && t->tieneColumna(t->clave.first()), qPrintable(e.tabla));
-            const DescriptorColumna* d = t->columna(u"Descripcion"_s);
-            QVERIFY2(d && !d->Opcional && d->longitud > 0, qPrintable(e.tabla));
-            QCOMPARE(t->columnaTexto, u"Descripcion"_s);
-            if (t->esArbol()) QCOMPARE(t->columna(t->columnaPadre)->tipo, TipoColumna::Entero);
-        }
-        QCOMPARE(acciones.size(), entradasMenuParametros().size());
-        QCOMPARE(tablas.size(), entradasMenuParametros().size());
-    }
-
-    // Every parameter table: created with the schema, a record added, listed, modified and
-    // deleted through the generic forms.
-    void cadaTablaDeParametros() {
-        auto s = sesion();
         int n = 0;
         for (const auto& entrada : entradasMenuParametros()) {
+            acciones.insert(entrada.accion);
+            tablas.insert(entrada.tabla);
             const DescriptorTabla& t = tabla(entrada.tabla);
+            QVERIFY(t.parametro);
+            QVERIFY2(!t.clave.isEmpty() && t.tieneColumna(t.clave.first()), qPrintable(entrada.tabla));
+            const DescriptorColumna* d = t.columna(u"Descripcion"_s);
+            QVERIFY2(d && !d->Opcional && d->longitud > 0, qPrintable(entrada.tabla));
+            QCOMPARE(t.columnaTexto, u"Descripcion"_s);
+            if (t.esArbol()) QCOMPARE(t.columna(t.columnaPadre)->tipo, TipoColumna::Entero);
             ++n;
             std::optional<FichaForm> ficha;
             EditorListaForm lista(s->e, t);
@@ -187,12 +177,13 @@ private slots:
                      qPrintable(entrada.tabla + u": "_s + s->d.textos().join(u" | "_s)));
             s->d.limpiar();
         }
+        QCOMPARE(acciones.size(), n);
+        QCOMPARE(tablas.size(), n);
     }
 
     void listaAnadirModificarEliminar() {
         auto s = sesion();
-        const DescriptorTabla& t = tabla(u"FormasPago"_s);
-        EditorListaForm f(s->e, t);
+        EditorListaForm f(s->e, tabla(u"FormasPago"_s));
         QCOMPARE(f.titulo(), u"Lista de Forma de Pago"_s);
         QCOMPARE(f.cabeceras(), (QStringList{u"Código"_s, u"Descripción"_s, u"Declarable"_s, u"Activo"_s}));
 
@@ -205,17 +196,14 @@ private slots:
         f.guardado(nueva.registro());
         QVERIFY(crear(s->e, u"FormasPago"_s, {{u"Descripcion"_s, u"EFECTIVO"_s}}).isValid());
         QVERIFY(f.refrescar());
-        QCOMPARE(f.filas(), 2);
         // Ordered by description; the selection stays on the record saved last.
         QCOMPARE(f.textoCelda(0, 1), u"EFECTIVO"_s);
         QCOMPARE(f.textoCelda(1, 1), u"TARJETA"_s);
         QCOMPARE(f.seleccionado, 1);
         QCOMPARE(f.textoCelda(1, 2), u"No"_s);
-        QCOMPARE(f.textoCelda(0, 2), u"Sí"_s);
-        QCOMPARE(s->t.db()
-                     .valor(u"SELECT Declarable FROM FormasPago WHERE Descripcion = ?"_s, {u"TARJETA"_s})
-                     .toString(),
-                 u"0"_s);
+        QCOMPARE(
+            s->valor(u"SELECT Declarable FROM FormasPago WHERE Descripcion = ?"_s, {u"TARJETA"_s}).toString(),
+            u"0"_s);
 
         // Modify: the key is shown read-only, the list value by its text.
         auto mod = f.fichaSeleccionada();
@@ -234,7 +222,6 @@ private slots:
         QCOMPARE(f.textoCelda(1, f.cabeceras().size()), QString());
 
         // A record whose form is still open here is not deleted: no question, nothing lost.
-        QCOMPARE(f.seleccionado, 1);
         s->d.limpiar();
         QVERIFY(!f.eliminar());
         QCOMPARE(s->d.textos(), QStringList{u"No es posible eliminar este/a Forma de Pago porque lo/a tiene "
@@ -254,7 +241,6 @@ private slots:
         QCOMPARE(filas(s->t.db(), u"FormasPago"_s), 2);
         s->d.si();
         QVERIFY(f.eliminar());
-        QCOMPARE(f.filas(), 1);
         QCOMPARE(f.textoCelda(0, 1), u"TARJETA"_s);
         QCOMPARE(filas(s->t.db(), u"FormasPago"_s), 1);
         QCOMPARE(s->d.sinRespuesta(), 0);
@@ -285,13 +271,9 @@ private slots:
     // here until that workstation lets it go; saving or cancelling releases the lock.
     void bloqueoDeOtroPuesto() {
         auto s = sesion();
-        s->e.puesto = u"CONSULTA1"_s;
         QVERIFY(crear(s->e, u"FormasPago"_s, {{u"Descripcion"_s, u"EFECTIVO"_s}}).isValid());
-        auto conexion = s->t.otraConexion();
-        ScriptedDialogs d2;
-        Entorno otro(*conexion, d2, s->reloj);
-        otro.puesto = u"RECEPCION"_s;
-        EditorListaForm remoto(otro, tabla(u"FormasPago"_s));
+        OtroPuesto otro(*s, u"RECEPCION"_s);
+        EditorListaForm remoto(otro.e, tabla(u"FormasPago"_s));
         QVERIFY(remoto.refrescar());
         remoto.seleccionado = 0;
         auto fichaRemota = remoto.fichaSeleccionada();
@@ -319,7 +301,7 @@ private slots:
         QVERIFY(!remoto.fichaSeleccionada());
         fichaLocal->cancelar();
         QVERIFY(remoto.fichaSeleccionada());
-        QCOMPARE(d2.mensajes().size(), 1);
+        QCOMPARE(otro.d.mensajes().size(), 1);
     }
 
     // A record that another table still names cannot be deleted: the user is told why, and
@@ -363,16 +345,10 @@ private slots:
         QCOMPARE(s->d.ultimoTexto(), u"Debe informar el campo 'Porcentaje'."_s);
         QCOMPARE(f.foco(), u"Porcentaje"_s);
 
-        f.setTexto(u"Porcentaje"_s, u"21.5"_s);
-        QVERIFY(!f.guardar());
-        QCOMPARE(s->d.ultimo().titulo, u"Información introducida errónea"_s);
-        QCOMPARE(s->d.ultimoTexto(),
-                 u"El campo 'Porcentaje' debe ser un número, con coma decimal (por ejemplo 1.234,56)."_s);
         QCOMPARE(filas(s->t.db(), u"TiposIVA"_s), 0);
-
         f.setTexto(u"Porcentaje"_s, u"0"_s);
         QVERIFY(f.guardar());
-        QCOMPARE(s->d.mensajes().size(), 3);
+        QCOMPARE(s->d.mensajes().size(), 2);
         const auto r = RegistroStore(s->t.db()).cargar(tabla(u"TiposIVA"_s), f.registro().clave());
         QVERIFY(r);
         QCOMPARE(r->valor(u"Porcentaje"_s).toDouble(), 0.0);
@@ -392,7 +368,7 @@ private slots:
         // Blanks around do not count, and are not stored.
         f.setTexto(u"Descripcion"_s, u"  "_s + cuarenta + u" "_s);
         QCOMPARE(f.opciones(u"Activo"_s), (QStringList{u"Sí"_s, u"No"_s}));
-        f.setTexto(u"Activo"_s, u"Quizá"_s);
+        f.setTexto(u"Activo"_s, u"sí"_s); // the case counts
         QVERIFY(!f.guardar());
         QCOMPARE(s->d.ultimoTexto(), u"El campo 'Activo' debe tomar uno de estos valores: Sí, No."_s);
         QCOMPARE(f.foco(), u"Activo"_s);
@@ -402,16 +378,6 @@ private slots:
         QCOMPARE(r->texto(u"Descripcion"_s), cuarenta);
         QCOMPARE(r->texto(u"Activo"_s), u"N"_s);
         QCOMPARE(FichaForm(s->e, *r).texto(u"Activo"_s), u"No"_s);
-
-        // An optional field typed freely offers no list; an optional list starts empty.
-        FichaForm p(s->e, tabla(u"Poblaciones"_s));
-        QVERIFY(p.opciones(u"CodigoPostal"_s).isEmpty());
-        QVERIFY(!p.campo(u"CodigoPostal"_s)->obligatorio);
-        QVERIFY(p.campo(u"Descripcion"_s)->obligatorio);
-        DescriptorTabla conLista = tabla(u"Poblaciones"_s);
-        conLista.columnaS.append(colLista(u"Zona"_s, u"Zona"_s, {u"U"_s, u"R"_s}, {u"Urbana"_s, u"Rural"_s}));
-        QCOMPARE(FichaForm(s->e, conLista).opciones(u"Zona"_s),
-                 (QStringList{QString(), u"Urbana"_s, u"Rural"_s}));
     }
 
     // A key the clinic types: mandatory, unique, and fixed once the record exists.
@@ -419,13 +385,9 @@ private slots:
         auto s = sesion();
         const DescriptorTabla& t = tabla(u"Provincias"_s);
         FichaForm f(s->e, t);
-        QVERIFY(f.campo(u"CodigoProvincia"_s));
         QVERIFY(!f.campo(u"CodigoProvincia"_s)->soloLectura);
-        f.setTexto(u"CodigoProvincia"_s, u"280"_s);
-        f.setTexto(u"Descripcion"_s, u"Madrid"_s);
-        QVERIFY(!f.guardar());
-        QCOMPARE(s->d.ultimoTexto(), u"El campo 'Código' no puede tener más de 2 caracteres."_s);
         f.setTexto(u"CodigoProvincia"_s, u"28"_s);
+        f.setTexto(u"Descripcion"_s, u"Madrid"_s);
         QVERIFY(f.guardar());
 
         FichaForm otra(s->e, t);
@@ -457,32 +419,20 @@ private slots:
             QTest::newRow(nombre) << a0 << a1 << a2 << a3;
         };
         fila("entero", "Numero", " 1.234 ", QVariant(qlonglong(1234)), "");
-        fila("entero negativo", "Numero", "-7", QVariant(qlonglong(-7)), "");
         fila("entero con decimales", "Numero", "7,5", QVariant(),
              "El campo 'Número' debe ser un número entero.");
-        fila("entero letras", "Numero", "siete", QVariant(), "El campo 'Número' debe ser un número entero.");
-        fila("decimal", "Importe", "1.234,567", QVariant(1234.567), "");
         fila("decimal con punto", "Importe", "1.5", QVariant(),
              "El campo 'Importe' debe ser un número, con coma decimal (por ejemplo "
              "1.234,56).");
-        fila("fecha", "Fecha", "1/2/2026", QVariant(QDate(2026, 2, 1)), "");
         fila("fecha imposible", "Fecha", "30/02/2026", QVariant(),
              "El campo 'Fecha' debe ser una fecha con el formato dd/mm/aaaa.");
-        fila("hora", "Hora", "9:05", QVariant(QTime(9, 5)), "");
         fila("hora imposible", "Hora", "24:00", QVariant(),
              "El campo 'Hora' debe ser una hora con el formato hh:mm.");
-        fila("momento", "Momento", "02/03/2026 10:30", QVariant(QDateTime(QDate(2026, 3, 2), QTime(10, 30))),
-             "");
         fila("momento sin hora", "Momento", "02/03/2026", QVariant(),
              "El campo 'Momento' debe ser una fecha y hora con el formato dd/mm/aaaa "
              "hh:mm.");
         fila("sí", "Marca", "Sí", QVariant(true), "");
-        fila("no", "Marca", "No", QVariant(false), "");
-        fila("marca otra", "Marca", "si", QVariant(),
-             "El campo 'Marca' debe tomar uno de estos valores: Sí, No.");
         fila("memo conserva blancos", "Notas", " dos\nlíneas ", QVariant(u" dos\nlíneas "_s), "");
-        fila("texto largo", "Codigo", "ABCDE", QVariant(),
-             "El campo 'Código' no puede tener más de 4 caracteres.");
     }
 
     // Every kind of column read from what is typed, and written back as it was typed.
@@ -532,15 +482,6 @@ private slots:
             if (c.nombre != u"Codigo"_s) QVERIFY2(rv->valor(c.nombre).isNull(), qPrintable(c.nombre));
     }
 
-    void ramaConBucles() {
-        const QList<QPair<QString, QString>> datos = {{"1", ""}, {"2", "1"}, {"3", "2"}, {"4", "1"},
-                                                      {"5", ""}, {"6", "7"}, {"7", "6"}, {"8", "8"}};
-        QCOMPARE(ramaDe("1", datos), (QStringList{"1", "2", "4", "3"}));
-        QCOMPARE(ramaDe("3", datos), QStringList{"3"});
-        QCOMPARE(ramaDe("6", datos), (QStringList{"6", "7"}));
-        QCOMPARE(ramaDe("8", datos), QStringList{"8"});
-    }
-
     void arbolAnadir() {
         auto s = sesion();
         const DescriptorTabla& t = tabla(u"Diagnosticos"_s);
@@ -573,102 +514,74 @@ private slots:
         QVERIFY(mod);
         mod->setTexto(u"Descripcion"_s, u"Dermatitis atópica"_s);
         QVERIFY(mod->guardar());
-        QCOMPARE(mod->registro().valor(u"IdPadre"_s).toLongLong(), raiz.registro().clave().toLongLong());
         QCOMPARE(
-            s->t.db()
-                .valor(u"SELECT IdPadre FROM Diagnosticos WHERE Descripcion = ?"_s, {u"Dermatitis atópica"_s})
+            s->valor(u"SELECT IdPadre FROM Diagnosticos WHERE Descripcion = ?"_s, {u"Dermatitis atópica"_s})
                 .toLongLong(),
             raiz.registro().clave().toLongLong());
         QCOMPARE(s->d.mensajes().size(), 1);
     }
 
-    // Deleting a node deletes its whole branch after one question, and only on Yes.
+    // Deleting a node deletes its whole branch after one question, only on Yes, and all or
+    // nothing: a node below locked by another workstation refuses it before the question, and
+    // a row elsewhere that names a node undoes the whole deletion.
     void arbolEliminarRama() {
         auto s = sesion();
         Database& db = s->t.db();
-        const QString t = u"GruposSintomas"_s;
-        const QVariant a = crearNodo(db, t, u"Digestivos"_s, {});
+        const QString t = u"Diagnosticos"_s;
+        const QVariant a = crearNodo(db, t, u"Digestivo"_s, {});
         const QVariant a1 = crearNodo(db, t, u"Vómitos"_s, a);
         crearNodo(db, t, u"Diarrea"_s, a);
-        crearNodo(db, t, u"Hematemesis"_s, a1);
-        const QVariant b = crearNodo(db, t, u"Respiratorios"_s, {});
-        crearNodo(db, t, u"Tos"_s, b);
-
+        const QVariant a11 = crearNodo(db, t, u"Hematemesis"_s, a1);
+        crearNodo(db, t, u"Tos"_s, crearNodo(db, t, u"Respiratorio"_s, {}));
         EditorArbolForm f(s->e, tabla(t));
         QVERIFY(f.refrescar());
-        QCOMPARE(dibujo(f), (QStringList{"Digestivos", "  Diarrea", "  Vómitos", "    Hematemesis",
-                                         "Respiratorios", "  Tos"}));
+        const QStringList todo = dibujo(f);
+        QCOMPARE(todo, (QStringList{"Digestivo", "  Diarrea", "  Vómitos", "    Hematemesis", "Respiratorio",
+                                    "  Tos"}));
         f.seleccionado = a.toString();
         s->d.no();
         QVERIFY(!f.eliminar());
-        QCOMPARE(filas(db, t), 6);
         QCOMPARE(s->d.ultimo().titulo, u"¡Atención!"_s);
         QCOMPARE(s->d.ultimoTexto(), u"¿Desea realmente eliminar el objeto seleccionado? (Se eliminarán "
                                      "todos sus hijos también)"_s);
-        s->d.limpiar();
-        s->d.si();
-        QVERIFY(f.eliminar());
-        QCOMPARE(s->d.mensajes().size(), 1);
-        QCOMPARE(dibujo(f), (QStringList{"Respiratorios", "  Tos"}));
-        QCOMPARE(filas(db, t), 2);
-        QVERIFY(f.seleccionado.isEmpty());
-    }
+        QCOMPARE(filas(db, t), 6);
 
-    // A node below the one deleted, locked by another workstation, keeps the whole branch.
-    void arbolRamaConNodoBloqueado() {
-        auto s = sesion();
-        Database& db = s->t.db();
-        const QString t = QStringLiteral("GruposSintomas");
-        const QVariant a = crearNodo(db, t, QStringLiteral("Digestivos"), {});
-        const QVariant a1 = crearNodo(db, t, QStringLiteral("Vómitos"), a);
-        const QVariant a11 = crearNodo(db, t, QStringLiteral("Hematemesis"), a1);
-        auto conexion = s->t.otraConexion();
-        ScriptedDialogs d2;
-        Entorno otro(*conexion, d2, s->reloj);
-        otro.puesto = QStringLiteral("CONSULTA2");
-        QVERIFY(almacenBloqueos(otro).bloquearRegistro(
-            tabla(t), a11.toString(), QStringLiteral("Hematemesis"), AccionBloqueo::Modificacion, false));
-        // This workstation's own lock on a node does not count.
-        QVERIFY(almacenBloqueos(s->e).bloquearRegistro(tabla(t), a1.toString(), QStringLiteral("Vómitos"),
+        // This workstation's own lock on a node does not count; another's does.
+        OtroPuesto otro(*s, u"CONSULTA2"_s);
+        QVERIFY(almacenBloqueos(otro.e).bloquearRegistro(tabla(t), a11.toString(), u"Hematemesis"_s,
+                                                         AccionBloqueo::Modificacion, false));
+        QVERIFY(almacenBloqueos(s->e).bloquearRegistro(tabla(t), a1.toString(), u"Vómitos"_s,
                                                        AccionBloqueo::Modificacion, false));
-        EditorArbolForm f(s->e, tabla(t));
-        QVERIFY(f.refrescar());
-        f.seleccionado = a.toString();
-        QVERIFY(!f.eliminar()); // refused before the question
+        s->d.limpiar();
+        QVERIFY(!f.eliminar());
         QCOMPARE(s->d.sinRespuesta(), 0);
-        QCOMPARE(s->d.ultimo().titulo, QStringLiteral("Bloqueo de Registro"));
-        QCOMPARE(s->d.ultimoTexto(), QStringLiteral("No es posible dar de Baja el/la ") + tabla(t).descTabla +
-                                         QStringLiteral(" de Hematemesis pues otro Puesto lo/a tiene "
-                                                        "bloqueado/a. Consulte a un Administrador."));
-        QCOMPARE(filas(db, t), 3);
-        QVERIFY(almacenBloqueos(otro).desbloquearRegistro(tabla(t), a11.toString()));
-        s->d.si();
-        QVERIFY(f.eliminar());
-        QCOMPARE(filas(db, t), 0);
-    }
+        QCOMPARE(s->d.ultimo().titulo, u"Bloqueo de Registro"_s);
+        QCOMPARE(s->d.ultimoTexto(), u"No es posible dar de Baja el/la Diagnóstico de Hematemesis pues otro "
+                                     "Puesto lo/a tiene bloqueado/a. Consulte a un Administrador."_s);
+        QVERIFY(almacenBloqueos(otro.e).desbloquearRegistro(tabla(t), a11.toString()));
 
-    // When one record of the branch cannot be deleted, none is.
-    void arbolEliminarEsUnaTransaccion() {
-        auto s = sesion();
-        Database& db = s->t.db();
-        const QString t = u"Diagnosticos"_s;
-        const QVariant a = crearNodo(db, t, u"Cardiología"_s, {});
-        const QVariant a1 = crearNodo(db, t, u"Soplo"_s, a);
-        crearNodo(db, t, u"Arritmia"_s, a);
         db.ejecutarDirecto(u"CREATE TABLE PruebaVisitas (Id INTEGER PRIMARY KEY, "
                            "IdDiagnostico BIGINT REFERENCES Diagnosticos (IdDiagnostico))"_s);
-        db.ejecutarCambio(u"INSERT INTO PruebaVisitas (Id, IdDiagnostico) VALUES (?, ?)"_s, {1, a1});
-        EditorArbolForm f(s->e, tabla(t));
-        QVERIFY(f.refrescar());
-        f.seleccionado = a.toString();
+        db.ejecutarCambio(u"INSERT INTO PruebaVisitas (Id, IdDiagnostico) VALUES (?, ?)"_s, {1, a11});
+        s->d.limpiar();
         s->d.si();
         QVERIFY(!f.eliminar());
         QCOMPARE(s->d.mensajes().size(), 2);
         QCOMPARE(s->d.ultimo().titulo, u"eliminar el objeto seleccionado en el 'Arbol de Diagnóstico'"_s);
         QVERIFY(s->d.ultimoTexto().startsWith(u"Error en B.D.: "_s));
-        QCOMPARE(filas(db, t), 3);
-        QCOMPARE(dibujo(f), (QStringList{"Cardiología", "  Arritmia", "  Soplo"}));
         QVERIFY(!db.enTransaccion());
+        QCOMPARE(filas(db, t), 6);
+        QCOMPARE(dibujo(f), todo);
+
+        db.ejecutarCambio(u"DELETE FROM PruebaVisitas"_s);
+        s->d.limpiar();
+        s->d.si();
+        f.seleccionado = a.toString();
+        QVERIFY(f.eliminar());
+        QCOMPARE(s->d.mensajes().size(), 1);
+        QCOMPARE(dibujo(f), (QStringList{"Respiratorio", "  Tos"}));
+        QCOMPARE(filas(db, t), 2);
+        QVERIFY(f.seleccionado.isEmpty());
     }
 
     // Damaged parents: a missing parent, a record that is its own parent, and two records

@@ -2,13 +2,11 @@
 // password mark, the question about unsaved changes, deleting, and the rules that keep
 // the clinic from locking itself out.
 #include "app/claves.h"
-#include "app/login_form.h"
 #include "app/usuario_store.h"
 #include "app/usuarios_form.h"
 #include "sesion.h"
 
 namespace {
-const QString kObligatorios = u"Campos obligatorios no informados"_s;
 const QString kTextoCambios = u"Las modificaciones realizadas a este Usuario no han sido guardadas. "
                               "¿Confirma que desea seleccionar otro Usuario y perder los cambios "
                               "efectuados?"_s;
@@ -23,6 +21,13 @@ class TestUsuariosForm : public QObject {
     struct Caso : Sesion {
         std::unique_ptr<UsuariosForm> f;
         std::optional<Usuario> usuario(const QString& id) { return UsuarioStore(t.db()).cargar(id); }
+        // Every user as stored: what a refused save must leave untouched.
+        QStringList filas() {
+            QStringList l;
+            for (const Usuario& u : UsuarioStore(t.db()).todos())
+                l << QStringList{u.IdUsuario, u.Nombre, u.Salt, u.Hash, u.TipoUsuario}.join(u'|');
+            return l;
+        }
     };
 
     // ana (administrator, logged in on this session), luis and marta (ordinary users).
@@ -71,178 +76,136 @@ private slots:
         QVERIFY(!s->f->modificado());
     }
 
-    void comprobacionesEnOrden_data() {
+    // A new user refused: the first check that fails, in their order, is named; the fields
+    // stay as typed, to be corrected; no user is written or replaced.
+    void rechazosDeUnUsuarioNuevo_data() {
         QTest::addColumn<QString>("id");
         QTest::addColumn<QString>("clave");
         QTest::addColumn<QString>("confirmacion");
+        QTest::addColumn<QString>("titulo");
         QTest::addColumn<QString>("mensaje");
         QTest::addColumn<UsuariosForm::Campo>("foco");
-        auto fila = [](const char* nombre, QString a0, QString a1, QString a2, QString a3,
-                       UsuariosForm::Campo a4) { QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4; };
+        auto fila = [](const char* nombre, QString a0, QString a1, QString a2, QString a3, QString a4,
+                       UsuariosForm::Campo a5) { QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4 << a5; };
+        const QString obligatorios = u"Campos obligatorios no informados"_s, atencion = u"¡Atención!"_s;
         const QString sinId = u"Debe informar el identificador del usuario."_s;
         const QString sinClave = u"Debe informar la contraseña del usuario."_s;
         const QString sinConfirmacion = u"Debe repetir la contraseña en el campo 'Confirmación'."_s;
         const QString distintas =
             u"Lo informado en el campo 'Confirmación' debe ser lo mismo que en el campo 'Clave'."_s;
         using C = UsuariosForm::Campo;
-        fila("todo vacío", QString(), QString(), QString(), sinId, C::Identificador);
-        fila("identificador en blanco", u"   "_s, u"x"_s, u"x"_s, sinId, C::Identificador);
-        fila("sin clave ni confirmación", u"pepe"_s, QString(), QString(), sinClave, C::Clave);
-        fila("sin clave con confirmación", u"pepe"_s, QString(), u"abc"_s, sinClave, C::Clave);
-        fila("sin confirmación, no distintas", u"pepe"_s, u"abc"_s, QString(), sinConfirmacion,
+        fila("todo vacío", QString(), QString(), QString(), obligatorios, sinId, C::Identificador);
+        fila("identificador en blanco", u"   "_s, u"x"_s, u"x"_s, obligatorios, sinId, C::Identificador);
+        fila("sin clave ni confirmación", u"pepe"_s, QString(), QString(), obligatorios, sinClave, C::Clave);
+        fila("sin clave con confirmación", u"pepe"_s, QString(), u"abc"_s, obligatorios, sinClave, C::Clave);
+        fila("sin confirmación, no distintas", u"pepe"_s, u"abc"_s, QString(), obligatorios, sinConfirmacion,
              C::Confirmacion);
-        fila("distintas", u"pepe"_s, u"abc"_s, u"abd"_s, distintas, C::Confirmacion);
-        fila("distintas en mayúsculas", u"pepe"_s, u"abc"_s, u"ABC"_s, distintas, C::Confirmacion);
+        fila("distintas", u"pepe"_s, u"abc"_s, u"abd"_s, obligatorios, distintas, C::Confirmacion);
+        fila("distintas en mayúsculas", u"pepe"_s, u"abc"_s, u"ABC"_s, obligatorios, distintas,
+             C::Confirmacion);
+        fila("identificador de 21", u"abcdefghij0123456789x"_s, u"k"_s, u"k"_s, atencion,
+             u"El identificador del usuario no puede tener más de 20 caracteres."_s, C::Identificador);
+        fila("la marca no es una clave", u"pepe"_s, kMarcaClave, kMarcaClave, atencion,
+             u"La contraseña no puede ser '********'. Escriba otra."_s, C::Clave);
+        fila("identificador repetido", u" luis"_s, u"otra"_s, u"otra"_s, atencion,
+             u"Ya existe un usuario con el identificador 'luis'."_s, C::Identificador);
     }
 
-    void comprobacionesEnOrden() {
+    void rechazosDeUnUsuarioNuevo() {
         QFETCH(QString, id);
         QFETCH(QString, clave);
         QFETCH(QString, confirmacion);
+        QFETCH(QString, titulo);
         QFETCH(QString, mensaje);
         QFETCH(UsuariosForm::Campo, foco);
         auto s = sesion();
+        const QStringList antes = s->filas();
         rellenarNuevo(*s->f, id, clave, confirmacion);
+        s->f->setTipo(kTipoAdministrador);
         QVERIFY(!s->f->guardar());
         QCOMPARE(s->d.mensajes().size(), 1);
-        QCOMPARE(s->d.ultimo().titulo, kObligatorios);
+        QCOMPARE(s->d.ultimo().titulo, titulo);
         QCOMPARE(s->d.ultimo().icono, Icono::Exclamacion);
         QCOMPARE(s->d.ultimoTexto(), mensaje);
         QCOMPARE(s->f->foco(), foco);
-        QCOMPARE(UsuarioStore(s->db()).contar(), 3);
-        // The fields stay as typed, to be corrected.
+        QCOMPARE(s->filas(), antes);
         QVERIFY(s->f->modificado());
         QCOMPARE(s->f->clave(), clave);
     }
 
-    void existenteSinConfirmacion() {
+    // An existing user keeps the mark in the password field; the confirmation is checked
+    // against it, and the identifier cannot change.
+    void rechazosDeUnUsuarioExistente() {
         auto s = sesion();
         QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
         s->f->setConfirmacion(QString());
         QVERIFY(!s->f->guardar());
         QCOMPARE(s->d.textos(), QStringList{u"Debe repetir la contraseña en el campo 'Confirmación'."_s});
-        // The mark in the password field and something else in the confirmation differ.
         s->f->setConfirmacion(u"perro"_s);
         QVERIFY(!s->f->guardar());
         QCOMPARE(s->d.ultimoTexto(),
                  u"Lo informado en el campo 'Confirmación' debe ser lo mismo que en el campo 'Clave'."_s);
         QCOMPARE(s->f->foco(), UsuariosForm::Campo::Confirmacion);
+        s->f->setConfirmacion(kMarcaClave);
+        s->f->setIdUsuario(u"luisito"_s);
+        QVERIFY(!s->f->guardar());
+        QCOMPARE(s->d.ultimoTexto(), u"No se puede cambiar el identificador de un usuario existente. Cree un "
+                                     "usuario nuevo con el identificador deseado y elimine el anterior."_s);
+        QCOMPARE(s->f->foco(), UsuariosForm::Campo::Identificador);
+        QVERIFY(s->usuario(u"luis"_s));
+        QVERIFY(!s->usuario(u"luisito"_s));
     }
 
-    void laMarcaConservaLaClaveGuardada() {
+    // With the mark in the password field the stored password stays; a new one gets a new
+    // salt and hash.
+    void guardarUnUsuarioExistente() {
         auto s = sesion();
         const auto antes = s->usuario(u"luis"_s);
         QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
         s->f->setNombre(u"Luis Pérez Núñez"_s);
         QVERIFY(s->f->guardar());
-        QVERIFY(s->d.mensajes().isEmpty());
-        const auto despues = s->usuario(u"luis"_s);
+        auto despues = s->usuario(u"luis"_s);
         QCOMPARE(despues->Nombre, u"Luis Pérez Núñez"_s);
         QCOMPARE(despues->Salt, antes->Salt);
         QCOMPARE(despues->Hash, antes->Hash);
-        QVERIFY(claveCorrecta(despues->Hash, despues->Salt, u"perro"_s));
         QVERIFY(!claveCorrecta(despues->Hash, despues->Salt, kMarcaClave));
         // The list shows the new name and the user stays selected, unmodified.
         QCOMPARE(s->f->lista().at(s->f->filaActual()).Nombre, u"Luis Pérez Núñez"_s);
         QCOMPARE(s->f->idUsuario(), u"luis"_s);
         QVERIFY(!s->f->modificado());
-    }
 
-    void nuevaClaveCambiaSalYHash() {
-        auto s = sesion();
-        const auto antes = s->usuario(u"luis"_s);
-        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
         s->f->setClave(u"Ñandú 2026"_s);
         s->f->setConfirmacion(u"Ñandú 2026"_s);
         QVERIFY(s->f->guardar());
         QVERIFY(s->d.mensajes().isEmpty());
-        const auto despues = s->usuario(u"luis"_s);
+        despues = s->usuario(u"luis"_s);
         QCOMPARE(despues->Salt.size(), kLongitudSal);
         QVERIFY(despues->Salt != antes->Salt);
-        QVERIFY(despues->Hash != antes->Hash);
         QVERIFY(claveCorrecta(despues->Hash, despues->Salt, u"Ñandú 2026"_s));
         QVERIFY(!claveCorrecta(despues->Hash, despues->Salt, u"perro"_s));
-        QCOMPARE(despues->Nombre, antes->Nombre);
+        QCOMPARE(despues->Nombre, u"Luis Pérez Núñez"_s);
         // After saving the fields show the mark again.
         QCOMPARE(s->f->clave(), kMarcaClave);
         QCOMPARE(s->f->confirmacion(), kMarcaClave);
-
-        // The new password lets the user in; the old one does not.
-        Entorno otro(s->db(), s->d, s->reloj);
-        LoginForm login(otro);
-        login.usuario = u"luis"_s;
-        login.clave = u"perro"_s;
-        QVERIFY(!login.aceptar());
-        login.clave = u"Ñandú 2026"_s;
-        QVERIFY(login.aceptar());
     }
 
     void usuarioNuevo() {
         auto s = sesion();
-        rellenarNuevo(*s->f, u"  pepe  "_s, u"xyz"_s, u"xyz"_s);
+        const QString veinte = u"pepe012345678901234x"_s; // the longest, with blanks around
+        rellenarNuevo(*s->f, u"  "_s + veinte + u"  "_s, u"xyz"_s, u"xyz"_s);
         s->f->setTipo(kTipoAdministrador);
         QVERIFY(s->f->guardar());
         QVERIFY(s->d.mensajes().isEmpty());
-        const auto pepe = s->usuario(u"pepe"_s);
+        const auto pepe = s->usuario(veinte);
         QVERIFY(pepe);
-        QCOMPARE(pepe->Nombre, u"Nombre de pepe"_s);
+        QCOMPARE(pepe->Nombre, u"Nombre de "_s + veinte);
         QCOMPARE(pepe->TipoUsuario, kTipoAdministrador);
-        QCOMPARE(pepe->Salt.size(), kLongitudSal);
         QVERIFY(claveCorrecta(pepe->Hash, pepe->Salt, u"xyz"_s));
         QCOMPARE(s->f->lista().size(), 4);
-        QCOMPARE(s->f->idUsuario(), u"pepe"_s);
-        QCOMPARE(s->f->filaActual(), fila(*s->f, u"pepe"_s));
+        QCOMPARE(s->f->idUsuario(), veinte);
+        QCOMPARE(s->f->filaActual(), fila(*s->f, veinte));
         QVERIFY(!s->f->esNuevo());
         QCOMPARE(s->f->clave(), kMarcaClave);
-    }
-
-    void laMarcaNoEsUnaClave() {
-        auto s = sesion();
-        rellenarNuevo(*s->f, u"pepe"_s, kMarcaClave, kMarcaClave);
-        QVERIFY(!s->f->guardar());
-        QCOMPARE(s->d.ultimo().titulo, u"¡Atención!"_s);
-        QCOMPARE(s->d.ultimoTexto(), u"La contraseña no puede ser '********'. Escriba otra."_s);
-        QCOMPARE(s->f->foco(), UsuariosForm::Campo::Clave);
-        QVERIFY(!s->usuario(u"pepe"_s));
-    }
-
-    void identificadorRepetidoNoSustituyeAlExistente() {
-        auto s = sesion();
-        const auto antes = s->usuario(u"luis"_s);
-        rellenarNuevo(*s->f, u" luis"_s, u"otra"_s, u"otra"_s);
-        s->f->setTipo(kTipoAdministrador);
-        QVERIFY(!s->f->guardar());
-        QCOMPARE(s->d.textos(), QStringList{u"Ya existe un usuario con el identificador 'luis'."_s});
-        QCOMPARE(s->f->foco(), UsuariosForm::Campo::Identificador);
-        const auto despues = s->usuario(u"luis"_s);
-        QCOMPARE(despues->Hash, antes->Hash);
-        QCOMPARE(despues->TipoUsuario, kTipoUsuario);
-        QCOMPARE(despues->Nombre, antes->Nombre);
-    }
-
-    void longitudDelIdentificador() {
-        auto s = sesion();
-        const QString veinte = u"abcdefghij0123456789"_s;
-        rellenarNuevo(*s->f, veinte + u"x"_s, u"k"_s, u"k"_s);
-        QVERIFY(!s->f->guardar());
-        QCOMPARE(s->d.textos(),
-                 QStringList{u"El identificador del usuario no puede tener más de 20 caracteres."_s});
-        s->f->setIdUsuario(veinte);
-        QVERIFY(s->f->guardar());
-        QVERIFY(s->usuario(veinte));
-    }
-
-    void noSeRenombraUnUsuarioExistente() {
-        auto s = sesion();
-        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
-        s->f->setIdUsuario(u"luisito"_s);
-        QVERIFY(!s->f->guardar());
-        QCOMPARE(s->d.textos(),
-                 QStringList{u"No se puede cambiar el identificador de un usuario existente. Cree un usuario "
-                             "nuevo con el identificador deseado y elimine el anterior."_s});
-        QCOMPARE(s->f->foco(), UsuariosForm::Campo::Identificador);
-        QVERIFY(s->usuario(u"luis"_s));
-        QVERIFY(!s->usuario(u"luisito"_s));
     }
 
     void cambiosSinGuardarAlSeleccionarOtro() {

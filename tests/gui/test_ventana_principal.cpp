@@ -31,14 +31,8 @@ public:
     bool dejar = false;
 
 protected:
-    void closeEvent(QCloseEvent* e) override {
-        if (dejar)
-            e->accept();
-        else
-            e->ignore();
-    }
+    void closeEvent(QCloseEvent* e) override { e->setAccepted(dejar); }
 };
-
 } // namespace
 
 class TestVentanaPrincipal : public QObject {
@@ -78,12 +72,6 @@ class TestVentanaPrincipal : public QObject {
         return a && a->isVisible();
     }
 
-    static quint16 puertoLibre() {
-        QUdpSocket s;
-        s.bind(QHostAddress::LocalHost, 0);
-        return s.localPort();
-    }
-
 private slots:
     void entradaYSalidaDeUsuarios() {
         auto c = abrir();
@@ -101,8 +89,9 @@ private slots:
         QCOMPARE(c->w->findChild<QLabel*>(u"panelUsuario"_s)->text(), u"JEFA"_s);
         QVERIFY(visible(*c, "mnuDesidentificar"));
         QVERIFY(!visible(*c, "mnuIdentificar"));
-        for (const char* n : {"mnuAdministrar", "mnuCierreCaja", "mnuInfGestion", "mnuImportarDatos",
-                              "mnuMttoCosteSalarial", "mnuRegistroIVA", "mnuMttoCliente"})
+        // Which command needs which permission is the menu's own table, checked without
+        // windows; here one command of each kind.
+        for (const char* n : {"mnuAdministrar", "mnuRegistroIVA", "mnuMttoCliente"})
             QVERIFY2(visible(*c, n), n);
 
         c->w->desidentificar();
@@ -113,17 +102,14 @@ private slots:
         Ajustes(c->s.t.db()).escribir(claves::CONTAB_SOLO_ADMINISTRADORES, u"S"_s);
         c->usuario = u"recepcion"_s;
         QVERIFY(c->w->identificar());
-        for (const char* n : {"mnuAdministrar", "mnuCierreCaja", "mnuCierresAnt", "mnuCajaEntreFechas",
-                              "mnuInfGestion", "mnuImportarDatos", "mnuMttoCosteSalarial", "mnuRegistroIVA",
-                              "mnuExportContab", "mnuDelContab"})
-            QVERIFY2(!visible(*c, n), n);
+        QVERIFY(!visible(*c, "mnuAdministrar"));
+        QVERIFY(!visible(*c, "mnuRegistroIVA"));
         QVERIFY(visible(*c, "mnuMttoCliente"));
-        QVERIFY(visible(*c, "mnuCobros"));
         c->w->desidentificar();
         Ajustes(c->s.t.db()).escribir(claves::CONTAB_SOLO_ADMINISTRADORES, u"N"_s);
         QVERIFY(c->w->identificar());
         QVERIFY(visible(*c, "mnuRegistroIVA"));
-        QVERIFY(!visible(*c, "mnuCierreCaja"));
+        QVERIFY(!visible(*c, "mnuAdministrar"));
 
         // A wrong password keeps the user out.
         c->w->desidentificar();
@@ -229,44 +215,30 @@ private slots:
         QTRY_COMPARE(c->w->mdi()->subWindowList().size(), 0);
     }
 
-    void unaPantallaConCambiosRetieneLaSesion() {
+    // Closing asks before any screen closes: No keeps every screen open. A screen that keeps
+    // its changes holds both logging off and closing; once it lets go the workstation leaves.
+    void cerrarLaVentana() {
         auto c = abrir();
         QVERIFY(c->w->identificar());
         c->w->show();
+        c->w->abrirVentana(new QWidget);
         auto* pantalla = new PantallaQueNoSeCierra;
-        pantalla->setObjectName(u"frmConCambios"_s);
         c->w->abrirVentana(pantalla);
         QTRY_VERIFY(pantalla->isVisible());
-        // Logging off and closing the program both stop at the screen that keeps its changes.
+        c->s.d.no();
+        QVERIFY(!c->w->close());
+        QVERIFY(c->w->isVisible());
+        QCOMPARE(c->w->mdi()->subWindowList().size(), 2);
         c->w->desidentificar();
         QVERIFY(c->s.e.identificado());
         c->s.d.si();
         QVERIFY(!c->w->close());
-        QCOMPARE(c->s.d.textos(), QStringList{u"¿Desea realmente salir de Pramelvix?"_s});
         QCOMPARE(PuestosActivosStore(c->s.t.db()).contar(), 1);
         pantalla->dejar = true;
         c->s.d.si();
         QVERIFY(c->w->close());
         QCOMPARE(PuestosActivosStore(c->s.t.db()).contar(), 0);
-    }
-
-    void cerrarLaVentana() {
-        auto c = abrir();
-        c->w->show();
-        auto* pantalla = new QWidget;
-        c->w->abrirVentana(pantalla);
-        QTRY_VERIFY(pantalla->isVisible());
-        // No is asked before any screen closes: every screen stays open.
-        c->s.d.no();
-        QVERIFY(!c->w->close());
-        QVERIFY(c->w->isVisible());
-        QCOMPARE(c->w->mdi()->subWindowList().size(), 1);
-        QCOMPARE(PuestosActivosStore(c->s.t.db()).contar(), 1);
-        c->s.d.si();
-        QVERIFY(c->w->close());
-        QCOMPARE(PuestosActivosStore(c->s.t.db()).contar(), 0);
-        QCOMPARE(c->s.d.textos(), (QStringList{u"¿Desea realmente salir de Pramelvix?"_s,
-                                               u"¿Desea realmente salir de Pramelvix?"_s}));
+        QCOMPARE(c->s.d.textos(), QStringList(3, u"¿Desea realmente salir de Pramelvix?"_s));
     }
 };
 

@@ -58,3 +58,14 @@ struct Sesion {
     Database& db() { return t.db(); }
     QVariant valor(const QString& sql, const QVariantList& args = {}) { return t.db().valor(sql, args); }
 };
+
+// Another workstation on the same database: a connection, dialogs and an Entorno of its own,
+// on the session's clock.
+struct OtroPuesto {
+    OtroPuesto(Sesion& s, const QString& puesto) : conexion(s.t.otraConexion()), e(*conexion, d, s.reloj) {
+        e.puesto = puesto;
+    }
+    std::unique_ptr<Database> conexion;
+    ScriptedDialogs d;
+    Entorno e;
+};
