@@ -298,7 +298,6 @@ bool ClienteForm::eliminar() {
     if (!id_) return false;
     const qint64 id = *id_;
     bool tieneMascotas = false;
-    bool eliminado = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("eliminar un Cliente") + kEnPantalla);
     auto contar = [&] {
         traza.paso(QStringLiteral("Contar las Mascotas del Cliente"));
@@ -316,29 +315,19 @@ bool ClienteForm::eliminar() {
         if (!modificado_) bloqueo_.liberar();
         return false;
     }
-    bool referido = false;
+    std::optional<ClienteStore::Baja> baja;
     traza.ejecutar([&] {
-        try {
-            Transaction tr = e_.db().transaccion();
-            contar();
-            if (tieneMascotas) return;
-            traza.paso(QStringLiteral("Eliminar el Cliente y su Ficha Comercial"));
-            ClienteStore(e_.db()).eliminar(id);
-            tr.commit();
-            eliminado = true;
-        } catch (const ErrorBD& e) {
-            // A pet or a note added to the client by another workstation meanwhile.
-            if (!esErrorDeReferencia(e)) throw;
-            referido = true;
-        }
+        traza.paso(QStringLiteral("Eliminar el Cliente y su Ficha Comercial"));
+        baja = ClienteStore(e_.db()).eliminar(id);
     });
-    if (tieneMascotas) return fallo(Icono::Exclamacion, kTituloAtencion, refusal, QString());
-    if (referido)
+    if (baja == ClienteStore::Baja::TieneMascotas) return fallo(Icono::Exclamacion, kTituloAtencion, refusal, QString());
+    if (baja == ClienteStore::Baja::Referido)
         return fallo(Icono::Exclamacion, kTituloAtencion,
                      QStringLiteral("No se puede eliminar este Cliente porque tiene Mascotas, Albaranes u otros "
                                     "registros que dependen de él."),
                      QString());
-    if (!eliminado) return false;
+    if (!baja) return false; // the database failure was shown; a client gone meanwhile is gone
+
     nuevo();
     return true;
 }

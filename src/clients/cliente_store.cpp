@@ -33,15 +33,23 @@ void ClienteStore::actualizar(Registro& r) {
     RegistroStore(db_).actualizar(r);
 }
 
-bool ClienteStore::eliminar(qint64 idCliente) {
+ClienteStore::Baja ClienteStore::eliminar(qint64 idCliente) {
     const DescriptorTabla& condiciones = descriptorRequerido(QStringLiteral("CondicionesEspeciales"));
-    RegistroStore store(db_);
-    store.ejecutar(QStringLiteral("DELETE FROM ") + condiciones.tabla +
-                       QStringLiteral(" WHERE IdCliente = ?"),
-                   {static_cast<qlonglong>(idCliente)});
-    Registro r(tabla());
-    r.setValor(QStringLiteral("IdCliente"), static_cast<qlonglong>(idCliente));
-    return store.eliminar(r);
+    try {
+        Transaction tx = db_.transaccion();
+        if (contarMascotas(idCliente) > 0) return Baja::TieneMascotas;
+        RegistroStore store(db_);
+        store.ejecutar(QStringLiteral("DELETE FROM ") + condiciones.tabla + QStringLiteral(" WHERE IdCliente = ?"),
+                       {static_cast<qlonglong>(idCliente)});
+        Registro r(tabla());
+        r.setValor(QStringLiteral("IdCliente"), static_cast<qlonglong>(idCliente));
+        if (!store.eliminar(r)) return Baja::NoExiste;
+        tx.commit();
+        return Baja::Eliminado;
+    } catch (const ErrorBD& e) {
+        if (!esErrorDeReferencia(e)) throw;
+        return Baja::Referido;
+    }
 }
 
 qint64 ClienteStore::contarMascotas(qint64 idCliente) {

@@ -17,8 +17,11 @@ public:
     // Inserts a new client and returns its number (set in r as well).
     qint64 crear(Registro& r);
     void actualizar(Registro& r);
-    // Deletes the client and the rows of its commercial file; false when it was gone.
-    bool eliminar(qint64 idCliente);
+    // Deletes the client and the rows of its commercial file in one transaction of its own,
+    // unless it has pets (TieneMascotas) or other rows point at it, such as a pet or a note
+    // added by another workstation meanwhile (Referido). Nothing is deleted unless Eliminado.
+    enum class Baja { Eliminado, NoExiste, TieneMascotas, Referido };
+    Baja eliminar(qint64 idCliente);
     // Pets whose owner is the client.
     qint64 contarMascotas(qint64 idCliente);
     // The key of a VAT type of 0 %, or nullopt when the clinic has none.

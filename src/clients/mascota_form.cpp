@@ -291,10 +291,17 @@ bool MascotaForm::eliminar() {
             return;
         }
         traza.paso(QStringLiteral("Eliminar la mascota"));
-        MascotaStore(e_.db()).eliminar(id);
+        if (MascotaStore(e_.db()).eliminar(id) == MascotaStore::Baja::Referida) {
+            rechazar(kTituloAtencion,
+                     QStringLiteral("No se puede eliminar esta Mascota porque tiene Albaranes u otros registros "
+                                    "que dependen de ella."),
+                     QString());
+            return;
+        }
         leerLista();
         mostrarNueva();
         hecho = true;
     });
+    if (!hecho && !modificado_) bloqueo_.liberar();
     return hecho;
 }

@@ -52,10 +52,15 @@ qint64 MascotaStore::guardar(Registro& mascota) {
     return mascota.clave().toLongLong();
 }
 
-bool MascotaStore::eliminar(qint64 idMascota) {
+MascotaStore::Baja MascotaStore::eliminar(qint64 idMascota) {
     Registro r(tablaMascotas());
     r.setValor(QStringLiteral("IdMascota"), idMascota);
-    return registros_.eliminar(r);
+    try {
+        return registros_.eliminar(r) ? Baja::Eliminada : Baja::NoExiste;
+    } catch (const ErrorBD& e) {
+        if (!esErrorDeReferencia(e)) throw;
+        return Baja::Referida;
+    }
 }
 
 std::optional<DatosPropietario> MascotaStore::propietario(qint64 idCliente) {

@@ -80,7 +80,10 @@ public:
     std::optional<Registro> cargar(qint64 idMascota);
     // Inserts (a record without IdMascota) or updates the pet; returns its number.
     qint64 guardar(Registro& mascota);
-    bool eliminar(qint64 idMascota);
+    // Deletes the pet (its change-of-owner rows go with it); Referida when other rows point
+    // at it (its delivery notes), and then nothing is deleted.
+    enum class Baja { Eliminada, NoExiste, Referida };
+    Baja eliminar(qint64 idMascota);
 
     std::optional<DatosPropietario> propietario(qint64 idCliente);
     QList<FilaMascota> mascotasDeCliente(qint64 idCliente);

@@ -136,7 +136,6 @@ bool PlanSaludForm::eliminar() {
     if (!id_) return false;
     const qint64 id = *id_;
     qint64 mascotas = 0;
-    bool eliminado = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("eliminar un Plan de Salud") + kEnPantalla);
     auto contar = [&] {
         traza.paso(QStringLiteral("Contar las Mascotas inscritas"));
@@ -153,23 +152,13 @@ bool PlanSaludForm::eliminar() {
         if (!modificado_) bloqueo_.liberar();
         return false;
     }
+    std::optional<PlanSaludStore::Baja> baja;
     traza.ejecutar([&] {
-        try {
-            Transaction tr = e_.db().transaccion();
-            contar();
-            if (mascotas > 0) return;
-            traza.paso(QStringLiteral("Eliminar el Plan de Salud y sus condiciones"));
-            PlanSaludStore(e_.db()).eliminar(id);
-            tr.commit();
-            eliminado = true;
-        } catch (const ErrorBD& e) {
-            // A pet enrolled by another workstation meanwhile.
-            if (!esErrorDeReferencia(e)) throw;
-            mascotas = 1;
-        }
+        traza.paso(QStringLiteral("Eliminar el Plan de Salud y sus condiciones"));
+        baja = PlanSaludStore(e_.db()).eliminar(id);
     });
-    if (mascotas > 0) return fallo(kTituloAtencion, refusal, QString());
-    if (!eliminado) return false;
+    if (baja == PlanSaludStore::Baja::TieneMascotas) return fallo(kTituloAtencion, refusal, QString());
+    if (!baja) return false; // the database failure was shown; a plan gone meanwhile is gone
     nuevo();
     return true;
 }

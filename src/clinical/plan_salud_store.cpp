@@ -24,15 +24,23 @@ void PlanSaludStore::actualizar(Registro& r) {
     RegistroStore(db_).actualizar(r);
 }
 
-bool PlanSaludStore::eliminar(qint64 idPlan) {
+PlanSaludStore::Baja PlanSaludStore::eliminar(qint64 idPlan) {
     const DescriptorTabla& condiciones = descriptorRequerido(QStringLiteral("CondicionesEspeciales"));
-    RegistroStore store(db_);
-    store.ejecutar(QStringLiteral("DELETE FROM ") + condiciones.tabla +
-                       QStringLiteral(" WHERE IdPlanSalud = ?"),
-                   {static_cast<qlonglong>(idPlan)});
-    Registro r(tabla());
-    r.setValor(QStringLiteral("IdPlanSalud"), static_cast<qlonglong>(idPlan));
-    return store.eliminar(r);
+    try {
+        Transaction tx = db_.transaccion();
+        if (contarMascotas(idPlan) > 0) return Baja::TieneMascotas;
+        RegistroStore store(db_);
+        store.ejecutar(QStringLiteral("DELETE FROM ") + condiciones.tabla + QStringLiteral(" WHERE IdPlanSalud = ?"),
+                       {static_cast<qlonglong>(idPlan)});
+        Registro r(tabla());
+        r.setValor(QStringLiteral("IdPlanSalud"), static_cast<qlonglong>(idPlan));
+        if (!store.eliminar(r)) return Baja::NoExiste;
+        tx.commit();
+        return Baja::Eliminado;
+    } catch (const ErrorBD& e) {
+        if (!esErrorDeReferencia(e)) throw;
+        return Baja::TieneMascotas;
+    }
 }
 
 qint64 PlanSaludStore::contarMascotas(qint64 idPlan) {

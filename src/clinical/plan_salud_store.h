@@ -16,8 +16,11 @@ public:
     QList<Registro> todos();
     qint64 crear(Registro& r);
     void actualizar(Registro& r);
-    // Deletes the plan and its conditions; false when it was gone.
-    bool eliminar(qint64 idPlan);
+    // Deletes the plan and its conditions in one transaction of its own, unless a pet is
+    // enrolled (also one enrolled by another workstation meanwhile). Nothing is deleted
+    // unless Eliminado.
+    enum class Baja { Eliminado, NoExiste, TieneMascotas };
+    Baja eliminar(qint64 idPlan);
     // Pets enrolled in the plan.
     qint64 contarMascotas(qint64 idPlan);
 

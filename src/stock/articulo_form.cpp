@@ -136,6 +136,8 @@ bool ArticuloForm::esServicio() const {
 
 bool ArticuloForm::habilitado(const QString& columna) const {
     if (columna == kColCodigo) return false;
+    // Stock and the last purchase are kept by the stock movements and purchases, not typed.
+    if (const DescriptorColumna* c = tablaArticulos().columna(columna); c && c->deOperacion) return false;
     return !(esServicio() && columnasProducto().contains(columna));
 }
 

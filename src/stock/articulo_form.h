@@ -41,6 +41,8 @@ public:
     // changing the family empties the subfamily.
     bool setTexto(const QString& columna, const QString& texto);
     bool esServicio() const;
+    // False for the code, for the stock and last-purchase columns (kept by their operations)
+    // and, on a service, for the fields a service does not have.
     bool habilitado(const QString& columna) const;
     // The fields a service does not have.
     static const QStringList& columnasProducto();

@@ -274,6 +274,15 @@ private slots:
         QCOMPARE(c->d.ultimoTexto(), u"¿Desea realmente eliminar la Mascota seleccionada?"_s);
         QCOMPARE(c->contar(u"Mascotas"_s), 1);
         QCOMPARE(c->contar(u"Bloqueos"_s), 0);
+        // A pet with delivery notes stays, with the reason, and its lock goes.
+        c->s.fila(u"Albaranes"_s, {{u"Serie"_s, u"A"_s}, {u"NumAlbaran"_s, 1}, {u"IdCliente"_s, c->ana},
+                                  {u"IdMascota"_s, rufo}});
+        c->d.si();
+        QVERIFY(!f.eliminar());
+        QCOMPARE(c->d.ultimoTexto(), u"No se puede eliminar esta Mascota porque tiene Albaranes u otros registros "
+                                     "que dependen de ella."_s);
+        QCOMPARE(c->contar(u"Bloqueos"_s), 0);
+        c->db().ejecutarCambio(u"DELETE FROM Albaranes"_s);
         c->d.si();
         QVERIFY(f.eliminar());
         QCOMPARE(c->contar(u"Mascotas"_s), 0);

@@ -2,6 +2,7 @@
 // questions about a changed description and a changed invoicing series (with the rewrite on
 // pending delivery notes under the administrative lock), deletion, read errors and locks.
 #include "app/bloqueo_edicion.h"
+#include "core/formatos.h"
 #include "data/esquema.h"
 #include "sesion.h"
 #include "stock/articulo_busqueda_form.h"
@@ -86,9 +87,11 @@ private slots:
         QFETCH(QString, ultimo);
         QFETCH(QString, margen);
         auto s = sesion();
+        // The last purchase price comes from the purchases; the sale price is typed.
+        const QVariant precio = ultimo.isEmpty() ? QVariant() : QVariant(leerImporte(ultimo).value());
         ArticuloForm a(s->e);
-        a.setTexto(u"PVP1"_s, pvp1);
-        a.setTexto(u"ArtUltPrecio"_s, ultimo);
+        QVERIFY(a.abrir(s->s.articulo(u"Pienso"_s, s->g, s->f, s->sub, s->iva, {{u"ArtUltPrecio"_s, precio}})));
+        QVERIFY(a.setTexto(u"PVP1"_s, pvp1));
         QCOMPARE(a.margen(), margen);
     }
 
@@ -100,11 +103,11 @@ private slots:
         QCOMPARE(producto.size(), 7);
         QVERIFY(a.setTexto(u"ArtCodBarras"_s, u"8412345678905"_s));
         QVERIFY(a.setTexto(u"ArtCodProv"_s, u"1"_s));
-        QVERIFY(a.setTexto(u"ArtCodUltProv"_s, u"1"_s));
         QVERIFY(a.setTexto(u"ArtRefProvHab"_s, u"REF-9"_s));
-        QVERIFY(a.setTexto(u"ArtUltPrecio"_s, u"12,00"_s));
-        QVERIFY(a.setTexto(u"Stock"_s, u"5"_s));
         QVERIFY(a.setTexto(u"ArtStockMin"_s, u"2"_s));
+        // Stock and the last purchase are never typed: their operations keep them.
+        for (const QString& c : {u"Stock"_s, u"ArtUltPrecio"_s, u"ArtCodUltProv"_s, u"ArtFecUltUso"_s})
+            QVERIFY2(!a.setTexto(c, u"5"_s) && a.texto(c).isEmpty(), qPrintable(c));
         QVERIFY(a.setTexto(u"ArtTipoArticulo"_s, u"SERVICIO"_s));
         QVERIFY(a.esServicio());
         for (const QString& c : producto) {
@@ -123,7 +126,7 @@ private slots:
         QVERIFY(r->valor(u"ArtCodProv"_s).isNull());
         // Back to a product: the fields open again.
         QVERIFY(a.setTexto(u"ArtTipoArticulo"_s, u"PRODUCTO"_s));
-        QVERIFY(a.habilitado(u"Stock"_s));
+        QVERIFY(a.habilitado(u"ArtCodBarras"_s));
     }
 
     void comprobacionesEnOrden_data() {
