@@ -102,8 +102,8 @@ public:
             u"--admin"_s,    u"%1:%2"_s.arg(QLatin1String(kAdministrador), QLatin1String(kClave)),
             u"--servidor"_s, u"SERVIDOR"_s};
         if (!esSQLite()) {
-            nombrePg_ = u"pmxbb_%1_%2"_s.arg(QCoreApplication::applicationPid())
-                            .arg(contador().fetchAndAddRelaxed(1));
+            nombrePg_ =
+                u"pmxbb_%1_%2"_s.arg(QCoreApplication::applicationPid()).arg(contador_.fetchAndAddRelaxed(1));
             try {
                 borrarBDPg()->ejecutarDirecto(u"CREATE DATABASE "_s + nombrePg_);
             } catch (const ErrorBD& e) {
@@ -136,12 +136,6 @@ public:
     QString ficheroBD() const { return QDir(carpetaDatos()).filePath(u"Pramelvix.mdb"_s); }
     QString ficheroIni() const { return QDir(carpeta()).filePath(u"PRAMELVIX.INI"_s); }
     QString carpetaBloqueos() const { return tmp_.filePath(u"run"_s); }
-    // A folder outside the installation, for copies of the database.
-    QString carpetaAparte() const {
-        const QString ruta = tmp_.filePath(u"aparte"_s);
-        QDir().mkpath(ruta);
-        return ruta;
-    }
     QString conexionPg() const { return servidorPg() + u" dbname="_s + nombrePg_; }
 
     // A direct connection to the installation's database.
@@ -196,26 +190,17 @@ private:
         servidor->ejecutarDirecto(u"DROP DATABASE IF EXISTS "_s + nombrePg_ + u" WITH (FORCE)"_s);
         return servidor;
     }
-    static QAtomicInt& contador() {
-        static QAtomicInt c;
-        return c;
-    }
+    static inline QAtomicInt contador_;
 
     QTemporaryDir tmp_;
     QString nombrePg_;
 };
 
 // A copy of pramelvix that keeps running: its standard input stays open, its output is
-// collected as it comes, and it is killed if the test leaves it running.
+// collected as it comes, and it is killed if the test leaves it running (by ~QProcess).
 class Sesion {
 public:
     Sesion(const Instalacion& inst, const QString& puesto) { p_.setProcessEnvironment(inst.entorno(puesto)); }
-    ~Sesion() {
-        if (p_.state() != QProcess::NotRunning) {
-            p_.kill();
-            p_.waitForFinished(5000);
-        }
-    }
 
     bool arrancar(const QByteArray& entrada) {
         p_.start(kPrograma, {u"-app:Start"_s});
@@ -229,13 +214,10 @@ public:
         const QByteArray buscado = texto.toUtf8();
         QDeadlineTimer limite(ms);
         while (true) {
+            const bool acabado = p_.state() == QProcess::NotRunning; // then all its output is read below
             salida_ += p_.readAllStandardOutput();
             if (salida_.contains(buscado)) return true;
-            if (p_.state() == QProcess::NotRunning) {
-                salida_ += p_.readAllStandardOutput();
-                return salida_.contains(buscado);
-            }
-            if (limite.hasExpired()) return false;
+            if (acabado || limite.hasExpired()) return false;
             p_.waitForReadyRead(int(qMax<qint64>(1, limite.remainingTime())));
         }
     }

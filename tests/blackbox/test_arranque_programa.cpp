@@ -266,7 +266,8 @@ private slots:
             QSKIP("Solo la base de datos SQLite se busca en la carpeta del servidor.");
         PMX_INSTALACION(inst);
         QVERIFY(borrarBD(inst.ficheroBD()));
-        const QString falta = QDir(inst.carpetaAparte()).filePath(u"NoEsta.mdb"_s);
+        const QTemporaryDir aparte;
+        const QString falta = aparte.filePath(u"NoEsta.mdb"_s);
         const Salida s =
             inst.programa({kStart}, u"SERVIDOR"_s, "s\n" + falta.toUtf8() + '\n' + credenciales());
         PMX_SALIDA(s,
