@@ -44,16 +44,14 @@ class TestBloqueos : public QObject {
     // A workstation: its own connection, dialogs and identity.
     struct Puesto {
         std::unique_ptr<Database> propia;
-        Database* db;
         ScriptedDialogs d;
         std::unique_ptr<Bloqueos> s;
     };
     std::unique_ptr<Puesto> puesto(TestDb& t, const QString& nombre, bool otraConexion) {
         auto p = std::make_unique<Puesto>();
         if (otraConexion) p->propia = t.otraConexion();
-        p->db = otraConexion ? p->propia.get() : &t.db();
         p->s = std::make_unique<Bloqueos>(
-            *p->db, p->d, reloj_,
+            otraConexion ? *p->propia : t.db(), p->d, reloj_,
             IdentidadSesion{u"sesion-"_s + nombre, u"usr-"_s + nombre, nombre, QString()});
         return p;
     }
