@@ -76,29 +76,15 @@ inline Salida admin(const QStringList& argumentos) {
     return ejecutar(kAdmin, argumentos, e);
 }
 
-// Rows of PuestosActivos as "PUESTO/USUARIO", ordered by workstation.
-inline QStringList puestosActivos(Database& db) {
-    QSqlQuery q = db.ejecutar(u"SELECT Puesto, Usuario FROM PuestosActivos ORDER BY Puesto"_s);
-    QStringList filas;
-    while (q.next())
-        filas << q.value(0).toString() + QLatin1Char('/') + q.value(1).toString();
-    return filas;
-}
-
 class Instalacion {
 public:
     static constexpr const char* kAdministrador = "admin";
     static constexpr const char* kClave = "Buena.1";
 
-    Instalacion() = default;
-    Instalacion(const Instalacion&) = delete;
-    Instalacion& operator=(const Instalacion&) = delete;
-
     ~Instalacion() {
         if (nombrePg_.isEmpty()) return;
         try {
-            auto servidor = Database::abrirPostgreSQL(servidorPg() + u" dbname=postgres"_s);
-            servidor->ejecutarDirecto(u"DROP DATABASE IF EXISTS "_s + nombrePg_ + u" WITH (FORCE)"_s);
+            borrarBDPg();
         } catch (const ErrorBD& e) {
             qWarning("No se ha podido borrar la base de datos %s: %s", qPrintable(nombrePg_),
                      qPrintable(e.texto()));
@@ -108,20 +94,18 @@ public:
     static bool esSQLite() { return TestDb::motorDePrueba() == Motor::SQLite; }
 
     // Runs "pramelvix-admin init" into a new folder; false (with the reason logged) on failure.
-    bool crear(const QString& puestoServidor = u"SERVIDOR"_s) {
+    bool crear() {
         if (!tmp_.isValid() || !QDir().mkpath(carpetaBloqueos())) return false;
         QFile::setPermissions(carpetaBloqueos(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QStringList args{
             u"init"_s,       carpeta(),
             u"--admin"_s,    u"%1:%2"_s.arg(QLatin1String(kAdministrador), QLatin1String(kClave)),
-            u"--servidor"_s, puestoServidor};
+            u"--servidor"_s, u"SERVIDOR"_s};
         if (!esSQLite()) {
-            nombrePg_ = u"pmxbb_%1_%2"_s.arg(QCoreApplication::applicationPid())
-                            .arg(contador().fetchAndAddRelaxed(1));
+            nombrePg_ =
+                u"pmxbb_%1_%2"_s.arg(QCoreApplication::applicationPid()).arg(contador_.fetchAndAddRelaxed(1));
             try {
-                auto servidor = Database::abrirPostgreSQL(servidorPg() + u" dbname=postgres"_s);
-                servidor->ejecutarDirecto(u"DROP DATABASE IF EXISTS "_s + nombrePg_ + u" WITH (FORCE)"_s);
-                servidor->ejecutarDirecto(u"CREATE DATABASE "_s + nombrePg_);
+                borrarBDPg()->ejecutarDirecto(u"CREATE DATABASE "_s + nombrePg_);
             } catch (const ErrorBD& e) {
                 qWarning("No se ha podido crear la base de datos %s: %s", qPrintable(nombrePg_),
                          qPrintable(e.texto()));
@@ -152,22 +136,20 @@ public:
     QString ficheroBD() const { return QDir(carpetaDatos()).filePath(u"Pramelvix.mdb"_s); }
     QString ficheroIni() const { return QDir(carpeta()).filePath(u"PRAMELVIX.INI"_s); }
     QString carpetaBloqueos() const { return tmp_.filePath(u"run"_s); }
-    // A folder outside the installation, for copies of the database.
-    QString carpetaAparte() const {
-        const QString ruta = tmp_.filePath(u"aparte"_s);
-        QDir().mkpath(ruta);
-        return ruta;
-    }
     QString conexionPg() const { return servidorPg() + u" dbname="_s + nombrePg_; }
 
-    // A direct connection to the installation's database (or to another SQLite file).
-    std::unique_ptr<Database> conectar(const QString& ficheroSQLite = {}) const {
-        if (esSQLite()) return Database::abrirSQLite(ficheroSQLite.isEmpty() ? ficheroBD() : ficheroSQLite);
-        return Database::abrirPostgreSQL(conexionPg());
+    // A direct connection to the installation's database.
+    std::unique_ptr<Database> conectar() const {
+        return esSQLite() ? Database::abrirSQLite(ficheroBD()) : Database::abrirPostgreSQL(conexionPg());
     }
-    QStringList puestos(const QString& ficheroSQLite = {}) const {
-        auto db = conectar(ficheroSQLite);
-        return puestosActivos(*db);
+    // Rows of PuestosActivos as "PUESTO/USUARIO", ordered by workstation.
+    QStringList puestos() const {
+        auto db = conectar();
+        QSqlQuery q = db->ejecutar(u"SELECT Puesto, Usuario FROM PuestosActivos ORDER BY Puesto"_s);
+        QStringList filas;
+        while (q.next())
+            filas << q.value(0).toString() + QLatin1Char('/') + q.value(1).toString();
+        return filas;
     }
 
     // The environment of pramelvix on this installation, as workstation `puesto`.
@@ -202,26 +184,23 @@ public:
 
 private:
     static QString servidorPg() { return qEnvironmentVariable("PRAMELVIX_TEST_PG"); }
-    static QAtomicInt& contador() {
-        static QAtomicInt c;
-        return c;
+    // Drops this installation's PostgreSQL database; returns the connection to the server.
+    std::unique_ptr<Database> borrarBDPg() const {
+        auto servidor = Database::abrirPostgreSQL(servidorPg() + u" dbname=postgres"_s);
+        servidor->ejecutarDirecto(u"DROP DATABASE IF EXISTS "_s + nombrePg_ + u" WITH (FORCE)"_s);
+        return servidor;
     }
+    static inline QAtomicInt contador_;
 
     QTemporaryDir tmp_;
     QString nombrePg_;
 };
 
 // A copy of pramelvix that keeps running: its standard input stays open, its output is
-// collected as it comes, and it is killed if the test leaves it running.
+// collected as it comes, and it is killed if the test leaves it running (by ~QProcess).
 class Sesion {
 public:
     Sesion(const Instalacion& inst, const QString& puesto) { p_.setProcessEnvironment(inst.entorno(puesto)); }
-    ~Sesion() {
-        if (p_.state() != QProcess::NotRunning) {
-            p_.kill();
-            p_.waitForFinished(5000);
-        }
-    }
 
     bool arrancar(const QByteArray& entrada) {
         p_.start(kPrograma, {u"-app:Start"_s});
@@ -235,13 +214,10 @@ public:
         const QByteArray buscado = texto.toUtf8();
         QDeadlineTimer limite(ms);
         while (true) {
+            const bool acabado = p_.state() == QProcess::NotRunning; // then all its output is read below
             salida_ += p_.readAllStandardOutput();
             if (salida_.contains(buscado)) return true;
-            if (p_.state() == QProcess::NotRunning) {
-                salida_ += p_.readAllStandardOutput();
-                return salida_.contains(buscado);
-            }
-            if (limite.hasExpired()) return false;
+            if (acabado || limite.hasExpired()) return false;
             p_.waitForReadyRead(int(qMax<qint64>(1, limite.remainingTime())));
         }
     }
@@ -249,22 +225,23 @@ public:
     // SIGTERM, then the wait for the end.
     Salida terminar() {
         p_.terminate();
-        Salida s = esperarFin(p_);
-        s.salida = salida_ + s.salida;
-        salida_.clear();
-        return s;
+        return fin();
     }
     // SIGKILL: the program cannot close anything.
     Salida matar() {
         p_.kill();
+        return fin();
+    }
+    QString textoHastaAhora() const { return QString::fromUtf8(salida_); }
+
+private:
+    Salida fin() {
         Salida s = esperarFin(p_);
         s.salida = salida_ + s.salida;
         salida_.clear();
         return s;
     }
-    QString textoHastaAhora() const { return QString::fromUtf8(salida_); }
 
-private:
     QProcess p_;
     QByteArray salida_;
 };

@@ -11,54 +11,27 @@ private slots:
         QTest::addColumn<QString>("puerto");
         QTest::addColumn<QString>("normalizado"); // "" = refused
         QTest::addColumn<QString>("dispositivo");
-        QTest::newRow("COM1") << "COM1"
-                              << "COM1"
-                              << "/dev/ttyS0";
-        QTest::newRow("COM16") << "COM16"
-                               << "COM16"
-                               << "/dev/ttyS15";
-        QTest::newRow("minúsculas y blancos") << " com3 "
-                                              << "COM3"
-                                              << "/dev/ttyS2";
-        QTest::newRow("COM17") << "COM17"
-                               << ""
-                               << "";
-        QTest::newRow("COM0") << "COM0"
-                              << ""
-                              << "";
-        QTest::newRow("COM01") << "COM01"
-                               << "COM1"
-                               << "/dev/ttyS0";
-        QTest::newRow("sólo el número") << "3"
-                                        << ""
-                                        << "";
-        QTest::newRow("LPT1") << "LPT1"
-                              << ""
-                              << "";
-        QTest::newRow("USB") << "/dev/ttyUSB0"
-                             << "/dev/ttyUSB0"
-                             << "/dev/ttyUSB0";
-        QTest::newRow("por id") << "/dev/serial/by-id/usb-Epson_TM-if00"
-                                << "/dev/serial/by-id/usb-Epson_TM-if00"
-                                << "/dev/serial/by-id/usb-Epson_TM-if00";
-        QTest::newRow("fuera de /dev") << "/dev/../etc/passwd"
-                                       << ""
-                                       << "";
-        QTest::newRow("sólo /dev/") << "/dev/"
-                                    << ""
-                                    << "";
-        QTest::newRow("acaba en /") << "/dev/serial/"
-                                    << ""
-                                    << "";
-        QTest::newRow("con blanco dentro") << "/dev/tty USB0"
-                                           << ""
-                                           << "";
-        QTest::newRow("sin /dev") << "ttyUSB0"
-                                  << ""
-                                  << "";
-        QTest::newRow("vacío") << ""
-                               << ""
-                               << "";
+        auto fila = [](const char* nombre, const char* puerto, const char* normalizado,
+                       const char* dispositivo) {
+            QTest::newRow(nombre) << QString(puerto) << QString(normalizado) << QString(dispositivo);
+        };
+        fila("COM1", "COM1", "COM1", "/dev/ttyS0");
+        fila("COM16", "COM16", "COM16", "/dev/ttyS15");
+        fila("minúsculas y blancos", " com3 ", "COM3", "/dev/ttyS2");
+        fila("COM17", "COM17", "", "");
+        fila("COM0", "COM0", "", "");
+        fila("COM01", "COM01", "COM1", "/dev/ttyS0");
+        fila("sólo el número", "3", "", "");
+        fila("LPT1", "LPT1", "", "");
+        fila("USB", "/dev/ttyUSB0", "/dev/ttyUSB0", "/dev/ttyUSB0");
+        fila("por id", "/dev/serial/by-id/usb-Epson_TM-if00", "/dev/serial/by-id/usb-Epson_TM-if00",
+             "/dev/serial/by-id/usb-Epson_TM-if00");
+        fila("fuera de /dev", "/dev/../etc/passwd", "", "");
+        fila("sólo /dev/", "/dev/", "", "");
+        fila("acaba en /", "/dev/serial/", "", "");
+        fila("con blanco dentro", "/dev/tty USB0", "", "");
+        fila("sin /dev", "ttyUSB0", "", "");
+        fila("vacío", "", "", "");
     }
     void puertos() {
         QFETCH(QString, puerto);

@@ -3,9 +3,7 @@
 #include "data/ajustes.h"
 #include "data/esquema.h"
 #include "data/registro.h"
-#include "scripted_dialogs.h"
 #include "sesion.h"
-#include "test_db.h"
 
 using namespace Qt::StringLiterals;
 
@@ -79,14 +77,19 @@ class TestRegistros : public QObject {
     }
 
 private slots:
-    void esquemaNuevoQuedaEnLaVersionDelPrograma() {
+    // A new database is at the program's version; migrating it again makes a table that went
+    // missing and changes nothing else; a database newer than the program is refused.
+    void migrarEsquemaActual() {
         TestDb t;
         QCOMPARE(versionEsquema(t.db()), versionEsquemaPrograma());
         for (const auto& tabla : catalogo())
             QVERIFY2(t.db().existeTabla(tabla.tabla), qPrintable(tabla.tabla));
-        // Running the migration again changes nothing and does not fail.
+        t.db().ejecutarDirecto(u"DROP TABLE LogErrores"_s);
         migrarEsquema(t.db());
         QCOMPARE(versionEsquema(t.db()), versionEsquemaPrograma());
+        QCOMPARE(RegistroStore(t.db()).contar(*descriptorTabla(u"LogErrores"_s)), 0);
+        t.db().ejecutar(u"INSERT INTO VersionEsquema (Version) VALUES (?)"_s, {versionEsquemaPrograma() + 1});
+        QVERIFY_THROWS_EXCEPTION(ErrorBD, migrarEsquema(t.db()));
     }
 
     void bdDeLaVersionAnteriorSeActualiza() {
@@ -106,21 +109,6 @@ private slots:
                 nombres << c.nombre;
             t.db().ejecutar(u"SELECT "_s + nombres.join(u", "_s) + u" FROM "_s + tabla.tabla);
         }
-    }
-
-    void tablaAusenteSeCreaAlMigrar() {
-        TestDb t;
-        t.db().ejecutarDirecto(u"DROP TABLE LogErrores"_s);
-        QVERIFY(!t.db().existeTabla(u"LogErrores"_s));
-        migrarEsquema(t.db());
-        QVERIFY(t.db().existeTabla(u"LogErrores"_s));
-        QCOMPARE(RegistroStore(t.db()).contar(*descriptorTabla(u"LogErrores"_s)), 0);
-    }
-
-    void esquemaMasModernoQueElProgramaSeRechaza() {
-        TestDb t;
-        t.db().ejecutar(u"INSERT INTO VersionEsquema (Version) VALUES (?)"_s, {versionEsquemaPrograma() + 1});
-        QVERIFY_THROWS_EXCEPTION(ErrorBD, migrarEsquema(t.db()));
     }
 
     void crearCargarActualizarEliminar() {
@@ -144,6 +132,7 @@ private slots:
         QCOMPARE(leido->valor(u"Momento"_s).toDateTime(), QDateTime(QDate(2026, 2, 28), QTime(23, 59, 58)));
         QCOMPARE(leido->valor(u"Activo"_s).toBool(), true);
         QCOMPARE(leido->valorExterno(u"Tipo"_s), u"Beta"_s);
+        QVERIFY_THROWS_EXCEPTION(ErrorPrograma, leido->valor(u"NoExiste"_s));
 
         Registro copia = leido->getCopia();
         copia.setValor(u"Importe"_s, 99.99);
@@ -254,12 +243,10 @@ private slots:
         QCOMPARE(ahora.has_value(), !eliminado);
         if (eliminado) return;
         QCOMPARE(ahora->texto(u"Nombre"_s), u"Ana (recepción)"_s);
-        QCOMPARE(ahora->valor(DescriptorTabla::kColumnaVersion).toLongLong(), 1);
         // Read again, the record saves.
         ahora->setValor(u"Nombre"_s, u"Ana (consulta)"_s);
         aqui.actualizar(*ahora);
         QCOMPARE(ahora->valor(DescriptorTabla::kColumnaVersion).toLongLong(), 2);
-        QCOMPARE(alli.cargar(clientes, id)->texto(u"Nombre"_s), u"Ana (consulta)"_s);
     }
 
     // The columns kept by their operations (a balance, the current owner, the stock) are not
@@ -300,23 +287,17 @@ private slots:
         QCOMPARE(leido->texto(nombre), u"Después"_s);
     }
 
-    void nuevaInstanciaEstaVacia() {
-        Registro r = nuevo(u"x"_s, 1, QDate(2026, 1, 1));
-        Registro vacio = r.nuevaInstancia();
-        QCOMPARE(&vacio.descriptor(), &r.descriptor());
-        for (const auto& c : prueba_.columnaS)
-            QVERIFY(vacio.valor(c.nombre).isNull());
-        QVERIFY_THROWS_EXCEPTION(ErrorPrograma, r.valor(u"NoExiste"_s));
-    }
-
-    void buscarConCondicionYOrden() {
+    void buscarYContar() {
         TestDb t;
         crearTablaPrueba(t.db());
         RegistroStore store(t.db());
+        QCOMPARE(store.contar(prueba_), 0);
+        QCOMPARE(store.contar(prueba_, {u"Importe > ?"_s, {5}}), 0);
         for (int i = 0; i < 5; ++i) {
             Registro r = nuevo(u"R%1"_s.arg(i), 10.0 * i, QDate(2026, 1, 1).addDays(i));
             store.crear(r);
         }
+        QCOMPARE(store.contar(prueba_, {u"Importe > ?"_s, {25}}), 2);
         auto lista = store.buscar(prueba_, {u"Fecha >= ?"_s, {QDate(2026, 1, 3)}}, {u"Importe DESC"_s});
         QCOMPARE(lista.size(), 3);
         QCOMPARE(lista.at(0).texto(u"Descripcion"_s), u"R4"_s);
@@ -324,17 +305,6 @@ private slots:
         // A value holding a quote or SQL travels bound and matches only itself.
         QCOMPARE(store.buscar(prueba_, {u"Descripcion = ?"_s, {u"R1' OR '1'='1"_s}}).size(), 0);
         QVERIFY_THROWS_EXCEPTION(ErrorPrograma, store.buscar(prueba_, {}, {u"Importe; DROP TABLE Prueba"_s}));
-    }
-
-    void contarTablaVaciaDaCero() {
-        TestDb t;
-        crearTablaPrueba(t.db());
-        RegistroStore store(t.db());
-        QCOMPARE(store.contar(prueba_), 0);
-        QCOMPARE(store.contar(prueba_, {u"Importe > ?"_s, {5}}), 0);
-        Registro r = nuevo(u"a"_s, 7, QDate(2026, 1, 1));
-        store.crear(r);
-        QCOMPARE(store.contar(prueba_, {u"Importe > ?"_s, {5}}), 1);
     }
 
     void horaNulaQuedaACeroTrasLaReparacion() {

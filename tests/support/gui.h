@@ -79,10 +79,4 @@ inline void capturar(QWidget& w, const QString& nombre) {
     w.grab().save(carpeta + u'/' + nombre);
 }
 
-#define PMX_GUI_TEST_MAIN(Clase)                                                                             \
-    int main(int argc, char** argv) {                                                                        \
-        QApplication app(argc, argv);                                                                        \
-        if (!TestDb::motorDisponible()) return 77;                                                           \
-        Clase prueba;                                                                                        \
-        return QTest::qExec(&prueba, argc, argv);                                                            \
-    }
+#define PMX_GUI_TEST_MAIN(Clase) PMX_TEST_MAIN(QApplication, Clase)

@@ -9,7 +9,8 @@ namespace {
 // workstation waiting: the test in which it happens fails.
 void sinTransaccionAbierta(const QString& titulo, const QString& texto) {
     if (Database::transaccionesAbiertas() == 0) return;
-    const QByteArray m = QStringLiteral("Diálogo abierto dentro de una transacción: «%1» %2").arg(titulo, texto).toUtf8();
+    const QByteArray m =
+        QStringLiteral("Diálogo abierto dentro de una transacción: «%1» %2").arg(titulo, texto).toUtf8();
     QTest::qFail(m.constData(), __FILE__, __LINE__);
 }
 } // namespace
@@ -21,26 +22,18 @@ void ScriptedDialogs::mostrar(Icono icono, const QString& titulo, const QString&
 
 bool ScriptedDialogs::preguntar(Icono icono, const QString& titulo, const QString& texto) {
     sinTransaccionAbierta(titulo, texto);
-    bool respuesta = false;
-    if (respuestas_.isEmpty())
-        ++sinRespuesta_;
-    else
-        respuesta = respuestas_.dequeue();
+    if (respuestas_.isEmpty()) ++sinRespuesta_;
+    const bool respuesta = !respuestas_.isEmpty() && respuestas_.dequeue();
     mensajes_.append({icono, titulo, texto, true, respuesta, {}, -1});
     return respuesta;
 }
 
 int ScriptedDialogs::elegir(const QString& titulo, const QString& texto, const QStringList& opciones) {
     sinTransaccionAbierta(titulo, texto);
-    int opcion = -1;
-    if (opciones_.isEmpty()) {
+    int opcion = opciones_.isEmpty() ? -2 : opciones_.dequeue(); // -2: nothing scripted
+    if (opcion < -1 || opcion >= opciones.size()) {
         ++sinRespuesta_;
-    } else {
-        opcion = opciones_.dequeue();
-        if (opcion < -1 || opcion >= opciones.size()) {
-            ++sinRespuesta_;
-            opcion = -1;
-        }
+        opcion = -1;
     }
     mensajes_.append({Icono::Pregunta, titulo, texto, true, opcion >= 0, opciones, opcion});
     return opcion;

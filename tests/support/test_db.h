@@ -35,11 +35,13 @@ private:
     std::unique_ptr<Database> db_;
 };
 
-// main() for store tests: skips (77) when the engine is not available.
-#define PMX_STORE_TEST_MAIN(Clase)                                                                           \
+// main() for tests on a database (Aplicacion: QCoreApplication, or QApplication for windows):
+// skips (77) when the engine is not available.
+#define PMX_TEST_MAIN(Aplicacion, Clase)                                                                     \
     int main(int argc, char** argv) {                                                                        \
-        QCoreApplication app(argc, argv);                                                                    \
+        Aplicacion app(argc, argv);                                                                          \
         if (!TestDb::motorDisponible()) return 77;                                                           \
         Clase prueba;                                                                                        \
         return QTest::qExec(&prueba, argc, argv);                                                            \
     }
+#define PMX_STORE_TEST_MAIN(Clase) PMX_TEST_MAIN(QCoreApplication, Clase)
