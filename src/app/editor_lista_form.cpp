@@ -1,5 +1,6 @@
 #include "app/editor_lista_form.h"
 
+#include "core/concordancia.h"
 #include "core/command_trace.h"
 
 QString textoRegistro(const Registro& r) {
@@ -127,8 +128,9 @@ bool EditorListaForm::eliminar() {
     });
     refrescar();
     if (usado)
-        e_.dialogs().avisar(kTituloAtencionEditor, QStringLiteral("No es posible eliminar este/a ") + t_->descTabla +
-                                                       QStringLiteral(" porque hay otros registros que dependen de "
-                                                                      "él/ella."));
+        e_.dialogs().avisar(kTituloAtencionEditor, QStringLiteral("No es posible eliminar ") + concordancia(t_->descTabla).este +
+                                                       QLatin1Char(' ') + t_->descTabla +
+                                                       QStringLiteral(" porque hay otros registros que dependen de ") +
+                                                       concordancia(t_->descTabla).el + QLatin1Char('.'));
     return ok && !usado;
 }

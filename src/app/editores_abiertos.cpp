@@ -1,5 +1,7 @@
 #include "app/editores_abiertos.h"
 
+#include "core/concordancia.h"
+
 bool EditoresAbiertos::ocupar(const QString& tabla, const QString& id, const void* dueno,
                               std::function<void()> traerAlFrente) {
     const QString k = clave(tabla, id);
@@ -23,7 +25,8 @@ bool EditoresAbiertos::abierto(const QString& tabla, const QString& id) const {
 }
 
 QString textoAbiertoEnOtraVentana(const QString& clase) {
-    return QStringLiteral("No es posible eliminar este/a ") + clase +
-           QStringLiteral(" porque lo/a tiene abierto/a en otra ventana de este equipo. Ciérrela antes de "
-                          "eliminarlo/a.");
+    const Concordancia c = concordancia(clase);
+    return QStringLiteral("No es posible eliminar ") + c.este + QLatin1Char(' ') + clase + QStringLiteral(" porque ") +
+           c.lo + QStringLiteral(" tiene abiert") + c.o +
+           QStringLiteral(" en otra ventana de este equipo. Ciérrela antes de eliminar") + c.lo + QLatin1Char('.');
 }

@@ -29,6 +29,6 @@ private:
     QHash<QString, Editor> abiertos_;
 };
 
-// "No es posible eliminar este/a Cliente porque lo/a tiene abierto/a en otra ventana de este equipo.
-// Ciérrela antes de eliminarlo/a."
+// "No es posible eliminar esta Mascota porque la tiene abierta en otra ventana de este equipo.
+// Ciérrela antes de eliminarla." (the words agree with the class).
 QString textoAbiertoEnOtraVentana(const QString& clase);

@@ -297,9 +297,11 @@ bool FichaForm::guardar() {
                             k->nombre);
         }
     }
-    BloqueoEdicion sinBloqueo(*e_);
+    // A new record is created under an "Alta" lock of its own, for the time of the save.
+    BloqueoEdicion alta(*e_);
+    if (nuevo_ && !alta.tomarAlta(*t_, t_->descTabla)) return false;
     const auto resultado =
-        guardarRegistro(*e_, traza, bloqueo_ ? *bloqueo_ : sinBloqueo, t_->descTabla, [&] {
+        guardarRegistro(*e_, traza, bloqueo_ ? *bloqueo_ : alta, t_->descTabla, [&] {
             RegistroStore store(e_->db());
             if (nuevo_) {
                 traza.paso(QStringLiteral("Crear el registro"));

@@ -1,19 +1,23 @@
 #include "app/guardado_registro.h"
 
 #include "app/login_form.h"
+#include "core/concordancia.h"
 #include "data/registro.h"
 
 #include <optional>
 
 QString textoRegistroModificado(const QString& clase) {
-    return QStringLiteral("Otro puesto ha guardado cambios en este/a ") + clase +
-           QStringLiteral(" desde que usted lo/a abrió. No se ha guardado nada. ¿Desea volver a cargarlo/a? "
-                          "Se perderán los cambios hechos en esta ventana.");
+    const Concordancia c = concordancia(clase);
+    return QStringLiteral("Otro puesto ha guardado cambios en ") + c.este + QLatin1Char(' ') + clase +
+           QStringLiteral(" desde que usted ") + c.lo +
+           QStringLiteral(" abrió. No se ha guardado nada. ¿Desea volver a cargar") + c.lo +
+           QStringLiteral("? Se perderán los cambios hechos en esta ventana.");
 }
 
 QString textoRegistroEliminado(const QString& clase) {
-    return QStringLiteral("Otro puesto ha eliminado este/a ") + clase +
-           QStringLiteral(" desde que usted lo/a abrió. No se ha guardado nada.");
+    const Concordancia c = concordancia(clase);
+    return QStringLiteral("Otro puesto ha eliminado ") + c.este + QLatin1Char(' ') + clase +
+           QStringLiteral(" desde que usted ") + c.lo + QStringLiteral(" abrió. No se ha guardado nada.");
 }
 
 ResultadoGuardado guardarRegistro(Entorno& e, CommandTrace& traza, BloqueoEdicion& bloqueo, const QString& clase,
@@ -44,7 +48,8 @@ ResultadoGuardado guardarRegistro(Entorno& e, CommandTrace& traza, BloqueoEdicio
     });
     if (referencia) {
         e.dialogs().avisar(kTituloAtencion,
-                           QStringLiteral("Alguno de los datos de este/a ") + clase +
+                           QStringLiteral("Alguno de los datos de ") + concordancia(clase).este +
+                               QLatin1Char(' ') + clase +
                                QStringLiteral(" apunta a un registro que no existe (puede que otro puesto lo haya "
                                               "eliminado). No se ha guardado nada."));
         return ResultadoGuardado::Fallido;

@@ -5,20 +5,21 @@
 namespace {
 Usuario leer(QSqlQuery& q) {
     return {q.value(0).toString(), q.value(1).toString(), q.value(2).toString(), q.value(3).toString(),
-            q.value(4).toString()};
+            q.value(4).toString(), q.value(5).toLongLong()};
 }
 const QString kColumnas = QStringLiteral("IdUsuario, Nombre, Salt, Hash, TipoUsuario");
+const QString kLectura = kColumnas + QStringLiteral(", VersionFila");
 } // namespace
 
 std::optional<Usuario> UsuarioStore::cargar(const QString& id) {
     QSqlQuery q = db_.ejecutar(
-        QStringLiteral("SELECT ") + kColumnas + QStringLiteral(" FROM Usuarios WHERE IdUsuario = ?"), {id});
+        QStringLiteral("SELECT ") + kLectura + QStringLiteral(" FROM Usuarios WHERE IdUsuario = ?"), {id});
     if (!q.next()) return std::nullopt;
     return leer(q);
 }
 
 QList<Usuario> UsuarioStore::todos() {
-    QSqlQuery q = db_.ejecutar(QStringLiteral("SELECT ") + kColumnas +
+    QSqlQuery q = db_.ejecutar(QStringLiteral("SELECT ") + kLectura +
                                QStringLiteral(" FROM Usuarios ORDER BY IdUsuario"));
     QList<Usuario> lista;
     while (q.next())
@@ -80,14 +81,15 @@ UsuarioStore::Resultado UsuarioStore::modificar(const Usuario& u, bool conClave)
         reservarAdministradores(db_);
         if (otrosAdministradores(u.IdUsuario) == 0) return Resultado::UnicoAdministrador;
     }
-    if (conClave)
-        db_.ejecutar(
-            QStringLiteral(
-                "UPDATE Usuarios SET Nombre = ?, TipoUsuario = ?, Salt = ?, Hash = ? WHERE IdUsuario = ?"),
-            {u.Nombre, u.TipoUsuario, u.Salt, u.Hash, u.IdUsuario});
-    else
-        db_.ejecutar(QStringLiteral("UPDATE Usuarios SET Nombre = ?, TipoUsuario = ? WHERE IdUsuario = ?"),
-                     {u.Nombre, u.TipoUsuario, u.IdUsuario});
+    if (actual->versionFila != u.versionFila) return Resultado::CambiadoEnOtroPuesto;
+    const QString version = QStringLiteral(", VersionFila = VersionFila + 1 WHERE IdUsuario = ? AND VersionFila = ?");
+    const int n =
+        conClave ? db_.ejecutarCambio(QStringLiteral("UPDATE Usuarios SET Nombre = ?, TipoUsuario = ?, Salt = ?, Hash = ?") +
+                                          version,
+                                      {u.Nombre, u.TipoUsuario, u.Salt, u.Hash, u.IdUsuario, u.versionFila})
+                 : db_.ejecutarCambio(QStringLiteral("UPDATE Usuarios SET Nombre = ?, TipoUsuario = ?") + version,
+                                      {u.Nombre, u.TipoUsuario, u.IdUsuario, u.versionFila});
+    if (n == 0) return Resultado::CambiadoEnOtroPuesto;
     tx.commit();
     return Resultado::Hecho;
 }

@@ -11,6 +11,7 @@ struct Usuario {
     QString Salt;
     QString Hash;
     QString TipoUsuario;
+    qint64 versionFila = 0; // the row version read (VersionFila)
 };
 
 class UsuarioStore {
@@ -29,10 +30,11 @@ public:
     // from a user, or deleting one, first touches every administrator's row, so that two
     // workstations cannot each remove "the other" last administrator (PostgreSQL holds the
     // rows until the end of the transaction; SQLite runs one writer at a time anyway).
-    enum class Resultado { Hecho, YaExiste, NoExiste, UnicoAdministrador };
+    enum class Resultado { Hecho, YaExiste, NoExiste, UnicoAdministrador, CambiadoEnOtroPuesto };
     // A new user; YaExiste when the identifier is taken.
     Resultado crear(const Usuario& u);
-    // Name and type of an existing user, and salt and hash when conClave.
+    // Name and type of an existing user, and salt and hash when conClave, provided nobody
+    // saved the user since u.versionFila was read (CambiadoEnOtroPuesto: nothing written).
     Resultado modificar(const Usuario& u, bool conClave);
     // Deletes a user unless it is the only administrator (NoExiste: it was already gone).
     Resultado eliminarSalvoUnicoAdministrador(const QString& id);

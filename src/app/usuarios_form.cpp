@@ -1,6 +1,7 @@
 #include "app/usuarios_form.h"
 
 #include "app/claves.h"
+#include "app/guardado_registro.h"
 #include "app/usuario_store.h"
 #include "core/command_trace.h"
 #include "data/esquema.h"
@@ -83,6 +84,7 @@ void UsuariosForm::mostrarUsuario(int fila) {
     fila_ = fila;
     idOriginal_ = u->IdUsuario;
     tipoOriginal_ = u->TipoUsuario;
+    versionLeida_ = u->versionFila;
     id_ = u->IdUsuario;
     nombre_ = u->Nombre;
     clave_ = kMarcaClave;
@@ -202,7 +204,7 @@ bool UsuariosForm::guardar() {
             sal = nuevaSal();
             hash = hashClave(sal, clave_);
         }
-        Usuario u{id, nombre_.trimmed(), sal, hash, tipo_};
+        Usuario u{id, nombre_.trimmed(), sal, hash, tipo_, versionLeida_};
         traza.paso(QStringLiteral("Guardar el usuario ") + id);
         UsuarioStore store(e_.db());
         switch (esNuevo() ? store.crear(u) : store.modificar(u, !mantenerClave)) {
@@ -216,6 +218,13 @@ bool UsuariosForm::guardar() {
             return;
         case UsuarioStore::Resultado::NoExiste:
             rechazar(kTituloAtencion, textoYaNoExiste(idOriginal_), Campo::Identificador);
+            return;
+        case UsuarioStore::Resultado::CambiadoEnOtroPuesto:
+            if (e_.dialogs().preguntar(Icono::Exclamacion, kTituloAtencion, textoRegistroModificado(QStringLiteral("Usuario")))) {
+                leerLista();
+                for (int i = 0; i < lista_.size(); ++i)
+                    if (lista_.at(i).IdUsuario == idOriginal_) mostrarUsuario(i);
+            }
             return;
         case UsuarioStore::Resultado::UnicoAdministrador:
             rechazar(kTituloAtencion,

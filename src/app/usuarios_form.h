@@ -75,6 +75,7 @@ private:
     int fila_ = -1;
     QString idOriginal_;
     QString tipoOriginal_;
+    qint64 versionLeida_ = 0;
     QString id_, nombre_, clave_, confirmacion_, tipo_ = kTipoUsuario;
     bool modificado_ = false;
     Campo foco_ = Campo::Identificador;

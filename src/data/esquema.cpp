@@ -43,6 +43,12 @@ const QList<Referencia> kReferencias = {
     {QStringLiteral("Albaranes"), {QStringLiteral("IdCliente"), QStringLiteral("Clientes"), false, 4}},
     {QStringLiteral("Albaranes"), {QStringLiteral("IdMascota"), QStringLiteral("Mascotas"), false, 4}},
     {QStringLiteral("LineasAlbaran"), {QStringLiteral("IdAlbaran"), QStringLiteral("Albaranes"), true, 4}},
+    // An article sold on a note, or classified under a family, stays while those rows do; its
+    // special conditions go with it.
+    {QStringLiteral("LineasAlbaran"), {QStringLiteral("IdArticulo"), QStringLiteral("Articulos"), false, 5}},
+    {QStringLiteral("CondicionesEspeciales"), {QStringLiteral("IdArticulo"), QStringLiteral("Articulos"), true, 5}},
+    {QStringLiteral("Articulos"), {QStringLiteral("Familia"), QStringLiteral("Familias"), false, 5}},
+    {QStringLiteral("Articulos"), {QStringLiteral("SubFamilia"), QStringLiteral("Subfamilias"), false, 5}},
 };
 
 void completarIntegridad(QList<DescriptorTabla>& todas) {

@@ -6,22 +6,38 @@
 #include "sales/albaran_documento.h"
 #include "sales/albaran_form.h"
 
-// The note as stored, ready to print: it is always read again. A note invoiced or collected
-// since it was opened here is not printed (its message is shown and the stored note comes
-// back on the screen); unsaved changes of a note that can still change are saved first.
+// The note as stored, ready to print: it is always read again, lines and totals included
+// (another workstation may have changed a note shown here read-only). A note invoiced or
+// collected since it was opened here is not printed (its message is shown and the stored note
+// comes back on the screen); unsaved changes of a note that can still change are saved first.
 bool AlbaranForm::prepararImpresion() {
     if (a_.esNuevo()) return guardar();
-    if (a_.facturado() || a_.algoCobrado()) return releer().has_value(); // closed when opened: as stored
-    if (!comprobarSinCambiosAjenos(QStringLiteral("No se imprimirán los cambios efectuados"),
-                                   kTituloImposibleGuardar)) {
-        if (a_.facturado() || a_.algoCobrado()) {
-            modificado_ = false;
-            bloqueo_.liberar();
-            cargar(*a_.IdAlbaran);
+    if (!a_.facturado() && !a_.algoCobrado()) {
+        if (!comprobarSinCambiosAjenos(QStringLiteral("No se imprimirán los cambios efectuados"),
+                                       kTituloImposibleGuardar)) {
+            if (a_.facturado() || a_.algoCobrado()) {
+                modificado_ = false;
+                bloqueo_.liberar();
+                cargar(*a_.IdAlbaran);
+            }
+            return false;
         }
+        if (modificado_) return guardar();
+    }
+    std::optional<Albaran> leido;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("imprimir un Albarán") + kEnPantallaAlbaranes);
+    if (!traza.ejecutar([&] {
+            traza.paso(QStringLiteral("Leer de nuevo el Albarán"));
+            leido = store_.cargar(*a_.IdAlbaran);
+        }))
+        return false;
+    if (!leido) {
+        errorDeLectura(numeroNota());
         return false;
     }
-    return !modificado_ || guardar();
+    a_ = *leido;
+    notificar();
+    return true;
 }
 
 bool AlbaranForm::documento(const std::function<bool(const DatosDocumento&)>& enviar) {

@@ -331,11 +331,22 @@ bool ArticuloForm::eliminar() {
         return false;
     }
     CommandTrace t(e_.dialogs(), traza(QStringLiteral("eliminar")));
-    const bool ok = t.ejecutar([&] {
+    std::optional<ArticuloStore::Baja> baja;
+    t.ejecutar([&] {
         t.paso(QStringLiteral("Eliminar el Artículo"));
-        ArticuloStore(e_.db()).eliminar(registro_);
+        baja = ArticuloStore(e_.db()).eliminar(registro_);
     });
-    if (!ok) return false;
+    if (baja == ArticuloStore::Baja::Referido) {
+        if (!modificado_) bloqueo_.liberar();
+        return fallo(Icono::Exclamacion, QStringLiteral("¡Atención!"),
+                     QStringLiteral("No se puede eliminar este Artículo porque hay Albaranes u otros registros que "
+                                    "dependen de él. Puede darlo de baja con una fecha de baja."),
+                     QString());
+    }
+    if (!baja) {
+        if (!modificado_) bloqueo_.liberar();
+        return false;
+    }
     nuevo();
     return true;
 }

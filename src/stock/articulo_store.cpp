@@ -32,8 +32,13 @@ int ArticuloStore::actualizarConSerie(Registro& r, const QString& serie) {
     return lineas;
 }
 
-bool ArticuloStore::eliminar(const Registro& r) {
-    return RegistroStore(db_).eliminar(r);
+ArticuloStore::Baja ArticuloStore::eliminar(const Registro& r) {
+    try {
+        return RegistroStore(db_).eliminar(r) ? Baja::Eliminado : Baja::NoExiste;
+    } catch (const ErrorBD& e) {
+        if (!esErrorDeReferencia(e)) throw;
+        return Baja::Referido;
+    }
 }
 
 bool ArticuloStore::existeProveedor(qint64 codigo) {

@@ -50,7 +50,10 @@ public:
     void crear(Registro& r);
     void actualizar(Registro& r);
     int actualizarConSerie(Registro& r, const QString& serie);
-    bool eliminar(const Registro& r);
+    // Referido: delivery-note lines point at the article (nothing is deleted); its special
+    // conditions go with it.
+    enum class Baja { Eliminado, NoExiste, Referido };
+    Baja eliminar(const Registro& r);
     // Whether a supplier with this code exists.
     bool existeProveedor(qint64 codigo);
     // The look-up list of a parameter table (key and Descripcion, or Nombre for suppliers),

@@ -193,7 +193,7 @@ private slots:
         db.ejecutarCambio(u"DELETE FROM Mascotas WHERE IdMascota = ?"_s, {borrada});
         db.ejecutarCambio(u"DELETE FROM Albaranes"_s);
         migrarEsquema(db);
-        QCOMPARE(versionEsquema(db), 4);
+        QCOMPARE(versionEsquema(db), versionEsquemaPrograma());
         const auto mascota = RegistroStore(db).cargar(descriptorRequerido(u"Mascotas"_s), toby);
         QVERIFY(mascota);
         QCOMPARE(mascota->texto(u"Nombre"_s), u"Toby"_s);
