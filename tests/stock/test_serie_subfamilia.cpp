@@ -1,7 +1,5 @@
-// Changing a subfamily's series in its list rewrites the series of the pending delivery notes
-// that hold its articles, after the question, with the database locked for administration.
-// Nothing here registers the rule: the core applies it in every program, windows or none.
-// Which lines the rewrite touches: test_series_articulo.
+// Changing a subfamily's series in its list rewrites the pending delivery notes after the
+// question, under the administrative lock (which lines: test_series_articulo).
 #include "app/bloqueo_edicion.h"
 #include "app/ficha_form.h"
 #include "data/esquema.h"

@@ -30,11 +30,9 @@ private slots:
         auto fila = [](const char* nombre, QStringList a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
         fila("todas", {"P", "S", "F", "G"}, "P");
         fila("sin propia", {"", "S", "F", "G"}, "S");
-        fila("solo familia y sección", {"", "", "F", "G"}, "F");
         fila("solo sección", {"", "", "", "G"}, "G");
         fila("ninguna", {"", "", "", ""}, "");
         fila("blancos no cuentan", {"  ", " ", " F ", "G"}, "F");
-        fila("propia sobre sección", {"P", "", "", "G"}, "P");
     }
     void nivelQueManda() {
         QFETCH(QStringList, series);
