@@ -154,10 +154,6 @@ private slots:
         QVERIFY(r.buscar());
         QCOMPARE(r.filas().size(), 2);
         r.filtro = {};
-        r.filtro.mascota = u"ruf"_s;
-        QVERIFY(r.buscar());
-        QCOMPARE(r.filas().size(), 2);
-        r.filtro = {};
         c->elecciones = {c->luis};
         QVERIFY(r.elegirOrigen());
         QCOMPARE(r.nombreOrigen(), u"Luis Pérez"_s);

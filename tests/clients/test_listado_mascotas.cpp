@@ -63,7 +63,6 @@ private slots:
         fila("nacimiento sin marcar", u"nacimiento-sin-marcar"_s,
              QStringList{u"Misi"_s, u"Rufo"_s, u"Toby"_s});
         fila("alta", u"alta"_s, QStringList{u"Misi"_s, u"Rufo"_s});
-        fila("caducidad", u"caducidad"_s, QStringList{u"Rufo"_s});
         fila("última visita", u"visita"_s, QStringList{u"Rufo"_s});
         fila("bajas", u"bajas"_s, QStringList{u"Misi"_s, u"Rufo"_s, u"Toby"_s, u"Viejo"_s});
         fila("baja entre fechas", u"baja"_s, QStringList{u"Viejo"_s});
@@ -82,7 +81,6 @@ private slots:
         if (filtro.startsWith(u"nacimiento"_s))
             x.nacimiento = {filtro == u"nacimiento"_s, QDate(2020, 1, 1), QDate(2023, 1, 1)};
         if (filtro == u"alta"_s) x.alta = {true, QDate(2020, 1, 15), QDate(2022, 9, 1)}; // both ends included
-        if (filtro == u"caducidad"_s) x.caducidadPlan = {true, QDate(2027, 1, 1), QDate()};
         if (filtro == u"visita"_s) x.ultimaVisita = {true, QDate(), QDate(2026, 11, 23)};
         if (filtro == u"bajas"_s) x.incluirBajas = true;
         if (filtro == u"baja"_s) {
