@@ -128,8 +128,6 @@ private slots:
         permitir = false;
         QVERIFY(!f.eliminar(0));
         QCOMPARE(f.filas().size(), 1);
-        permitir = true;
-        QVERIFY(f.eliminar(0));
     }
 
     void guardarPorDueno() {

@@ -75,12 +75,11 @@ private slots:
         pulsar(w, u"cmdBuscar"_s);
         QCOMPARE(hijo<QGroupBox>(w, u"fraResultado"_s)->title(), u" Mascotas que cumplen las condiciones (3) "_s);
         capturar(w, u"listado-mascotas.png"_s);
-        auto* lista = hijo<QTreeWidget>(w, u"lvwMascotas"_s);
+        hijo<QTreeWidget>(w, u"lvwMascotas"_s)->setCurrentItem(nullptr);
         QSignalSpy abrir(&w, &ListadoMascotasWindow::mascotaElegida);
-        lista->setCurrentItem(lista->topLevelItem(1)); // Rufo
         pulsar(w, u"cmdAbrirMascota"_s);
-        QCOMPARE(abrir.count(), 1);
-        QCOMPARE(abrir.first().at(1).toLongLong(), c->rufo);
+        QCOMPARE(c->s.d.ultimoTexto(), u"Debe seleccionar previamente una Mascota"_s);
+        QCOMPARE(abrir.count(), 0);
     }
 
     void cambioDePropietario() {

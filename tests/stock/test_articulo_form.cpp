@@ -95,8 +95,6 @@ private slots:
         const QStringList producto = ArticuloForm::columnasProducto();
         QVERIFY(a.setTexto(u"ArtCodBarras"_s, u"8412345678905"_s));
         QVERIFY(a.setTexto(u"ArtCodProv"_s, u"1"_s));
-        QVERIFY(a.setTexto(u"ArtRefProvHab"_s, u"REF-9"_s));
-        QVERIFY(a.setTexto(u"ArtStockMin"_s, u"2"_s));
         // Stock and the last purchase are never typed: their operations keep them.
         for (const QString& c : {u"Stock"_s, u"ArtUltPrecio"_s, u"ArtCodUltProv"_s, u"ArtFecUltUso"_s})
             QVERIFY2(!a.setTexto(c, u"5"_s) && a.texto(c).isEmpty(), qPrintable(c));
