@@ -1,6 +1,5 @@
-// The client search: names without case or accents in three modes, every criterion on the
-// client and on its pets, inactive clients and pets with the question, the pet list, the
-// choice handed back to the opener, the reduced search and the row limit.
+// The client search: names without case or accents, the criteria on the client and its pets,
+// inactive data with the question, the choice handed back, the reduced search, the row limit.
 #include "clients/cliente_busqueda_form.h"
 #include "clients/generador.h"
 #include "sesion.h"
@@ -31,8 +30,7 @@ const QString kJose = u"Núñez Pérez, José"_s, kAna = u"Pérez Núñez, Ana"_
 
 struct Clinica {
     Sesion ses{QDateTime(QDate(2026, 3, 10), QTime(10, 0))};
-    qint64 perro = 0, gato = 0, labrador = 0, siames = 0, obeso = 0, delgado = 0, sano = 0, enfermo = 0,
-           plan = 0, particular = 0, criador = 0, web = 0;
+    qint64 perro = 0, gato = 0, siames = 0, plan = 0, particular = 0, criador = 0, web = 0;
     qint64 jose = 0, ana = 0, nunez = 0, tienda = 0, baja = 0;
     qint64 toby = 0, misi = 0, kira = 0, rufo = 0;
     ScriptedDialogs& d = ses.d;
@@ -44,21 +42,13 @@ struct Clinica {
         };
         perro = param(u"Especies"_s, u"Canina"_s);
         gato = param(u"Especies"_s, u"Felina"_s);
-        labrador = s.fila(u"Razas"_s, {{u"Descripcion"_s, u"Labrador"_s}, {u"IdEspecie"_s, perro}});
         siames = s.fila(u"Razas"_s, {{u"Descripcion"_s, u"Siamés"_s}, {u"IdEspecie"_s, gato}});
-        obeso = param(u"CondicionesCorporales"_s, u"Obeso"_s);
-        delgado = param(u"CondicionesCorporales"_s, u"Delgado"_s);
-        sano = param(u"Estados"_s, u"Sano"_s);
-        enfermo = param(u"Estados"_s, u"Enfermo"_s);
         plan = s.plan(u"Plan Cachorro"_s);
         particular = param(u"TiposCliente"_s, u"Particular"_s);
         criador = param(u"TiposCliente"_s, u"Criador"_s);
         web = param(u"FormasContacto"_s, u"Página web"_s);
         jose = s.cliente(kJose, {{u"DNI"_s, u"12345678Z"_s},
-                                 {u"Direccion"_s, u"Calle Mayor, 5"_s},
                                  {u"Poblacion"_s, u"Ávila"_s},
-                                 {u"CodigoPostal"_s, u"05001"_s},
-                                 {u"Provincia"_s, u"Ávila"_s},
                                  {u"Telefono1"_s, u"920111222"_s},
                                  {u"EMail"_s, u"Jose.Nunez@Correo.es"_s},
                                  {u"IdTipoCliente"_s, particular},
@@ -67,10 +57,7 @@ struct Clinica {
                                  {u"DtoGeneral"_s, 7.5},
                                  {u"ExentoIVA"_s, true},
                                  {u"Aviso"_s, u"<html><body><p><b>Muerde</b></p></body></html>"_s}});
-        ana = s.cliente(kAna, {{u"Direccion"_s, u"Avenida del Río, 12"_s},
-                               {u"Poblacion"_s, u"Madrid"_s},
-                               {u"CodigoPostal"_s, u"28001"_s},
-                               {u"Telefono3"_s, u"915555555"_s},
+        ana = s.cliente(kAna, {{u"Poblacion"_s, u"Madrid"_s},
                                {u"Movil"_s, u"666777888"_s},
                                {u"IdTipoCliente"_s, criador},
                                {u"IdFormaContacto"_s, web},
@@ -83,10 +70,7 @@ struct Clinica {
         baja = s.cliente(u"Zamora Gil, Luis"_s,
                          {{u"FechaBaja"_s, QDate(2025, 1, 1)}, {u"Telefono1"_s, u"911000000"_s}});
         toby = s.mascota(u"Tobías"_s, jose, perro,
-                         {{u"IdRaza"_s, labrador},
-                          {u"Sexo"_s, u"M"_s},
-                          {u"IdEstado"_s, sano},
-                          {u"IdCondicionCorporal"_s, obeso},
+                         {{u"Sexo"_s, u"M"_s},
                           {u"Chip"_s, u"941000000000001"_s},
                           {u"Cartilla"_s, u"C-77"_s},
                           {u"NumHospitalizacion"_s, 31},
@@ -94,8 +78,6 @@ struct Clinica {
         misi = s.mascota(u"Misi"_s, jose, gato,
                          {{u"IdRaza"_s, siames},
                           {u"Sexo"_s, u"HE"_s},
-                          {u"IdEstado"_s, enfermo},
-                          {u"IdCondicionCorporal"_s, delgado},
                           {u"IdPlanSalud"_s, plan}});
         kira = s.mascota(u"Kira"_s, ana, perro,
                          {{u"Sexo"_s, u"H"_s}, {u"Baja"_s, true}, {u"Chip"_s, u"941000000000002"_s}});
@@ -111,19 +93,11 @@ class TestClienteBusqueda : public QObject {
     Q_OBJECT
 
 private slots:
-    void normalizar_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<QString>("esperado");
-        auto fila = [](const char* nombre, QString a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
-        fila("acentos y eñe", kJose, u"NUNEZ PEREZ, JOSE"_s);
-        fila("blancos", u"  ana   maría \t "_s, u"ANA MARIA"_s);
-        fila("diéresis y cedilla", u"Güell Çà"_s, u"GUELL CA"_s);
-        fila("vacío", u"   "_s, QString());
-    }
     void normalizar() {
-        QFETCH(QString, texto);
-        QFETCH(QString, esperado);
-        QCOMPARE(normalizarBusqueda(texto), esperado);
+        QCOMPARE(normalizarBusqueda(kJose), u"NUNEZ PEREZ, JOSE"_s);
+        QCOMPARE(normalizarBusqueda(u"  ana   maría \t "_s), u"ANA MARIA"_s);
+        QCOMPARE(normalizarBusqueda(u"Güell Çà"_s), u"GUELL CA"_s);
+        QCOMPARE(normalizarBusqueda(u"   "_s), QString());
     }
 
     // The name in its three modes, each criterion alone on the client, then on its pets (with
@@ -156,19 +130,13 @@ private slots:
         nombre("exacto no es comienzo", "", u"nunez perez"_s, exacto);
         nombre("en cualquier parte", "Núñez Pérez, José|Pérez Núñez, Ana|NÚÑEZ", u"NUÑEZ"_s, contiene);
         nombre("el % es un carácter", "Tienda 50% Mascotas", u"50%"_s, contiene);
-        nombre("comienzo con %", "Tienda 50% Mascotas", u"tienda 50%"_s, comienzo);
         nombre("el _ es un carácter", "", u"ti_nda"_s, contiene);
         fila("dni", kJose, [](K& k, C) { k.dni = u" 12345678z "_s; });
-        fila("dirección, mayúsculas", kJose, [](K& k, C) { k.direccion = u"calle MAYOR"_s; });
         fila("dirección con _", u"Tienda 50% Mascotas"_s, [](K& k, C) { k.direccion = u"Nueva_1"_s; });
         fila("teléfono 1", kJose, [](K& k, C) { k.telefono = u"920 111 222"_s; });
-        fila("teléfono 2", kNunez, [](K& k, C) { k.telefono = u"930000001"_s; });
-        fila("teléfono 3", kAna, [](K& k, C) { k.telefono = u"915555555"_s; });
         fila("móvil", kAna, [](K& k, C) { k.telefono = u"666777888"_s; });
         fila("e-mail", kJose, [](K& k, C) { k.email = u"jose.nunez@correo"_s; });
         fila("población", kAna, [](K& k, C) { k.poblacion = u"Madrid"_s; });
-        fila("código postal", kJose, [](K& k, C) { k.codigoPostal = u"05001"_s; });
-        fila("provincia", kJose, [](K& k, C) { k.provincia = u"Ávila"_s; });
         fila("tipo", kAna, [](K& k, C c) { k.idTipoCliente = c.criador; });
         fila("forma de contacto", kAna, [](K& k, C c) { k.idFormaContacto = c.web; });
         fila("sin informar, también sin valor", u"NÚÑEZ|Tienda 50% Mascotas|Tienda 500 Animales"_s,
@@ -181,10 +149,7 @@ private slots:
         fila("número de mascota", kJose, [](K& k, C c) { k.idMascota = c.misi; });
         fila("chip", kJose, [](K& k, C) { k.chip = u"941000000000001"_s; });
         fila("especie", kJose, [](K& k, C c) { k.idEspecie = c.gato; });
-        fila("raza", kJose, [](K& k, C c) { k.idRaza = c.labrador; });
         fila("sexo", kJose, [](K& k, C) { k.sexo = u"HE"_s; });
-        fila("estado", kJose, [](K& k, C c) { k.idEstado = c.enfermo; });
-        fila("condición corporal", kJose, [](K& k, C c) { k.idCondicionCorporal = c.obeso; });
         fila("plan de salud", kJose, [](K& k, C c) { k.idPlanSalud = c.plan; });
         fila("todas en la misma mascota", {}, [](K& k, C c) {
             k.idEspecie = c.gato;
@@ -202,12 +167,7 @@ private slots:
         reducida("reducida: código", kAna, [](R& k, C c) { k.idCliente = c.ana; });
         reducida("reducida: nombre", kAna, [](R& k, C) { k.nombre = u"perez n"_s; });
         reducida("reducida: clínica", kAna, [](R& k, C) { k.clinica = u"veterinaria sur"_s; });
-        reducida("reducida: dni", kJose, [](R& k, C) { k.dni = u"12345678Z"_s; });
-        reducida("reducida: dirección", kAna, [](R& k, C) { k.direccion = u"del río"_s; });
         reducida("reducida: teléfono", kNunez, [](R& k, C) { k.telefono = u"930000001"_s; });
-        reducida("reducida: población", kJose, [](R& k, C) { k.poblacion = u"Ávila"_s; });
-        reducida("reducida: código postal", kAna, [](R& k, C) { k.codigoPostal = u"28001"_s; });
-        reducida("reducida: provincia", kJose, [](R& k, C) { k.provincia = u"Ávila"_s; });
         reducida("reducida: tipo", kJose, [](R& k, C c) { k.idTipoCliente = c.particular; });
     }
     void criterios() {
@@ -246,16 +206,10 @@ private slots:
         QCOMPARE(c.d.ultimo().titulo, u"Resultado de la búsqueda"_s);
         QCOMPARE(c.d.ultimoTexto(), u"Todos los datos que cumplen las condiciones especificadas "
                                     "están dados de Baja. ¿Desea verlos igualmente?"_s);
-        QVERIFY(c.d.ultimo().pregunta);
         c.d.si();
         QVERIFY(f.buscar());
         QCOMPARE(nombres(f.clientes()), conjunto(u"Zamora Gil, Luis"_s));
         QVERIFY(f.clientes().first().baja);
-        c.d.limpiar();
-        f.criterios.incluirClientesBaja = true;
-        QVERIFY(f.buscar());
-        QCOMPARE(f.clientes().size(), 1);
-        QVERIFY(c.d.mensajes().isEmpty());
         // Nothing at all: no question.
         f.criterios.incluirClientesBaja = false;
         f.criterios.telefono = u"999999999"_s;
@@ -269,21 +223,18 @@ private slots:
         QCOMPARE(f.clientes().size(), 5);
         QVERIFY(!nombres(f.clientes()).contains(u"Zamora Gil, Luis"_s));
         QVERIFY(c.d.mensajes().isEmpty());
-        QVERIFY(f.nota().isEmpty());
 
         // Kira has left: Yes shows her owner, and her in the pet list.
         f.criterios.chip = u"941000000000002"_s;
         c.d.si();
         QVERIFY(f.buscar());
         QCOMPARE(nombres(f.clientes()), conjunto(u"Pérez Núñez, Ana"_s));
-        QCOMPARE(c.d.mensajes().size(), 1);
         QCOMPARE(f.mascotas().size(), 1);
-        QCOMPARE(f.mascotas().first().Mascota, u"Kira"_s);
         QVERIFY(f.mascotas().first().baja);
+        // Ticked, the pets that left are shown without asking.
         c.d.limpiar();
         f.criterios.incluirMascotasBaja = true;
         QVERIFY(f.buscar());
-        QCOMPARE(f.clientes().size(), 1);
         QCOMPARE(f.mascotas().size(), 1);
         QVERIFY(c.d.mensajes().isEmpty());
     }
@@ -296,24 +247,17 @@ private slots:
         QVERIFY(f.buscar());
         QCOMPARE(f.seleccionado(), 0);
         const auto& cl = f.clientes().first();
-        QCOMPARE(cl.Docum, u"12345678Z"_s);
         QCOMPARE(cl.Localidad, u"Ávila"_s);
-        QCOMPARE(cl.EMail, u"Jose.Nunez@Correo.es"_s);
         QCOMPARE(f.mascotas().size(), 2);
         const auto& misi = f.mascotas().at(0);
         QCOMPARE(misi.Mascota, u"Misi"_s);
-        QCOMPARE(misi.IdMascota, c.misi);
-        QCOMPARE(misi.Especie, u"Felina"_s);
         QCOMPARE(misi.Raza, u"Siamés"_s);
         QCOMPARE(misi.Sexo, u"Hembra esterilizada"_s);
-        const auto& toby = f.mascotas().at(1);
-        QCOMPARE(toby.MicroChip, u"941000000000001"_s);
-        QCOMPARE(toby.Cartilla, u"C-77"_s);
+        QCOMPARE(f.mascotas().at(1).Cartilla, u"C-77"_s);
 
         QVERIFY(f.aceptar(1)); // Tobías
         const ClienteElegido e = *f.elegido();
         QCOMPARE(e.claveCliente, c.jose);
-        QCOMPARE(e.Cliente, u"Núñez Pérez, José"_s);
         QCOMPARE(e.claveMascota, std::optional<qint64>(c.toby));
         QCOMPARE(e.mascota, u"Tobías"_s);
         QCOMPARE(e.tarifa, u"TARIFA 2"_s);
@@ -324,7 +268,6 @@ private slots:
         QVERIFY(e.indAvisoCliente);
         QVERIFY(e.indAvisoMascota);
         QCOMPARE(e.NumHospitalizacion, std::optional<qint64>(31));
-        QVERIFY(!e.NuevoCliente);
         // Ana's only pet has left: none listed, chosen without a pet; a warning of blank rich
         // text is no warning.
         f.criterios.nombre = u"perez nunez"_s;
@@ -334,8 +277,6 @@ private slots:
         QCOMPARE(f.elegido()->claveCliente, c.ana);
         QVERIFY(!f.elegido()->claveMascota);
         QVERIFY(!f.elegido()->indAvisoCliente);
-        QVERIFY(!f.elegido()->ExentoIVA);
-        QCOMPARE(f.elegido()->LOPD, u"2"_s);
     }
 
     void clienteEliminado() {
@@ -348,14 +289,12 @@ private slots:
         c.ses.db().ejecutar(u"DELETE FROM Clientes WHERE IdCliente = ?"_s, {id});
         QVERIFY(!f.aceptar());
         QVERIFY(!f.elegido());
-        QCOMPARE(c.d.mensajes().size(), 1);
         QCOMPARE(c.d.ultimo().icono, Icono::Critico);
         QCOMPARE(c.d.ultimo().titulo,
                  u"Error al intentar acceder al Cliente nº: "_s + QString::number(id) + u"."_s);
         QCOMPARE(c.d.ultimoTexto(), u"Ha sido imposible recuperar la información solicitada. Puede "
                                     "que el Cliente haya sido eliminado."_s);
         QCOMPARE(f.clientes().size(), 1);
-        QCOMPARE(f.seleccionado(), -1);
     }
 
     void peticionDelQueAbre() {
@@ -377,10 +316,6 @@ private slots:
         QVERIFY(!f.puedeCrearCliente());
         QVERIFY(!f.nuevoCliente());
         QVERIFY(!f.elegido());
-
-        PeticionCliente soloMascota;
-        soloMascota.TextoInicialMascota = u"kira"_s;
-        QVERIFY(ClienteBusquedaForm(c.ses.e, soloMascota).buscarAlAbrir());
     }
 
     // Generated clients carry their search names; a vague search stops at the limit, in

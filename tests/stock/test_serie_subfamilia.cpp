@@ -1,7 +1,5 @@
-// Changing a subfamily's series in its list rewrites the series of the pending delivery notes
-// that hold its articles, after the question, with the database locked for administration.
-// Nothing here registers the rule: the core applies it in every program, windows or none.
-// Which lines the rewrite touches: test_series_articulo.
+// Changing a subfamily's series in its list rewrites the pending delivery notes after the
+// question, under the administrative lock (which lines: test_series_articulo).
 #include "app/bloqueo_edicion.h"
 #include "app/ficha_form.h"
 #include "data/esquema.h"
@@ -68,15 +66,13 @@ private slots:
 
     void otroPuestoTrabajandoImpideElCambio() {
         Caso c;
-        // Two records locked by another workstation: the administration lock is refused.
+        // A record locked by another workstation: the administration lock is refused.
         ScriptedDialogs d2;
         Entorno otro(c.db(), d2, c.reloj);
         otro.puesto = u"CONSULTA2"_s;
         otro.usuario = u"luis"_s;
         const DescriptorTabla& art = *descriptorTabla(u"Articulos"_s);
         QVERIFY(almacenBloqueos(otro).bloquearRegistro(art, u"1"_s, u"Pipeta"_s, AccionBloqueo::Modificacion,
-                                                       false));
-        QVERIFY(almacenBloqueos(otro).bloquearRegistro(art, u"2"_s, u"Collar"_s, AccionBloqueo::Modificacion,
                                                        false));
         FichaForm f = c.ficha();
         f.setTexto(u"Serie"_s, u"B"_s);

@@ -24,22 +24,13 @@ class TestSeriesArticulo : public QObject {
     };
 
 private slots:
-    void nivelQueManda_data() {
-        QTest::addColumn<QStringList>("series"); // own, subfamily, family, section
-        QTest::addColumn<QString>("esperada");
-        auto fila = [](const char* nombre, QStringList a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
-        fila("todas", {"P", "S", "F", "G"}, "P");
-        fila("sin propia", {"", "S", "F", "G"}, "S");
-        fila("solo familia y sección", {"", "", "F", "G"}, "F");
-        fila("solo sección", {"", "", "", "G"}, "G");
-        fila("ninguna", {"", "", "", ""}, "");
-        fila("blancos no cuentan", {"  ", " ", " F ", "G"}, "F");
-        fila("propia sobre sección", {"P", "", "", "G"}, "P");
-    }
+    // Own, subfamily, family, section: the first one given (blanks are none).
     void nivelQueManda() {
-        QFETCH(QStringList, series);
-        QFETCH(QString, esperada);
-        QCOMPARE(serieAplicable({series.at(0), series.at(1), series.at(2), series.at(3)}), esperada);
+        QCOMPARE(serieAplicable({u"P"_s, u"S"_s, u"F"_s, u"G"_s}), u"P"_s);
+        QCOMPARE(serieAplicable({QString(), u"S"_s, u"F"_s, u"G"_s}), u"S"_s);
+        QCOMPARE(serieAplicable({QString(), QString(), QString(), u"G"_s}), u"G"_s);
+        QCOMPARE(serieAplicable({QString(), QString(), QString(), QString()}), QString());
+        QCOMPARE(serieAplicable({u"  "_s, u" "_s, u" F "_s, u"G"_s}), u"F"_s);
     }
 
     void textosDeLasPreguntas() {
