@@ -175,7 +175,7 @@ private slots:
         for (int i = 0; i < r.filas().size(); ++i)
             if (r.filas().at(i).IdMascota == c->misi) fila = i;
         QVERIFY(fila >= 0);
-        QVERIFY(s.eliminar(c->misi));
+        QCOMPARE(s.eliminar(c->misi), MascotaStore::Baja::Eliminada);
         QVERIFY(!r.mascotaDeFila(fila));
         QCOMPARE(c->d.ultimo().titulo, u"¡Error!"_s);
         QCOMPARE(c->d.ultimoTexto(), u"No se ha encontrado la Mascota nº "_s + QString::number(c->misi) +

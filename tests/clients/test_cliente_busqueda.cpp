@@ -213,6 +213,7 @@ private slots:
         // Nothing at all: no question.
         f.criterios.incluirClientesBaja = false;
         f.criterios.telefono = u"999999999"_s;
+        c.d.limpiar();
         QVERIFY(f.buscar());
         QVERIFY(f.clientes().isEmpty());
         QVERIFY(c.d.mensajes().isEmpty());

@@ -257,9 +257,20 @@ private slots:
         QCOMPARE(s->d.ultimo().titulo, u"¡Atención!"_s);
         QCOMPARE(s->d.ultimoTexto(), u"¿Desea realmente eliminar este Artículo?"_s);
         QVERIFY(ArticuloStore(s->db()).cargar(cod).has_value());
+        // Sold on a note: it stays, with the reason, and its lock goes.
+        const qint64 linea = s->s.linea(s->s.albaran(1), cod, u"G"_s);
+        s->d.si();
+        QVERIFY(!a.eliminar());
+        QCOMPARE(s->d.ultimoTexto(), u"No se puede eliminar este Artículo porque hay Albaranes u otros registros "
+                                     "que dependen de él. Puede darlo de baja con una fecha de baja."_s);
+        QCOMPARE(almacenBloqueos(s->e).contar(), 0);
+        s->db().ejecutarCambio(u"DELETE FROM LineasAlbaran WHERE IdLinea = ?"_s, {linea});
+        // Its special conditions go with it.
+        s->s.fila(u"CondicionesEspeciales"_s, {{u"IdCliente"_s, 1}, {u"IdArticulo"_s, cod}});
         s->d.si();
         QVERIFY(a.eliminar());
         QVERIFY(!ArticuloStore(s->db()).cargar(cod).has_value());
+        QCOMPARE(s->s.contar(u"CondicionesEspeciales"_s), 0);
         QVERIFY(a.esNuevo());
         QCOMPARE(almacenBloqueos(s->e).contar(), 0);
     }

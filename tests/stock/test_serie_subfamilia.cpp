@@ -66,13 +66,16 @@ private slots:
 
     void otroPuestoTrabajandoImpideElCambio() {
         Caso c;
-        // A record locked by another workstation: the administration lock is refused.
+        // Two records locked by another workstation (one alone is allowed): the administration
+        // lock is refused.
         ScriptedDialogs d2;
         Entorno otro(c.db(), d2, c.reloj);
         otro.puesto = u"CONSULTA2"_s;
         otro.usuario = u"luis"_s;
         const DescriptorTabla& art = *descriptorTabla(u"Articulos"_s);
         QVERIFY(almacenBloqueos(otro).bloquearRegistro(art, u"1"_s, u"Pipeta"_s, AccionBloqueo::Modificacion,
+                                                       false));
+        QVERIFY(almacenBloqueos(otro).bloquearRegistro(art, u"2"_s, u"Collar"_s, AccionBloqueo::Modificacion,
                                                        false));
         FichaForm f = c.ficha();
         f.setTexto(u"Serie"_s, u"B"_s);
