@@ -166,7 +166,8 @@ private slots:
             {"[IMPRESORA TICKETS]\nTIPO=1\nIMPRESORA=Caja\nPUERTO=com3\nVELOCIDAD=4800\nPARIDAD=IMPAR (O)\n"
              "BITSDATOS=5\nBITSPARADA=2\nNUMPASADAS=3\nCORTEPAPEL=-1\n",
              {"1", "COM3", "4800", "IMPAR (O)", "5", "2", "3", "SI"}},
-            {"[IMPRESORA TICKETS]\nTIPO=7\nPUERTO=LPT1\nVELOCIDAD=1234\nPARIDAD=N\nBITSDATOS=9\nBITSPARADA=3\n"
+            {"[IMPRESORA "
+             "TICKETS]\nTIPO=7\nPUERTO=LPT1\nVELOCIDAD=1234\nPARIDAD=N\nBITSDATOS=9\nBITSPARADA=3\n"
              "NUMPASADAS=0\nCORTEPAPEL=quizá\n",
              porDefecto},
             {"[IMPRESORA TICKETS]\nTIPO=2\nPUERTO=/dev/ttyACM0\n",
