@@ -232,18 +232,14 @@ private slots:
         QCOMPARE(db->valor(u"SELECT COUNT(*) FROM Clientes"_s).toInt(), 0);
     }
 
-    void nombreDelTemporal() {
-        QCOMPARE(nombreTemporalReparacion(QTime(10, 5, 7)), u"BDTemp0507.mdb"_s);
-        QCOMPARE(nombreTemporalReparacion(QTime(0, 0, 0)), u"BDTemp0000.mdb"_s);
-    }
-
     void reparacionSustituyeLaBaseDeDatos() {
         auto i = instalar();
         {
             auto db = Database::abrirSQLite(i->bd());
             Ajustes(*db).escribir(u"PRUEBA"_s, u"sigue aquí"_s);
         }
-        // A stale temporary file of the same name is removed first, not taken for the copy.
+        // A stale temporary file of the same name (minutes and seconds of the clock) is removed
+        // first, not taken for the copy.
         const QString rancio = QDir(i->datos()).filePath(u"BDTemp0507.mdb"_s);
         escribirBytes(rancio, "viejo");
         const ResultadoReparacion r = repararSQLite(i->bd(), reloj_);

