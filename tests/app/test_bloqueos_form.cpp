@@ -56,36 +56,29 @@ private slots:
         QCOMPARE(f.texto(1, 1), u"ana"_s);
         QCOMPARE(f.texto(1, 2), u"RECEPCION"_s);
         QCOMPARE(f.texto(1, 3), u"04/05/2026"_s);
-        QCOMPARE(f.texto(1, 4), u"09:05"_s);
         QCOMPARE(f.texto(2, 4), u"10:05"_s);
-        QCOMPARE(f.texto(3, 0), QString());
-        QCOMPARE(f.texto(0, 5), QString());
-        QVERIFY(c.d.mensajes().isEmpty());
+        QCOMPARE(f.texto(3, 0), QString()); // past the end: nothing, no crash
     }
 
-    void filtro_data() {
-        QTest::addColumn<QString>("filtro");
-        QTest::addColumn<QStringList>("registros");
-        auto fila = [](const char* nombre, QString a0, QStringList a1) { QTest::newRow(nombre) << a0 << a1; };
-        fila("vacío", u"  "_s, QStringList{u"Albarán nº 7"_s, u"Núñez, María"_s, u"Toby (perro)"_s});
-        fila("descripción, otra caja", u"NÚÑEZ"_s, QStringList{u"Núñez, María"_s});
-        fila("usuario", u"luis"_s, QStringList{u"Albarán nº 7"_s, u"Toby (perro)"_s});
-        fila("puesto", u" recep "_s, QStringList{u"Núñez, María"_s});
-        fila("nada", u"gato"_s, QStringList{});
-        fila("comillas", u"O'Brien"_s, QStringList{});
-    }
     void filtro() {
-        QFETCH(QString, filtro);
-        QFETCH(QStringList, registros);
+        const std::pair<QString, QStringList> casos[] = {
+            {u"  "_s, {u"Albarán nº 7"_s, u"Núñez, María"_s, u"Toby (perro)"_s}},
+            {u"NÚÑEZ"_s, {u"Núñez, María"_s}}, // description, either case
+            {u"luis"_s, {u"Albarán nº 7"_s, u"Toby (perro)"_s}},
+            {u" recep "_s, {u"Núñez, María"_s}},
+            {u"O'Brien"_s, {}},
+        };
         Caso c;
         c.sembrar();
         BloqueosForm f(c.e);
-        f.filtro = filtro;
-        QVERIFY(f.buscar());
-        QStringList vistos;
-        for (int i = 0; i < f.filas().size(); ++i)
-            vistos << f.texto(i, 0);
-        QCOMPARE(vistos, registros);
+        for (const auto& [filtro, registros] : casos) {
+            f.filtro = filtro;
+            QVERIFY(f.buscar());
+            QStringList vistos;
+            for (int i = 0; i < f.filas().size(); ++i)
+                vistos << f.texto(i, 0);
+            QVERIFY2(vistos == registros, qPrintable(filtro + u" -> "_s + vistos.join(u'|')));
+        }
     }
 
     // Only an administrator deletes; the chosen lock or every one (not only those the filter
@@ -100,7 +93,6 @@ private slots:
         QVERIFY(!deUsuario.eliminarSeleccionado());
         QVERIFY(!deUsuario.eliminarTodos());
         QCOMPARE(c.b.d.textos(), QStringList(2, u"Sólo un Administrador puede eliminar Bloqueos."_s));
-        QCOMPARE(c.b.d.sinRespuesta(), 0);
         QCOMPARE(c.contar(), 3);
 
         BloqueosForm f(c.e);
@@ -109,23 +101,18 @@ private slots:
         QVERIFY(!f.eliminarSeleccionado());
         QCOMPARE(c.d.ultimo().titulo, u"¡Atención!"_s);
         QCOMPARE(c.d.ultimoTexto(), u"Seleccione el Bloqueo que desea eliminar."_s);
-        QVERIFY(!c.d.ultimo().pregunta);
 
         c.d.limpiar();
         c.d.no();
         f.seleccionado = 2;
         QVERIFY(!f.eliminarSeleccionado());
-        QCOMPARE(c.d.mensajes().size(), 1);
         QVERIFY(c.d.ultimo().pregunta);
-        QCOMPARE(c.d.ultimo().titulo, u"¡Atención!"_s);
         QCOMPARE(c.d.ultimoTexto(), u"¿Desea realmente eliminar el Bloqueo seleccionado?"_s);
         QCOMPARE(c.contar(), 3);
         // Yes removes the one of another workstation, reloads, and the record is free again.
         c.d.si();
         QVERIFY(f.eliminarSeleccionado());
         QCOMPARE(f.filas().size(), 2);
-        QCOMPARE(f.texto(0, 0), u"Albarán nº 7"_s);
-        QCOMPARE(f.texto(1, 0), u"Núñez, María"_s);
         QVERIFY(almacenBloqueos(c.e).bloquearRegistro(kMascotas, u"30"_s, u"Toby"_s,
                                                       AccionBloqueo::Modificacion));
 
@@ -139,7 +126,6 @@ private slots:
         QVERIFY(f.eliminarTodos());
         QCOMPARE(c.contar(), 0);
         QVERIFY(f.filas().isEmpty());
-        QCOMPARE(c.d.sinRespuesta(), 0);
     }
 
     void errorDeBaseDeDatosSeInforma() {
@@ -147,9 +133,7 @@ private slots:
         c.db().ejecutarDirecto(u"DROP TABLE Bloqueos"_s);
         BloqueosForm f(c.e);
         QVERIFY(!f.buscar());
-        QCOMPARE(c.d.mensajes().size(), 1);
         QVERIFY(c.d.ultimoTexto().contains(u"Error en B.D.: "_s));
-        QVERIFY(f.filas().isEmpty());
     }
 
     // The lock of a record screen.
@@ -160,7 +144,6 @@ private slots:
             BloqueoEdicion ed(c.e);
             QVERIFY(!ed.tomado());
             QVERIFY(ed.tomar(kClientes, u"12"_s, u"María"_s, AccionBloqueo::Modificacion));
-            QVERIFY(ed.tomado());
             QVERIFY(ed.conFila());
             QCOMPARE(c.contar(), 1);
             // Again the same: nothing new.
@@ -170,7 +153,6 @@ private slots:
             // Another workstation is refused while the screen edits.
             BloqueoEdicion otra(c.b.e);
             QVERIFY(!otra.tomar(kClientes, u"12"_s, u"María"_s, AccionBloqueo::Baja));
-            QVERIFY(!otra.tomado());
             QCOMPARE(c.b.d.ultimoTexto(), u"No es posible dar de Baja el/la Cliente de María pues otro "
                                           "Puesto lo/a tiene bloqueado/a. Consulte a un Administrador."_s);
 
@@ -192,38 +174,29 @@ private slots:
         }
         // Both screens closed: the destructors released their locks.
         QCOMPARE(c.contar(), 0);
-        QCOMPARE(c.d.mensajes().size(), 0);
     }
 
-    void monopuestoNoEscribeBloqueos_data() {
-        QTest::addColumn<QString>("valor");
-        QTest::addColumn<bool>("activo");
-        auto fila = [](const char* nombre, QString a0, bool a1) { QTest::newRow(nombre) << a0 << a1; };
-        fila("NO", u"NO"_s, false);
-        fila("no con blancos", u" no "_s, false);
-        fila("SI", u"SI"_s, true);
-        fila("sin valor: el de por defecto", QString(), true);
-    }
     void monopuestoNoEscribeBloqueos() {
-        QFETCH(QString, valor);
-        QFETCH(bool, activo);
-        Caso c;
-        if (valor.isNull())
-            c.e.ajustes().borrar(claves::MULTIPUESTO);
-        else
-            c.e.ajustes().escribir(claves::MULTIPUESTO, valor);
-        QCOMPARE(bloqueoActivo(c.e), activo);
-        // A lock standing from before (or another session) is not consulted either.
-        QVERIFY(almacenBloqueos(c.b.e).bloquearRegistro(kClientes, u"1"_s, u"Uno"_s,
-                                                        AccionBloqueo::Modificacion));
-        BloqueoEdicion ed(c.e);
-        QCOMPARE(ed.tomar(kClientes, u"1"_s, u"Uno"_s, AccionBloqueo::Modificacion), !activo);
-        QVERIFY(ed.tomar(kClientes, u"2"_s, u"Dos"_s, AccionBloqueo::Alta));
-        QVERIFY(ed.tomado());
-        QCOMPARE(ed.conFila(), activo);
-        QCOMPARE(c.contar(), activo ? 2 : 1);
-        ed.liberar();
-        QCOMPARE(c.contar(), 1);
+        // The setting's value (null: missing, the default) and whether locks are written.
+        const std::pair<QString, bool> casos[] = {{u" no "_s, false}, {u"SI"_s, true}, {QString(), true}};
+        for (const auto& [valor, activo] : casos) {
+            Caso c;
+            if (valor.isNull())
+                c.e.ajustes().borrar(claves::MULTIPUESTO);
+            else
+                c.e.ajustes().escribir(claves::MULTIPUESTO, valor);
+            QVERIFY2(bloqueoActivo(c.e) == activo, qPrintable(valor));
+            // A lock standing from before (or another session) is not consulted either.
+            QVERIFY(almacenBloqueos(c.b.e).bloquearRegistro(kClientes, u"1"_s, u"Uno"_s,
+                                                            AccionBloqueo::Modificacion));
+            BloqueoEdicion ed(c.e);
+            QVERIFY2(ed.tomar(kClientes, u"1"_s, u"Uno"_s, AccionBloqueo::Modificacion) == !activo,
+                     qPrintable(valor));
+            QVERIFY(ed.tomar(kClientes, u"2"_s, u"Dos"_s, AccionBloqueo::Alta));
+            QVERIFY2(ed.conFila() == activo && c.contar() == (activo ? 2 : 1), qPrintable(valor));
+            ed.liberar();
+            QVERIFY2(c.contar() == 1, qPrintable(valor));
+        }
     }
 };
 

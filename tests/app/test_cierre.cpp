@@ -56,39 +56,30 @@ class TestCierre : public QObject {
 private slots:
     // The cases where nothing is compacted: the answers given, the questions asked, and
     // whether the workstation left; the date of the last compaction stays.
-    void sinCompactar_data() {
-        QTest::addColumn<QString>("dias");
-        QTest::addColumn<QString>("fecha");
-        QTest::addColumn<QList<bool>>("respuestas"); // empty: closing without confirmation
-        QTest::addColumn<QStringList>("preguntas");
-        QTest::addColumn<bool>("sale");
+    void sinCompactar() {
         const QString compactar = u"¡¡¡ ATENCIÓN !!! Fecha de la última compactación: 13/11/2026\n"
                                   "¿Desea compactar la Base de Datos antes de abandonar la aplicación?"_s;
-        auto fila = [](const char* nombre, QString a0, QString a1, QList<bool> a2, QStringList a3, bool a4) {
-            QTest::newRow(nombre) << a0 << a1 << a2 << a3 << a4;
+        const struct {
+            QString dias, fecha;
+            QList<bool> respuestas; // empty: closing without confirmation
+            QStringList preguntas;
+            bool sale;
+        } filas[] = {
+            {u"7"_s, u"01/01/2026"_s, {false}, {kPreguntaSalir}, false},
+            {u"0"_s, u"01/01/2020"_s, {true}, {kPreguntaSalir}, true},
+            {u"7"_s, u"13/11/2026"_s, {true, false}, {kPreguntaSalir, compactar}, true},
+            {u"0"_s, QString(), {}, {}, true},
         };
-        fila("quedarse", u"7"_s, u"01/01/2026"_s, {false}, {kPreguntaSalir}, false);
-        fila("sin compactación automática", u"0"_s, u"01/01/2020"_s, {true}, {kPreguntaSalir}, true);
-        fila("compactación rechazada", u"7"_s, u"13/11/2026"_s, {true, false}, {kPreguntaSalir, compactar},
-             true);
-        fila("plazo no cumplido: seis días de siete", u"7"_s, u"17/11/2026"_s, {true}, {kPreguntaSalir},
-             true);
-        fila("sin confirmación", u"0"_s, QString(), {}, {}, true);
-    }
-    void sinCompactar() {
-        QFETCH(QString, dias);
-        QFETCH(QString, fecha);
-        QFETCH(QList<bool>, respuestas);
-        QFETCH(QStringList, preguntas);
-        QFETCH(bool, sale);
-        auto c = caso(dias, fecha);
-        for (bool r : respuestas)
-            c->d.responder(r);
-        QCOMPARE(CierreForm(*c->e).cerrar(!respuestas.isEmpty()), sale);
-        QCOMPARE(c->d.textos(), preguntas);
-        QVERIFY(c->d.progresos().isEmpty());
-        QCOMPARE(ajuste(*c, claves::FECHA_COMPACTACION), fecha);
-        QCOMPARE(puestos(*c), sale ? QStringList() : QStringList{u"RECEPCION"_s});
+        for (const auto& f : filas) {
+            auto c = caso(f.dias, f.fecha);
+            for (bool r : f.respuestas)
+                c->d.responder(r);
+            const QString fila = f.dias + u' ' + f.fecha;
+            QVERIFY2(CierreForm(*c->e).cerrar(!f.respuestas.isEmpty()) == f.sale, qPrintable(fila));
+            QVERIFY2(c->d.textos() == f.preguntas && c->d.progresos().isEmpty(), qPrintable(fila));
+            QVERIFY2(ajuste(*c, claves::FECHA_COMPACTACION) == f.fecha, qPrintable(fila));
+            QVERIFY2(puestos(*c) == (f.sale ? QStringList() : QStringList{u"RECEPCION"_s}), qPrintable(fila));
+        }
     }
 
     void compactacionAlSalir() {
