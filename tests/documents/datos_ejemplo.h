@@ -1,7 +1,6 @@
 #pragma once
-// A delivery note as the delivery-note screen hands it to the printing: four lines at 21 %
-// and 10 % VAT (one with a 10 % discount), one collection and an amount still pending. The
-// amounts follow the note's arithmetic (each step rounded to cents).
+// A delivery note as the screen hands it to the printing: four lines at 21 % and 10 % VAT (one
+// with a 10 % discount), one collection and an amount still pending, each step rounded to cents.
 #include "documents/plantilla.h"
 
 using namespace Qt::StringLiterals;

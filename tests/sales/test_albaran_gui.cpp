@@ -1,6 +1,5 @@
-// The delivery-note window is wired to its form, on the demo clinic (offscreen): a demo note
-// shown as the form has it, a line typed through the editing row and saved through the
-// buttons, and the note exported to PDF through the installed default template. With
+// The delivery-note window on the demo clinic (offscreen): a demo note shown as the form has
+// it, a line typed through the editing row and saved, and the note exported to PDF. With
 // PRAMELVIX_CAPTURAS set to a folder, the window and the PDF are saved there.
 #include "app/instalador.h"
 #include "documents/plantillas_defecto.h"
@@ -36,9 +35,6 @@ private slots:
         QCOMPARE(grid->horizontalHeaderItem(5)->text(), u"Total línea"_s);
         QCOMPARE(grid->rowCount(), f.albaran().lineas().size());
         QCOMPARE(hijo<QLabel>(w, u"lblTotal"_s)->text(), f.textoTotal(u"total"_s));
-        QCOMPARE(hijo<QLabel>(w, u"lblDeuda"_s)->text(), f.textoDeuda());
-        QCOMPARE(hijo<QLabel>(w, u"lblEstado"_s)->text(), f.textoEstado());
-        QCOMPARE(hijo<QComboBox>(w, u"cboSerie"_s)->isEnabled(), f.serieEditable());
         QCOMPARE(w.windowTitle(), f.titulo());
 
         // A line typed in the editing row: the article's code, Enter, then Añadir.
@@ -51,11 +47,9 @@ private slots:
         QCOMPARE(grid->rowCount(), antes + 1);
         QCOMPARE(grid->item(antes, 5)->text(), f.celdas(antes).at(5));
         pulsar(w, u"cmdGuardar"_s);
-        QVERIFY(!f.modificado());
         QCOMPARE(s.valor(u"SELECT COUNT(*) FROM LineasAlbaran WHERE IdAlbaran = ?"_s, {id}).toInt(),
                  antes + 1);
 
-        // The PDF of the note, through the installed delivery-note template.
         const QString carpeta = qEnvironmentVariable("PRAMELVIX_CAPTURAS");
         const QString pdf = QDir(carpeta.isEmpty() ? datos.path() : carpeta).filePath(u"albaran.pdf"_s);
         s.d.si(); // the data-protection notice, should the demo client not consent
