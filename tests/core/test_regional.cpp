@@ -36,10 +36,8 @@ private slots:
         };
         fila("fecha corta con año de dos cifras", 0, "dd/MM/yy", "como formato de fecha corta el valor  ",
              "dd/MM/yyyy");
-        fila("fecha corta m/d/yyyy", 0, "M/d/yyyy", "como formato de fecha corta el valor  ", "dd/MM/yyyy");
         fila("separador de fecha", 1, "-", "como separador en el formato de fecha el valor  ", "/");
         fila("formato de hora HH", 2, "HH:mm:ss", "como formato de hora el valor  ", "H:mm:ss");
-        fila("formato de hora 12 h", 2, "h:mm:ss tt", "como formato de hora el valor  ", "H:mm:ss");
         fila("separador de hora", 3, ".", "como separador en el formato de hora el valor  ", ":");
         fila("decimal", 4, ".", u"como separador decimal numérico el valor "_s, ",");
         fila("miles", 5, ",", "como separador numérico de miles el valor ", ".");
