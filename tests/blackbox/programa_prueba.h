@@ -189,8 +189,7 @@ private:
     QString nombrePg_;
 };
 
-// A copy of pramelvix that keeps running: its standard input stays open, its output is
-// collected as it comes, and it is killed if the test leaves it running (by ~QProcess).
+// A copy of pramelvix that keeps running, its output collected as it comes; killed by ~QProcess.
 class Sesion {
 public:
     Sesion(const Instalacion& inst, const QString& puesto) { p_.setProcessEnvironment(inst.entorno(puesto)); }

@@ -185,9 +185,8 @@ private slots:
         QCOMPARE(inst.puestos(), QStringList{});
     }
 
-    // A copy killed outright leaves its row and its lock file behind; the next start on that
-    // workstation takes both over. Asked to end while the login waits for the user, it ends at
-    // once and its workstation leaves the active table.
+    // A copy killed outright leaves its row and lock file; the next start there takes both over.
+    // Asked to end while the login waits, it ends at once and its workstation leaves the table.
     void puestoCaidoSinCerrar() {
         PMX_INSTALACION(inst);
         {

@@ -113,9 +113,8 @@ private slots:
 
     void accionNoAdmitida_data() {
         QTest::addColumn<int>("codigo");
-        auto fila = [](const char* nombre, int a0) { QTest::newRow(nombre) << a0; };
-        fila("4", 4);
-        fila("0", 0);
+        QTest::newRow("4") << 4;
+        QTest::newRow("0") << 0;
     }
     void accionNoAdmitida() {
         QFETCH(int, codigo);
