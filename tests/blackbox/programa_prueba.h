@@ -1,8 +1,6 @@
 #pragma once
-// Black-box helpers: a fresh installation made by pramelvix-admin, and runs of the real
-// executables (pramelvix with its dialogs on the console, pramelvix-admin) with a bounded
-// wait. The engine is the one of the store tests (PRAMELVIX_TEST_MOTOR): on PostgreSQL
-// each installation gets its own database on the PRAMELVIX_TEST_PG server, dropped at the end.
+// Black-box helpers: an installation made by pramelvix-admin and bounded runs of the real executables.
+// On PostgreSQL (PRAMELVIX_TEST_MOTOR) each installation gets its own database, dropped at the end.
 #include "data/ajustes.h"
 #include "data/database.h"
 #include "test_db.h"
@@ -26,8 +24,7 @@ inline const QString kAdmin = QStringLiteral(PRAMELVIX_ADMIN_EXE);
 inline const QString kVersion = QStringLiteral(PRAMELVIX_VERSION);
 inline constexpr int kEsperaMs = 15000;
 
-// What a finished run left: its exit code and both outputs. terminado is false when the
-// process did not end in time (it was killed) or did not start.
+// What a run left; terminado is false when it did not start or end in time (it was killed).
 struct Salida {
     bool terminado = false;
     bool normal = false; // ended by itself, not by a signal
@@ -119,8 +116,7 @@ public:
             qWarning("pramelvix-admin init ha fallado: %s", s.descripcion().constData());
             return false;
         }
-        // The users' chat off (port 0): copies of the program running at once on this
-        // machine, in this test or in another one, would otherwise compete for its UDP port.
+        // The users' chat off (port 0): copies running at once would compete for its UDP port.
         try {
             auto db = conectar();
             Ajustes(*db).escribir(u"PUERTO UDP CHAT"_s, u"0"_s);
@@ -168,12 +164,9 @@ public:
         return ejecutar(kPrograma, argumentos, entorno(puesto), entrada);
     }
 
-    Salida ajuste(const QString& clave) const {
-        return admin({u"--dir"_s, carpeta(), u"setting"_s, u"get"_s, clave});
-    }
     // The value of a setting read with the admin tool ("<error>" when the tool failed).
     QString leerAjuste(const QString& clave) const {
-        const Salida s = ajuste(clave);
+        const Salida s = admin({u"--dir"_s, carpeta(), u"setting"_s, u"get"_s, clave});
         if (!s.terminado || s.codigo != 0 || !s.salida.endsWith('\n')) return u"<error>"_s;
         return QString::fromUtf8(s.salida.chopped(1));
     }
@@ -196,8 +189,7 @@ private:
     QString nombrePg_;
 };
 
-// A copy of pramelvix that keeps running: its standard input stays open, its output is
-// collected as it comes, and it is killed if the test leaves it running (by ~QProcess).
+// A copy of pramelvix that keeps running, its output collected as it comes; killed by ~QProcess.
 class Sesion {
 public:
     Sesion(const Instalacion& inst, const QString& puesto) { p_.setProcessEnvironment(inst.entorno(puesto)); }

@@ -1,13 +1,10 @@
-// The program's start-up seen from outside: each case makes an installation with
-// pramelvix-admin, runs pramelvix with its dialogs on the console, and checks the exit
-// code, the exact texts printed and what was left in the database.
+// The real executables run on an installation made by pramelvix-admin: exit codes, texts printed, rows left.
 #include "data/ajustes.h"
 #include "data/puestos.h"
 #include "programa_prueba.h"
 
 #include <QDateTime>
 #include <QFileInfo>
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -25,7 +22,6 @@ const QString kInstanciaPrevia =
 const QString kIdentificacion = u"[IDENTIFICACIÓN] Identificación de Usuario\nUsuario: Clave: "_s;
 const QString kPideUsuario = u"[IDENTIFICACIÓN] Identificación de Usuario\nUsuario: "_s;
 const QString kClaveIncorrecta = u"[AVISO] ¡Atención!\nLa clave introducida no es correcta.\n"_s;
-const QString kUsuarioInexistente = u"[AVISO] ¡Atención!\nEl usuario introducido no existe.\n"_s;
 const QString kIdentificado = u"Usuario identificado: Administrador\n"_s;
 const QString kMonopuestoImposible =
     u"[ERROR] Pramelvix\nImposible activar el modo 'Monopuesto' en la aplicación porque hay "
@@ -49,18 +45,6 @@ QByteArray leerBytes(const QString& ruta) {
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-// Removes an SQLite database with its journal files.
-bool borrarBD(const QString& ruta) {
-    bool ok = QFile::remove(ruta);
-    for (const char* sufijo : {"-wal", "-shm", "-journal"})
-        QFile::remove(ruta + QLatin1String(sufijo));
-    return ok && !QFileInfo::exists(ruta);
-}
-
-ino_t nodo(const QString& ruta) {
-    struct stat st {};
-    return ::stat(QFile::encodeName(ruta).constData(), &st) == 0 ? st.st_ino : 0;
-}
 } // namespace
 
 // The run ended with this exit code (after printing exactly this text).
@@ -82,7 +66,6 @@ class TestArranquePrograma : public QObject {
     Q_OBJECT
 
 private slots:
-    // ---- The command line --------------------------------------------------------------
 
     // A wrong command line, or no configuration file whatever the switch: the program stops at
     // once, adding, purging and changing nothing.
@@ -93,13 +76,9 @@ private slots:
         auto fila = [](const char* nombre, QStringList a0, bool a1, QString a2) {
             QTest::newRow(nombre) << a0 << a1 << a2;
         };
-        fila("vacía", QStringList{}, false, kErrorEjecucion);
-        fila("desconocido", QStringList{u"-app:Arrancar"_s}, false, kErrorEjecucion);
         const QString purgar = u"-app:PurgeActiveComputers"_s;
         fila("repetido", QStringList{purgar, purgar}, false, kErrorEjecucion);
-        fila("Start sin INI", QStringList{kStart}, true, kSinIni);
         fila("PurgeActiveComputers sin INI", QStringList{purgar}, true, kSinIni);
-        fila("ActivateBlockingMode sin INI", QStringList{u"-app:ActivateBlockingMode"_s}, true, kSinIni);
     }
     void arranqueRechazado() {
         QFETCH(QStringList, argumentos);
@@ -117,8 +96,6 @@ private slots:
         QCOMPARE(inst.puestos(), QStringList{u"OTRO/"_s});
         QCOMPARE(Ajustes(*inst.conectar()).leer(kMultipuesto), u"NO"_s); // read without the INI
     }
-
-    // ---- Maintenance switches ------------------------------------------------------------
 
     // A row left by a workstation that ended without closing counts as connected: the switch
     // to single-workstation mode is refused until the rows are purged.
@@ -143,46 +120,30 @@ private slots:
         const Salida purga = inst.programa({u"-app:PurgeActiveComputers"_s}, u"SERVIDOR"_s);
         PMX_SALIDA(purga, QString(), 0);
         QCOMPARE(inst.puestos(), QStringList{});
-        // Purging an empty table is not an error either.
-        const Salida otra = inst.programa({u"-app:PurgeActiveComputers"_s}, u"SERVIDOR"_s);
-        PMX_SALIDA(otra, QString(), 0);
         const Salida desactivar = inst.programa({u"-app:DeactivateBlockingMode"_s}, u"SERVIDOR"_s);
         PMX_SALIDA(desactivar, QString(), 0);
         QCOMPARE(inst.leerAjuste(kMultipuesto), u"NO"_s);
-        // The maintenance switches never register the workstation.
-        QCOMPARE(inst.puestos(), QStringList{});
     }
 
     void repararBaseDatos() {
         PMX_INSTALACION(inst);
         const QString valor = u"Clínica Año Nuevo, 1.234,56 €"_s;
         QVERIFY(inst.escribirAjuste(u"NOM. PRESENT."_s, valor));
-        const ino_t antes = Instalacion::esSQLite() ? nodo(inst.ficheroBD()) : 0;
 
         const Salida s = inst.programa({u"-app:RepairDB"_s}, u"SERVIDOR"_s);
         PMX_SALIDA(s, kAvisoReparar + kCompactando + kConcluida, 0);
 
         QCOMPARE(inst.leerAjuste(u"NOM. PRESENT."_s), valor);
-        QCOMPARE(inst.leerAjuste(u"VERSION REQUISITO"_s), kVersion);
-        // The compacted copy took the place of the file, and it still starts and reads its users.
-        if (Instalacion::esSQLite()) QVERIFY(nodo(inst.ficheroBD()) != antes);
-        const Salida arranque = inst.programa({kStart}, u"SERVIDOR"_s, credenciales("mala"));
-        PMX_SALIDA(arranque, kIdentificacion + kClaveIncorrecta + kPideUsuario, 0);
     }
-
-    // ---- Required version and a normal start ------------------------------------------------
 
     void versionRequisito_data() {
         QTest::addColumn<QString>("requerida");
         QTest::addColumn<QString>("mensaje");
         auto fila = [](const char* nombre, QString a0, QString a1) { QTest::newRow(nombre) << a0 << a1; };
-        const auto distinta = [](const QString& v) {
-            return u"[ERROR] Pramelvix\nLa versión requisito de ejecución (%1) no coincide con la instalada "
-                   u"en "
-                   "este puesto (%2). Consulte con Soporte a Clientes.\n"_s.arg(v, kVersion);
-        };
-        fila("otra versión", u"0.9"_s, distinta(u"0.9"_s));
-        fila("más nueva", kVersion + u".1"_s, distinta(kVersion + u".1"_s));
+        fila("otra versión", u"0.9"_s,
+             u"[ERROR] Pramelvix\nLa versión requisito de ejecución (0.9) no coincide con la instalada en "
+             u"este "
+             "puesto (%1). Consulte con Soporte a Clientes.\n"_s.arg(kVersion));
         const QString sinVersion = u"[ERROR] Pramelvix\nNo se ha podido encontrar la versión requisito "
                                    "de ejecución. Consulte con Soporte a Clientes.\n"_s;
         fila("vacía", u""_s, sinVersion);
@@ -212,11 +173,7 @@ private slots:
         QCOMPARE(inst.puestos(), QStringList{u"CONSULTA1/admin"_s});
         QCOMPARE(inst.leerAjuste(u"VERSION INFORMADA"_s), kVersion);
 
-        // A second copy on the same workstation is turned away and touches nothing.
-        const Salida segunda = inst.programa({kStart}, u"CONSULTA1"_s, credenciales());
-        PMX_SALIDA(segunda, kInstanciaPrevia, 1);
-        QCOMPARE(inst.puestos(), QStringList{u"CONSULTA1/admin"_s});
-        // So is a maintenance switch there.
+        // A second copy on the same workstation, here a maintenance switch, is turned away.
         const Salida purga = inst.programa({u"-app:PurgeActiveComputers"_s}, u"CONSULTA1"_s);
         PMX_SALIDA(purga, kInstanciaPrevia, 1);
         QCOMPARE(inst.puestos(), QStringList{u"CONSULTA1/admin"_s});
@@ -226,16 +183,10 @@ private slots:
         const Salida fin = puesto.terminar();
         PMX_SALIDA(fin, kIdentificacion + kClaveIncorrecta + kIdentificacion + kIdentificado, 0);
         QCOMPARE(inst.puestos(), QStringList{});
-
-        // The workstation is free again; cancelled at the password prompt, the program ends.
-        const Salida otra = inst.programa({kStart}, u"CONSULTA1"_s, "admin\n");
-        PMX_SALIDA(otra, kIdentificacion, 0);
-        QCOMPARE(inst.puestos(), QStringList{});
     }
 
-    // A copy killed outright leaves its row and its lock file behind; the next start on that
-    // workstation takes both over. Asked to end while the login waits for the user, it ends at
-    // once and its workstation leaves the active table.
+    // A copy killed outright leaves its row and lock file; the next start there takes both over.
+    // Asked to end while the login waits, it ends at once and its workstation leaves the table.
     void puestoCaidoSinCerrar() {
         PMX_INSTALACION(inst);
         {
@@ -259,13 +210,11 @@ private slots:
         QCOMPARE(inst.puestos(), QStringList{});
     }
 
-    // ---- Locating and opening the SQLite database ---------------------------------------
-
     void baseDatosNoEncontrada() {
         if (!Instalacion::esSQLite())
             QSKIP("Solo la base de datos SQLite se busca en la carpeta del servidor.");
         PMX_INSTALACION(inst);
-        QVERIFY(borrarBD(inst.ficheroBD()));
+        QVERIFY(QFile::remove(inst.ficheroBD()));
         const QTemporaryDir aparte;
         const QString falta = aparte.filePath(u"NoEsta.mdb"_s);
         const Salida s =
@@ -275,14 +224,9 @@ private slots:
                                      "datos de Pramelvix (*.mdb) (%1)\n"_s.arg(inst.carpetaDatos()),
                    1);
         QVERIFY(!QFileInfo::exists(falta));
-        // End of input answers No.
-        const Salida cerrada = inst.programa({kStart}, u"SERVIDOR"_s);
-        PMX_SALIDA(cerrada, kBDNoEncontrada + u"No\n"_s, 1);
         // No empty database was made in its place.
         QVERIFY(!QFileInfo::exists(inst.ficheroBD()));
     }
-
-    // ---- pramelvix-admin ----------------------------------------------------------------
 
     void adminArgumentosIncorrectos_data() {
         QTest::addColumn<QStringList>("argumentos");
@@ -291,8 +235,6 @@ private slots:
         const QString carpeta = u"@CARPETA@"_s;
         fila("init sin --admin", QStringList{u"init"_s, carpeta}, u"Error: falta --admin USUARIO:CLAVE.\n"_s);
         fila("--admin sin dos puntos", QStringList{u"init"_s, carpeta, u"--admin"_s, u"nocolon"_s},
-             u"Error: --admin espera USUARIO:CLAVE, con usuario y clave no vacíos.\n"_s);
-        fila("--admin sin clave", QStringList{u"init"_s, carpeta, u"--admin"_s, u"admin:"_s},
              u"Error: --admin espera USUARIO:CLAVE, con usuario y clave no vacíos.\n"_s);
         fila("--admin sin valor", QStringList{u"init"_s, carpeta, u"--admin"_s},
              u"Error: falta el valor de --admin.\n"_s);
@@ -330,18 +272,10 @@ private slots:
             admin({u"init"_s, inst.carpeta(), u"--admin"_s, u"otro:Otra.2"_s, u"--servidor"_s, u"OTRO"_s});
         PMX_CODIGO(s, 1);
         QCOMPARE(s.textoErrores(), u"Ya existe una instalación en '%1'.\n"_s.arg(inst.carpeta()));
-        QCOMPARE(s.texto(), QString());
         // The installation is untouched.
         QCOMPARE(leerBytes(inst.ficheroIni()), ini);
         QCOMPARE(inst.leerAjuste(u"JAULAS"_s), u"12"_s);
         QCOMPARE(inst.leerAjuste(u"PUESTO SERVIDOR"_s), u"SERVIDOR"_s);
-        // A setting that does not exist reads as an empty line.
-        const Salida falta = inst.ajuste(u"NO EXISTE"_s);
-        PMX_SALIDA(falta, u"\n"_s, 0);
-        QCOMPARE(falta.textoErrores(), QString());
-        const Salida otro = inst.programa({kStart}, u"SERVIDOR"_s, "otro\nOtra.2\n");
-        PMX_SALIDA(otro, kIdentificacion + kUsuarioInexistente + kPideUsuario, 0);
-        QCOMPARE(inst.puestos(), QStringList{});
     }
 
     void adminSinInstalacion() {
@@ -352,7 +286,6 @@ private slots:
         QCOMPARE(
             s.textoErrores(),
             u"No se ha encontrado el fichero de configuración 'PRAMELVIX.INI' en '%1'.\n"_s.arg(tmp.path()));
-        QCOMPARE(s.texto(), QString());
     }
 };
 

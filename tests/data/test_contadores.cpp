@@ -1,5 +1,4 @@
-// Numbered series: numbers without gaps inside the caller's transaction, and the
-// retry-and-ask loop while another workstation holds the counter.
+// Numbered series: no gaps inside the caller's transaction; retry and ask while another workstation holds it.
 #include "app/numeracion.h"
 #include "data/bloqueos.h"
 #include "data/contadores.h"

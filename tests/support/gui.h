@@ -36,27 +36,26 @@ inline void elegirTexto(const QObject& raiz, const QString& combo, const QString
     c->setCurrentIndex(c->findText(texto));
 }
 
-inline QStringList textosCombo(const QObject& raiz, const QString& combo) {
-    auto* c = hijo<QComboBox>(raiz, combo);
+// texto(0) ... texto(n - 1).
+template <class F> QStringList textosDe(int n, F texto) {
     QStringList t;
-    for (int i = 0; i < c->count(); ++i)
-        t << c->itemText(i);
+    for (int i = 0; i < n; ++i)
+        t << texto(i);
     return t;
 }
 
+inline QStringList textosCombo(const QObject& raiz, const QString& combo) {
+    auto* c = hijo<QComboBox>(raiz, combo);
+    return textosDe(c->count(), [c](int i) { return c->itemText(i); });
+}
+
 inline QStringList cabeceras(const QTreeWidget& l) {
-    QStringList t;
-    for (int i = 0; i < l.columnCount(); ++i)
-        t << l.headerItem()->text(i);
-    return t;
+    return textosDe(l.columnCount(), [&l](int i) { return l.headerItem()->text(i); });
 }
 
 // The texts of one column of a list.
 inline QStringList columna(const QTreeWidget& l, int col) {
-    QStringList t;
-    for (int i = 0; i < l.topLevelItemCount(); ++i)
-        t << l.topLevelItem(i)->text(col);
-    return t;
+    return textosDe(l.topLevelItemCount(), [&l, col](int i) { return l.topLevelItem(i)->text(col); });
 }
 
 // Runs trabajo on the modal dialog that the next command opens (null if none opened); the

@@ -54,7 +54,6 @@ public:
     const QStringList& progresos() const { return progresos_; }
     int sinRespuesta() const { return sinRespuesta_; }
     int respuestasPendientes() const { return static_cast<int>(respuestas_.size()); }
-    int opcionesPendientes() const { return static_cast<int>(opciones_.size()); }
     void limpiar();
 
 private:

@@ -1,8 +1,6 @@
 #pragma once
-// A throw-away database on the engine a store test runs on. The engine comes from
-// PRAMELVIX_TEST_MOTOR ("sqlite", the default, or "postgresql"); the PostgreSQL server
-// from PRAMELVIX_TEST_PG (a libpq connection string to a server where databases may be
-// created). Each TestDb makes its own database and removes it at the end.
+// A throw-away database, removed at the end, on the engine of PRAMELVIX_TEST_MOTOR ("sqlite", the
+// default, or "postgresql" on the server of PRAMELVIX_TEST_PG, a libpq connection string).
 #include "data/database.h"
 
 #include <QCoreApplication>
