@@ -195,9 +195,9 @@ private slots:
         // A record whose form is still open here is not deleted: no question, nothing lost.
         s->d.limpiar();
         QVERIFY(!f.eliminar());
-        QCOMPARE(s->d.textos(), QStringList{u"No es posible eliminar este/a Forma de Pago porque lo/a tiene "
-                                            "abierto/a en otra ventana de este equipo. Ciérrela antes de "
-                                            "eliminarlo/a."_s});
+        QCOMPARE(s->d.textos(), QStringList{u"No es posible eliminar esta Forma de Pago porque la tiene "
+                                                 "abierta en otra ventana de este equipo. Ciérrela antes de "
+                                                 "eliminarla."_s});
         mod.reset();
 
         // Delete: No keeps the record, Yes removes it.
@@ -284,8 +284,8 @@ private slots:
         s->d.si();
         QVERIFY(!f.eliminar());
         QCOMPARE(s->d.ultimoTexto(),
-                 u"No es posible eliminar este/a Tipo de Cliente porque hay otros registros "
-                 "que dependen de él/ella."_s);
+                 u"No es posible eliminar este Tipo de Cliente porque hay otros registros "
+                 "que dependen de él."_s);
         QCOMPARE(f.filas(), 1);
         QCOMPARE(filas(s->t.db(), u"TiposCliente"_s), 1);
     }
