@@ -1,7 +1,6 @@
 #pragma once
 // Reading and writing delivery notes (tables Albaranes and LineasAlbaran), and what the
 // delivery-note screen reads about clients, pets and articles to price its lines.
-#include "core/dialogs.h"
 #include "data/database.h"
 #include "sales/albaran.h"
 #include "sales/precios.h"

@@ -286,6 +286,30 @@ private slots:
                  QStringList{u"El Usuario 'luis' ya no existe: puede que otro puesto lo haya eliminado."_s});
         QVERIFY(!s->usuario(u"luis"_s));
     }
+
+    // Saved by another workstation since it was shown here: nothing is written; Yes reloads.
+    void usuarioGuardadoDesdeOtroPuesto() {
+        auto s = sesion();
+        QVERIFY(s->f->seleccionar(fila(*s->f, u"luis"_s)));
+        auto otra = s->t.otraConexion();
+        Usuario alli = *UsuarioStore(*otra).cargar(u"luis"_s);
+        alli.Nombre = u"Luis Gil"_s;
+        QCOMPARE(UsuarioStore(*otra).modificar(alli, false), UsuarioStore::Resultado::Hecho);
+        QCOMPARE(UsuarioStore(*otra).modificar(alli, false), UsuarioStore::Resultado::CambiadoEnOtroPuesto);
+        s->f->setNombre(u"Luis Pérez"_s);
+        s->d.no();
+        QVERIFY(!s->f->guardar());
+        QCOMPARE(s->d.ultimoTexto(), u"Otro puesto ha guardado cambios en este Usuario desde que usted lo abrió. No "
+                                     "se ha guardado nada. ¿Desea volver a cargarlo? Se perderán los cambios hechos "
+                                     "en esta ventana."_s);
+        QCOMPARE(s->usuario(u"luis"_s)->Nombre, u"Luis Gil"_s);
+        s->d.si();
+        QVERIFY(!s->f->guardar());
+        QCOMPARE(s->f->nombre(), u"Luis Gil"_s);
+        s->f->setNombre(u"Luis Pérez"_s);
+        QVERIFY(s->f->guardar());
+        QCOMPARE(s->usuario(u"luis"_s)->Nombre, u"Luis Pérez"_s);
+    }
 };
 
 PMX_STORE_TEST_MAIN(TestUsuariosForm)

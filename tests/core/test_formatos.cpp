@@ -1,3 +1,4 @@
+#include "core/concordancia.h"
 #include "core/formatos.h"
 
 #include <QtTest>
@@ -173,6 +174,19 @@ private slots:
         for (const QString& t :
              {u"20240230"_s, u"2024037"_s, u"202403071"_s, u"2024/3/7"_s, u"00000101"_s, u""_s})
             QVERIFY2(!::leerClaveFecha(t), qPrintable(t));
+    }
+
+    // Messages agree with the class of a record, by its first word.
+    void concordanciaDeLaClase() {
+        const QList<std::pair<QString, QString>> casos = {
+            {u"Cliente"_s, u"este lo o él"_s},       {u"Mascota"_s, u"esta la a ella"_s},
+            {u"Idioma"_s, u"este lo o él"_s},        {u"Especie"_s, u"esta la a ella"_s},
+            {u"Condición Corporal"_s, u"esta la a ella"_s}, {u"Especialidad"_s, u"esta la a ella"_s},
+            {u"Plan de Salud"_s, u"este lo o él"_s}, {u"Forma de Pago"_s, u"esta la a ella"_s}};
+        for (const auto& [clase, palabras] : casos) {
+            const Concordancia c = concordancia(clase);
+            QVERIFY2(QStringList({c.este, c.lo, c.o, c.el}).join(u' ') == palabras, qPrintable(clase));
+        }
     }
 };
 

@@ -1,6 +1,7 @@
 // Generic records, the schema and settings on the engine under test.
 #include "data/ajustes.h"
 #include "data/esquema.h"
+#include "data/puestos.h"
 #include "data/registro.h"
 #include "sesion.h"
 
@@ -333,6 +334,31 @@ private slots:
         a.completarPorDefecto();
         QCOMPARE(a.leer(claves::DIAS_COMPACTACION), u"15"_s);
         QCOMPARE(a.leer(claves::MULTIPUESTO), u"SI"_s);
+    }
+
+    // A committed write survives a power cut (SQLite writes through at every commit) and the
+    // references are enforced on every connection.
+    void escrituraSeguraYReferencias() {
+        TestDb t;
+        if (t.db().motor() != Motor::SQLite) QSKIP("SQLite only");
+        QCOMPARE(t.db().valor(u"PRAGMA synchronous"_s).toInt(), 2);
+        QCOMPARE(t.db().valor(u"PRAGMA foreign_keys"_s).toInt(), 1);
+        t.db().fijarEscrituraSegura(false);
+        QCOMPARE(t.db().valor(u"PRAGMA synchronous"_s).toInt(), 1);
+    }
+
+    // Two operating-system users never share one workstation row; the same user's row is one
+    // left by a crash and is taken over.
+    void usuariosDelSistemaEnUnPuesto() {
+        TestDb t;
+        PuestosActivosStore p(t.db());
+        const QDateTime ahora(QDate(2026, 11, 23), QTime(9, 0));
+        QCOMPARE(p.entrar(u"RECEPCION"_s, u"juan"_s, ahora).resultado, EntradaPuesto::Dentro);
+        const EntradaPuesto otro = p.entrar(u"RECEPCION"_s, u"maria"_s, ahora);
+        QCOMPARE(otro.resultado, EntradaPuesto::OtroUsuarioSistema);
+        QCOMPARE(otro.otroUsuario, u"juan"_s);
+        QCOMPARE(p.entrar(u"RECEPCION"_s, u"juan"_s, ahora.addSecs(60)).resultado, EntradaPuesto::Dentro);
+        QCOMPARE(p.contar(), qint64(1));
     }
 };
 
