@@ -357,6 +357,17 @@ private slots:
         QVERIFY(g.setFecha(u"18/11/2026"_s));
         QCOMPARE(g.entradaArticulo(c.articulo)->pvp, u"9,68"_s);
 
+        // The plan given to the pet elsewhere is reloaded on request (the question answered Sí).
+        AlbaranForm k(c.e);
+        QVERIFY(k.ponerCliente(c.cliente));
+        QVERIFY(k.ponerMascota(c.mascotaSinPlan));
+        QVERIFY(k.insertarLinea(linea(k, c.articulo)));
+        db.ejecutarCambio(u"UPDATE Mascotas SET IdPlanSalud = ? WHERE IdMascota = ?"_s,
+                          {c.plan, c.mascotaSinPlan});
+        c.d.si();
+        k.RecuperarPlanSalud();
+        QCOMPARE(k.albaran().lineas().first().pvp, 9.68);
+
         // Changing the client keeps the prices and says so.
         c.d.limpiar();
         QVERIFY(f.ponerCliente(c.otroCliente));
