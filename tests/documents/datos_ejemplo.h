@@ -45,24 +45,3 @@ inline DatosDocumento albaranEjemplo() {
                    {camposDe(u"FechaCobro=23/11/2026|FormaCobro=TARJETA|ImporteCobro=100,00"_s)});
     return d;
 }
-
-// The demo clinic's data as the settings hold it.
-inline CamposDocumento clinicaEjemplo() {
-    return camposDe(u"NombreClinica=Clínica Veterinaria Los Álamos|NIFClinica=B86543210|"
-                    "DireccionClinica=Avenida de los Álamos, 14|PoblacionClinica=28043 Madrid|"
-                    "TelefonoClinica=910 123 456|EMailClinica=info@vetlosalamos.es"_s);
-}
-
-// The invoice of that delivery note.
-inline DatosDocumento facturaEjemplo() {
-    const DatosDocumento albaran = albaranEjemplo();
-    DatosDocumento d;
-    d.tipo = u"FRA"_s;
-    d.campos = camposDe(u"numero=31|serie=A|fecha=30/11/2026|hora=18:40|Bruto=132,15|retencion=|Exento="_s);
-    for (const char* campo : {"NombreCliente", "DNICliente", "DireccionCliente", "PoblacionCliente",
-                              "BaseImponible", "TotalIVA", "total"})
-        d.campos.append({QString::fromLatin1(campo), albaran.valor(QString::fromLatin1(campo))});
-    d.filas.insert(u"Lineas"_s, albaran.filas.value(u"Lineas"_s));
-    d.filas.insert(u"Desglose"_s, albaran.filas.value(u"Desglose"_s));
-    return d;
-}
