@@ -312,6 +312,11 @@ private slots:
             QVERIFY(!g.editable());
             QCOMPARE(otrosDialogos.mensajes().size(), 1); // the lock's own message
             QVERIFY(!g.insertarLinea(linea(g, c.servicio)));
+            // Changed here meanwhile: printing there reads the whole note again.
+            QVERIFY(f.insertarLinea(linea(f, c.servicio)));
+            QVERIFY(f.guardar());
+            g.imprimir();
+            QCOMPARE(g.albaran().lineas().size(), 2);
             QVERIFY(g.cerrar());
         }
         QVERIFY(f.nuevo()); // releases it
