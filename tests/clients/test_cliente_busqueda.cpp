@@ -64,8 +64,7 @@ struct Clinica {
                   {{u"FechaBaja"_s, QDate(2025, 1, 1)}, {u"Telefono1"_s, u"911000000"_s}});
         toby = s.mascota(u"Tobías"_s, jose, perro,
                          {{u"Chip"_s, u"941000000000001"_s}, {u"Avisos"_s, u"Alérgico"_s}});
-        misi = s.mascota(u"Misi"_s, jose, gato,
-                         {{u"IdRaza"_s, siames}, {u"Sexo"_s, u"HE"_s}, {u"IdPlanSalud"_s, plan}});
+        misi = s.mascota(u"Misi"_s, jose, gato, {{u"IdRaza"_s, siames}, {u"Sexo"_s, u"HE"_s}});
         s.mascota(u"Kira"_s, ana, perro, {{u"Baja"_s, true}, {u"Chip"_s, u"941000000000002"_s}});
     }
 };
