@@ -111,9 +111,16 @@ private slots:
         const qint64 pend = a.d.albaran(1);
         const qint64 l1 = a.d.linea(pend, a.articulo(u"Rabia"_s), u"S"_s);
         const qint64 l2 = a.d.linea(pend, a.articulo(u"Moquillo"_s), u"S"_s);
-        // Another workstation removed the subfamily row while its articles still name it: the
-        // lines are rewritten first, then the subfamily update finds no row and fails.
-        a.t.db().ejecutarCambio(u"DELETE FROM Subfamilias WHERE IdSubfamilia = ?"_s, {a.s});
+        // The lines are rewritten first, then the subfamily update fails (a trigger refuses it).
+        if (a.t.db().motor() == Motor::SQLite) {
+            a.t.db().ejecutarDirecto(
+                u"CREATE TRIGGER falla BEFORE UPDATE ON Subfamilias BEGIN SELECT RAISE(ABORT, 'falla'); END"_s);
+        } else {
+            a.t.db().ejecutarDirecto(u"CREATE FUNCTION falla() RETURNS trigger AS $$ BEGIN RAISE EXCEPTION 'falla'; "
+                                     "END $$ LANGUAGE plpgsql"_s);
+            a.t.db().ejecutarDirecto(
+                u"CREATE TRIGGER falla BEFORE UPDATE ON Subfamilias FOR EACH ROW EXECUTE FUNCTION falla()"_s);
+        }
         SeriesArticuloStore store(a.t.db());
         QVERIFY_THROWS_EXCEPTION(ErrorBD, store.cambiarSerieSubfamilia(a.s, u"V"_s));
         QCOMPARE(a.d.serieLinea(l1), u"S"_s);
