@@ -1,5 +1,7 @@
-// Changing a subfamily's series in its list rewrites the pending delivery notes after the
-// question, under the administrative lock (which lines: test_series_articulo).
+// The stock tables' own rules in the generic record form: changing a subfamily's series in its
+// list rewrites the pending delivery notes after the question, under the administrative lock
+// (which lines: test_series_articulo); a supplier's subaccount is optional and must begin with
+// the suppliers' prefix (the rule itself: test_subcuenta_lopd).
 #include "app/bloqueo_edicion.h"
 #include "app/ficha_form.h"
 #include "data/esquema.h"
@@ -83,6 +85,33 @@ private slots:
         QVERIFY(!f.guardar());
         QVERIFY(c.d.ultimoTexto().startsWith(u" No es posible bloquear la B.D. para Administración "_s));
         QCOMPARE(c.s.serieLinea(c.pendiente), u"A"_s);
+    }
+
+
+private slots:
+    void subcuentaDelProveedor() {
+        Sesion s;
+        FichaForm f(s.e, *descriptorTabla(u"Proveedores"_s));
+        f.setTexto(u"Nombre"_s, u"Distribuciones Veterinarias del Sur, S.L."_s);
+        f.setTexto(u"Subcuenta"_s, u"400A1"_s);
+        QVERIFY(!f.guardar());
+        QCOMPARE(s.s.contar(u"Proveedores"_s), 0);
+        QCOMPARE(s.d.ultimo().titulo, u"¡Atención!"_s);
+        QCOMPARE(s.d.ultimoTexto(),
+                 u" La Subcuenta Contable para el Proveedor sólo puede contener caracteres numéricos."_s);
+        QCOMPARE(f.foco(), u"Subcuenta"_s);
+        // Without a subaccount it is saved.
+        f.setTexto(u"Subcuenta"_s, QString());
+        // Nothing is created while an administrator of another workstation holds the database.
+        OtroPuesto otro(s, u"CONSULTA2"_s);
+        otro.e.sesion = u"S2"_s;
+        QVERIFY(almacenBloqueos(otro.e).bloquearBD());
+        QVERIFY(!f.guardar());
+        QCOMPARE(s.s.contar(u"Proveedores"_s), 0);
+        almacenBloqueos(otro.e).desbloquearBD();
+        QVERIFY2(f.guardar(), qPrintable(s.d.ultimoTexto()));
+        QCOMPARE(s.s.contar(u"Proveedores"_s), 1);
+        QCOMPARE(s.s.contar(u"Bloqueos"_s), 0);
     }
 };
 
