@@ -26,6 +26,7 @@
 #include "core/clock.h"
 #include "data/bloqueos.h"
 #include "app/numeracion.h"
+#include "clients/cliente_store.h"
 #include "data/contadores.h"
 #include "data/esquema.h"
 #include "data/puestos.h"
@@ -156,21 +157,9 @@ QString registros(Database& db, const QString& orden, std::optional<Registro>& l
             return QStringLiteral("0");
         }
     }
-    if (p.at(0) == QLatin1String("borrarcliente")) {
-        try {
-            Transaction tx = db.transaccion();
-            if (db.valor(QStringLiteral("SELECT COUNT(*) FROM Mascotas WHERE IdCliente = ?"), {p.at(1).toLongLong()})
-                    .toLongLong() > 0)
-                return QStringLiteral("0");
-            const int n = db.ejecutarCambio(QStringLiteral("DELETE FROM Clientes WHERE IdCliente = ?"),
-                                            {p.at(1).toLongLong()});
-            tx.commit();
-            return n > 0 ? QStringLiteral("1") : QStringLiteral("0");
-        } catch (const ErrorBD& e) {
-            if (esErrorDeConcurrencia(e)) throw;
-            return QStringLiteral("0");
-        }
-    }
+    if (p.at(0) == QLatin1String("borrarcliente")) // as the client screen deletes
+        return ClienteStore(db).eliminar(p.at(1).toLongLong()) == ClienteStore::Baja::Eliminado ? QStringLiteral("1")
+                                                                                             : QStringLiteral("0");
     PuestosActivosStore puestos(db);
     if (p.at(0) == QLatin1String("entrar"))
         return puestos.entrar(p.at(1), QStringLiteral("u"), QDateTime::currentDateTime()).resultado ==
