@@ -335,12 +335,13 @@ Bloqueo leerBloqueo(QSqlQuery& q) {
     b.puesto = q.value(5).toString();
     b.fecha = valorDesdeBD(TipoColumna::Fecha, q.value(6)).toDate();
     b.hora = valorDesdeBD(TipoColumna::Hora, q.value(7)).toTime();
+    b.ventana = q.value(8).toString();
     return b;
 }
 
 const QString kColumnas =
     QStringLiteral("SELECT claveBloqueo, DescrBloqueo, Sesion, Accion, Usuario, Puesto, Fecha, "
-                   "Hora FROM Bloqueos");
+                   "Hora, Ventana FROM Bloqueos");
 } // namespace
 
 QList<Bloqueo> BloqueoStore::lista() {
@@ -361,8 +362,8 @@ std::optional<Bloqueo> BloqueoStore::buscar(const QString& claveBloqueo) {
 bool BloqueoStore::eliminar(const Bloqueo& listado) {
     return conReintentos(db_, intentos_, [&] {
                return db_.ejecutarCambio(QStringLiteral("DELETE FROM Bloqueos WHERE claveBloqueo = ? AND "
-                                                        "Sesion = ? AND Fecha = ? AND Hora = ?"),
-                                         {listado.clave, listado.sesion, listado.fecha,
+                                                        "Sesion = ? AND Ventana = ? AND Fecha = ? AND Hora = ?"),
+                                         {listado.clave, listado.sesion, listado.ventana, listado.fecha,
                                           horaEnSegundos(listado.hora)});
            }) > 0;
 }

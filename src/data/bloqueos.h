@@ -53,6 +53,7 @@ struct Bloqueo {
     QString puesto;
     QDate fecha;
     QTime hora;
+    QString ventana; // the window of the session that holds it ("" for the session itself)
 };
 
 // Who takes the locks: the session of one run of the program, its user and workstation, and

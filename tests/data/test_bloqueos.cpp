@@ -298,6 +298,18 @@ private slots:
         QCOMPARE(l.size(), 2);
         QCOMPARE(l.at(0).clave, u"Clientes 1"_s);
         QCOMPARE(l.at(1).hora, QTime(8, 8, 6));
+        // Taken again in the same second by another window of that session: not the lock listed.
+        QVERIFY(b->s->desbloquearRegistro(kClientes, u"2"_s));
+        reloj_.avanzar(60);
+        Bloqueos otraVentana(*b->propia, b->d, reloj_, {u"sesion-CONSULTA2"_s, u"usr-CONSULTA2"_s, u"CONSULTA2"_s,
+                                                         u"ventana-2"_s});
+        QVERIFY(otraVentana.bloquearRegistro(kClientes, u"2"_s, u"Dos"_s, 1));
+        reloj_.avanzar(-60);
+        QVERIFY(!a->s->eliminar(l.at(1)));
+        QVERIFY(otraVentana.desbloquearRegistro(kClientes, u"2"_s));
+        reloj_.avanzar(60);
+        QVERIFY(b->s->bloquearRegistro(kClientes, u"2"_s, u"Dos"_s, 1));
+        reloj_.avanzar(-60);
         QVERIFY(a->s->eliminar(l.at(1)));
         QVERIFY(!a->s->eliminar(l.at(1)));
         // Freed and taken again since it was listed: the listed lock is gone, the new one stays.
