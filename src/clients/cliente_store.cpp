@@ -34,16 +34,13 @@ void ClienteStore::actualizar(Registro& r) {
 }
 
 ClienteStore::Baja ClienteStore::eliminar(qint64 idCliente) {
-    const DescriptorTabla& condiciones = descriptorRequerido(QStringLiteral("CondicionesEspeciales"));
+    // Its special conditions go with it (their reference cascades).
     try {
         Transaction tx = db_.transaccion();
         if (contarMascotas(idCliente) > 0) return Baja::TieneMascotas;
-        RegistroStore store(db_);
-        store.ejecutar(QStringLiteral("DELETE FROM ") + condiciones.tabla + QStringLiteral(" WHERE IdCliente = ?"),
-                       {static_cast<qlonglong>(idCliente)});
         Registro r(tabla());
         r.setValor(QStringLiteral("IdCliente"), static_cast<qlonglong>(idCliente));
-        if (!store.eliminar(r)) return Baja::NoExiste;
+        if (!RegistroStore(db_).eliminar(r)) return Baja::NoExiste;
         tx.commit();
         return Baja::Eliminado;
     } catch (const ErrorBD& e) {

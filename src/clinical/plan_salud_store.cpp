@@ -25,16 +25,13 @@ void PlanSaludStore::actualizar(Registro& r) {
 }
 
 PlanSaludStore::Baja PlanSaludStore::eliminar(qint64 idPlan) {
-    const DescriptorTabla& condiciones = descriptorRequerido(QStringLiteral("CondicionesEspeciales"));
+    // Its special conditions go with it (their reference cascades).
     try {
         Transaction tx = db_.transaccion();
         if (contarMascotas(idPlan) > 0) return Baja::TieneMascotas;
-        RegistroStore store(db_);
-        store.ejecutar(QStringLiteral("DELETE FROM ") + condiciones.tabla + QStringLiteral(" WHERE IdPlanSalud = ?"),
-                       {static_cast<qlonglong>(idPlan)});
         Registro r(tabla());
         r.setValor(QStringLiteral("IdPlanSalud"), static_cast<qlonglong>(idPlan));
-        if (!store.eliminar(r)) return Baja::NoExiste;
+        if (!RegistroStore(db_).eliminar(r)) return Baja::NoExiste;
         tx.commit();
         return Baja::Eliminado;
     } catch (const ErrorBD& e) {
