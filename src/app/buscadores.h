@@ -24,6 +24,24 @@ struct ClienteElegido {
     bool NuevoCliente = false; // the user chose to create a client instead
 };
 
+// What the visit search hands back: the visit and its client's data.
+struct VisitaElegida {
+    qint64 idVisita = 0;
+    qint64 IdCliente = 0;
+    QString Cliente;
+    qint64 idMascota = 0;
+    QString mascota;
+    QString tarifa;
+    double DtoCliente = 0;
+    std::optional<double> IVAaAplicar; // the client's own VAT percentage, if any
+    QString LOPD;
+    bool indAvisoCliente = false;
+    bool indAvisoMascota = false;
+    std::optional<qint64> NumHospitalizacion;
+    QString NumJaula;
+    QString Vendedor; // the member of staff who attended
+};
+
 // What the opener may preset.
 struct PeticionCliente {
     QString TextoInicial;
@@ -40,4 +58,6 @@ struct Buscadores {
     std::function<std::optional<qint64>(const QString& textoInicial)> planSalud;
     // Delivery-note search: returns the note's IdAlbaran.
     std::function<std::optional<qint64>()> albaran;
+    // Visit search.
+    std::function<std::optional<VisitaElegida>()> visita;
 };

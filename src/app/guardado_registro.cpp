@@ -39,6 +39,8 @@ ResultadoGuardado guardarRegistro(Entorno& e, CommandTrace& traza, BloqueoEdicio
             escribir();
             tx.commit();
             hecho = true;
+        } catch (const GuardadoCancelado&) {
+            return;
         } catch (const ErrorRegistroCambiado& cambio) {
             eliminado = cambio.eliminado();
         } catch (const ErrorBD& e) {

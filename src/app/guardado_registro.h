@@ -16,6 +16,11 @@ enum class ResultadoGuardado {
     Recargar, // nothing written; the user asked to reload the record as it now stands
 };
 
+// Thrown by a screen's writes that find, inside the transaction, a reason not to go on (a pet
+// admitted meanwhile from another workstation): everything is rolled back and the save gives
+// Fallido without a message; the screen tells why once the transaction has ended.
+struct GuardadoCancelado {};
+
 // clase: the class description ("Cliente"), for the messages.
 ResultadoGuardado guardarRegistro(Entorno& e, CommandTrace& traza, BloqueoEdicion& bloqueo, const QString& clase,
                                   const std::function<void()>& escribir);

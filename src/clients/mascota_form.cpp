@@ -32,7 +32,8 @@ QStringList MascotaForm::columnas() {
 }
 
 bool MascotaForm::soloLectura(const QString& columna) {
-    return columna == QStringLiteral("FechaUltimaVisita") || columna == QStringLiteral("NumHospitalizacion");
+    const DescriptorColumna* c = tablaMascotas().columna(columna);
+    return c && c->deOperacion;
 }
 
 QStringList MascotaForm::sexos() {

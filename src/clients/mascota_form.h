@@ -38,7 +38,7 @@ public:
 
     // The pet's columns the screen shows (every column but the key and the owner).
     static QStringList columnas();
-    // Read-only columns: last visit and current hospitalisation.
+    // Read-only columns: those kept by their operations (last visit, current hospitalisation and cage).
     static bool soloLectura(const QString& columna);
     // Changes a field. The first change of an existing pet takes its record lock; when the
     // lock is refused nothing changes and the answer is false. Choosing another species

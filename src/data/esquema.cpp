@@ -13,7 +13,10 @@ constexpr int kVersionIntegridad = 4;
 const QStringList kMantenidas = {QStringLiteral("Clientes"),  QStringLiteral("Mascotas"),
                                  QStringLiteral("PlanesSalud"), QStringLiteral("Articulos"),
                                  QStringLiteral("Proveedores"), QStringLiteral("Albaranes"),
-                                 QStringLiteral("Usuarios"),    QStringLiteral("ConfPuesto")};
+                                 QStringLiteral("Usuarios"),    QStringLiteral("ConfPuesto"),
+                                 QStringLiteral("Visitas"),     QStringLiteral("ResultadosAnalitica"),
+                                 QStringLiteral("EspecialidadesVisita"), QStringLiteral("Recetas"),
+                                 QStringLiteral("Presupuestos")};
 
 // Columns that only the operation owning them changes (collections, stock movements, visits,
 // hospitalisation, change of owner).
@@ -22,7 +25,10 @@ const QList<QPair<QString, QStringList>> kDeOperacion = {
      {QStringLiteral("Deuda"), QStringLiteral("EntregadoCuenta"), QStringLiteral("DevolucionesPendientes"),
       QStringLiteral("FechaUltimoCobro")}},
     {QStringLiteral("Mascotas"),
-     {QStringLiteral("IdCliente"), QStringLiteral("FechaUltimaVisita"), QStringLiteral("NumHospitalizacion")}},
+     {QStringLiteral("IdCliente"), QStringLiteral("FechaUltimaVisita"), QStringLiteral("NumHospitalizacion"),
+      QStringLiteral("Jaula")}},
+    {QStringLiteral("Visitas"), {QStringLiteral("Presupuesto")}},
+    {QStringLiteral("Presupuestos"), {QStringLiteral("Estado"), QStringLiteral("IdAlbaran")}},
     {QStringLiteral("Articulos"),
      {QStringLiteral("Stock"), QStringLiteral("ArtUltPrecio"), QStringLiteral("ArtCodUltProv"),
       QStringLiteral("ArtFecUltUso")}},
@@ -49,6 +55,21 @@ const QList<Referencia> kReferencias = {
     {QStringLiteral("CondicionesEspeciales"), {QStringLiteral("IdArticulo"), QStringLiteral("Articulos"), true, 5}},
     {QStringLiteral("Articulos"), {QStringLiteral("Familia"), QStringLiteral("Familias"), false, 5}},
     {QStringLiteral("Articulos"), {QStringLiteral("SubFamilia"), QStringLiteral("Subfamilias"), false, 5}},
+    // A visit stays while its pet's notes, quotes and stays point at it; its own results,
+    // examinations and prescriptions go with it.
+    {QStringLiteral("Visitas"), {QStringLiteral("IdCliente"), QStringLiteral("Clientes"), false, 6}},
+    {QStringLiteral("Visitas"), {QStringLiteral("IdMascota"), QStringLiteral("Mascotas"), false, 6}},
+    {QStringLiteral("ResultadosAnalitica"), {QStringLiteral("IdVisita"), QStringLiteral("Visitas"), true, 6}},
+    {QStringLiteral("EspecialidadesVisita"), {QStringLiteral("IdVisita"), QStringLiteral("Visitas"), true, 6}},
+    {QStringLiteral("Recetas"), {QStringLiteral("IdVisita"), QStringLiteral("Visitas"), true, 6}},
+    {QStringLiteral("Hospitalizaciones"), {QStringLiteral("IdMascota"), QStringLiteral("Mascotas"), true, 6}},
+    {QStringLiteral("Hospitalizaciones"), {QStringLiteral("IdVisita"), QStringLiteral("Visitas"), true, 6}},
+    {QStringLiteral("Albaranes"), {QStringLiteral("IdVisita"), QStringLiteral("Visitas"), false, 6}},
+    {QStringLiteral("Presupuestos"), {QStringLiteral("IdCliente"), QStringLiteral("Clientes"), false, 6}},
+    {QStringLiteral("Presupuestos"), {QStringLiteral("IdMascota"), QStringLiteral("Mascotas"), false, 6}},
+    {QStringLiteral("Presupuestos"), {QStringLiteral("IdVisita"), QStringLiteral("Visitas"), false, 6}},
+    {QStringLiteral("LineasPresupuesto"), {QStringLiteral("IdPresupuesto"), QStringLiteral("Presupuestos"), true, 6}},
+    {QStringLiteral("LineasPresupuesto"), {QStringLiteral("IdArticulo"), QStringLiteral("Articulos"), false, 6}},
 };
 
 void completarIntegridad(QList<DescriptorTabla>& todas) {
@@ -77,6 +98,7 @@ QList<DescriptorTabla> construirCatalogo() {
     todas += tablasPuesto();
     todas += tablasClientes();
     todas += tablasArticulos();
+    todas += tablasVisitas();
     completarIntegridad(todas);
     return todas;
 }
@@ -204,12 +226,16 @@ void comprobarHuerfanos(Database& db, int version) {
         for (const auto& r : t.referencias) {
             if (r.desde != version) continue;
             const QString clave = t.clave.value(0);
+            // A parent table this very version brings has no rows yet: every value is an orphan.
+            const QString sinPadre =
+                db.existeTabla(r.padre)
+                    ? QStringLiteral(" AND NOT EXISTS (SELECT 1 FROM ") + r.padre + QStringLiteral(" p WHERE p.") +
+                          claveDe(r.padre) + QStringLiteral(" = h.") + r.columna + QLatin1Char(')')
+                    : QString();
             QSqlQuery q = db.ejecutar(QStringLiteral("SELECT h.") + clave + QStringLiteral(", h.") + r.columna +
                                       QStringLiteral(" FROM ") + t.tabla + QStringLiteral(" h WHERE h.") +
-                                      r.columna + QStringLiteral(" IS NOT NULL AND NOT EXISTS (SELECT 1 FROM ") +
-                                      r.padre + QStringLiteral(" p WHERE p.") + claveDe(r.padre) +
-                                      QStringLiteral(" = h.") + r.columna + QStringLiteral(") ORDER BY h.") +
-                                      clave);
+                                      r.columna + QStringLiteral(" IS NOT NULL") + sinPadre +
+                                      QStringLiteral(" ORDER BY h.") + clave);
             QStringList filas;
             while (q.next())
                 filas << QStringLiteral("%1 (%2 %3)").arg(q.value(0).toString(), r.columna, q.value(1).toString());
@@ -310,17 +336,18 @@ void migrarEsquema(Database& db) {
                 if (r.desde <= actual) db.ejecutarDirecto(sqlAnadirReferencia(*t, r));
     for (int v = actual + 1; v <= objetivo; ++v) {
         comprobarHuerfanos(db, v);
+        // The version's new tables first: SQLite checks, when a rebuilt table is renamed, that
+        // every table its references name exists.
+        for (const auto& t : catalogo())
+            if (t.desde == v)
+                for (const auto& s : sqlCrearTabla(t, db.motor(), v))
+                    db.ejecutarDirecto(s);
         QList<const DescriptorTabla*> rehechas;
         if (lite) rehechas = tablasConReferenciasNuevas(v);
         for (const auto* t : rehechas)
             rehacerTablaSQLite(db, *t, v);
         for (const auto& t : catalogo()) {
-            if (t.desde == v) {
-                for (const auto& s : sqlCrearTabla(t, db.motor(), v))
-                    db.ejecutarDirecto(s);
-                continue;
-            }
-            if (t.desde > v || rehechas.contains(&t)) continue;
+            if (t.desde >= v || rehechas.contains(&t)) continue;
             for (const auto& c : t.columnaS)
                 if (c.desde == v)
                     db.ejecutarDirecto(QStringLiteral("ALTER TABLE ") + t.tabla +

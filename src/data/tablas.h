@@ -13,3 +13,5 @@ QList<DescriptorTabla> tablasParametros();
 QList<DescriptorTabla> tablasClientes();
 // Articles, families, subfamilies, article types, suppliers, delivery notes and their lines.
 QList<DescriptorTabla> tablasArticulos();
+// Visits, their analytics, specialities and prescriptions, hospitalisations, quotes.
+QList<DescriptorTabla> tablasVisitas();

@@ -129,6 +129,8 @@ DescriptorTabla mascotas() {
          c(QStringLiteral("IdPlanSalud"), T::Entero, QStringLiteral("Plan de salud")),
          c(QStringLiteral("CaducidadPlan"), T::Fecha, QStringLiteral("Caducidad del plan")),
          c(QStringLiteral("NumHospitalizacion"), T::Entero, QStringLiteral("Hospitalización")),
+         // Version 6: the cage of the current hospitalisation.
+         col(QStringLiteral("Jaula"), T::Texto, QStringLiteral("Jaula"), 20, true, 6),
          c(QStringLiteral("Notas"), T::Memo, QStringLiteral("Notas")),
          c(QStringLiteral("Avisos"), T::Memo, QStringLiteral("Avisos"))},
         QStringLiteral("Nombre"));

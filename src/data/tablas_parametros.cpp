@@ -106,7 +106,11 @@ QList<DescriptorTabla> construir() {
     l << simple(QStringLiteral("Exploraciones"), QStringLiteral("Exploración"),
                 QStringLiteral("IdExploracion"), 60);
     l << tabla(QStringLiteral("Analiticas"), QStringLiteral("Analítica"),
-               {id(QStringLiteral("IdAnalitica")), descripcion(60), activo()});
+               {id(QStringLiteral("IdAnalitica")), descripcion(60),
+                // Version 6: how results are grouped and read.
+                col(QStringLiteral("Grupo"), T::Texto, QStringLiteral("Grupo"), 40, true, 6),
+                col(QStringLiteral("ValorNormal"), T::Texto, QStringLiteral("Valor normal"), 40, true, 6),
+                col(QStringLiteral("Unidades"), T::Texto, QStringLiteral("Unidades"), 20, true, 6), activo()});
     l << tabla(QStringLiteral("Laboratorios"), QStringLiteral("Laboratorio"),
                {id(QStringLiteral("IdLaboratorio")), descripcion(60, QStringLiteral("Nombre")),
                 col(QStringLiteral("Telefono"), T::Texto, QStringLiteral("Teléfono"), 20),

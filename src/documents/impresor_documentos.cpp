@@ -132,6 +132,31 @@ std::optional<QString> ImpresorDocumentos::leerPlantilla(const QString& grupo, c
     return html;
 }
 
+bool ImpresorDocumentos::imprimirVarios(const QString& grupo, const QString& prompt,
+                                        const QList<DatosDocumento>& documentos, DestinoDocumento destino,
+                                        const QString& ficheroPdf) {
+    if (documentos.isEmpty()) return false;
+    if (destino != DestinoDocumento::PDF && !e_.salidaDocumentos) return imprimir(grupo, prompt, documentos.first(), destino);
+    const std::optional<QString> formato = elegirFormato(grupo, prompt);
+    if (!formato) return false;
+    const std::optional<QString> plantilla = leerPlantilla(grupo, *formato);
+    if (!plantilla) return false;
+    QStringList paginas;
+    for (DatosDocumento d : documentos) {
+        if (e_.hayBaseDatos()) {
+            Ajustes ajustes = e_.ajustes();
+            anyadirDatosClinica(ajustes, d);
+        }
+        if (paginas.isEmpty()) ultimoTitulo_ = tituloDocumento(d, *formato);
+        paginas << componerPlantilla(*plantilla, d);
+    }
+    QTextDocument documento;
+    documento.setDefaultFont(letraDocumentos());
+    documento.setHtml(paginas.join(QStringLiteral("<div style=\"page-break-before: always\"></div>")));
+    documento.setMetaInformation(QTextDocument::DocumentTitle, ultimoTitulo_);
+    return enviar(documento, destino, ficheroPdf);
+}
+
 bool ImpresorDocumentos::imprimir(const QString& grupo, const QString& prompt, const DatosDocumento& datos,
                                   DestinoDocumento destino, const QString& ficheroPdf) {
     // Refused before anything is asked: this workstation cannot show or print.

@@ -60,6 +60,11 @@ public:
     bool imprimir(const QString& grupo, const QString& prompt, const DatosDocumento& datos,
                   DestinoDocumento destino, const QString& ficheroPdf = {});
 
+    // Several documents of one group in one run: the format is chosen once, each document is
+    // composed with it and they are printed one after another, each starting on a new page.
+    bool imprimirVarios(const QString& grupo, const QString& prompt, const QList<DatosDocumento>& documentos,
+                        DestinoDocumento destino, const QString& ficheroPdf = {});
+
     // The last document sent (for the screen's title and for tests).
     const QString& ultimoTitulo() const { return ultimoTitulo_; }
 

@@ -212,3 +212,13 @@ QString componerPlantilla(const QString& html, const DatosDocumento& datos, bool
     if (completo) *completo = !c.excedido();
     return salida;
 }
+
+CamposDocumento camposDesdeTexto(const QString& texto) {
+    CamposDocumento campos;
+    for (const QString& item : texto.split(QChar(u'\u00A7'))) {
+        const qsizetype igual = item.indexOf(QLatin1Char('='));
+        if (igual <= 0) continue;
+        campos.append({item.left(igual).trimmed(), item.mid(igual + 1)});
+    }
+    return campos;
+}

@@ -50,3 +50,8 @@ inline constexpr qsizetype kMaxDocumento = 8 * 1024 * 1024;
 // can be: a stray closing tag is printed as it stands, an unclosed block runs to the end.
 // completo (when given) tells whether the whole document fitted within kMaxDocumento.
 QString componerPlantilla(const QString& html, const DatosDocumento& datos, bool* completo = nullptr);
+
+// The fields of a document handed over as one text of name=value items separated by '§'
+// ("Veterinario=...§Cliente=..."). An item without '=' is skipped; the value runs to the next
+// separator and may hold '=' itself.
+CamposDocumento camposDesdeTexto(const QString& texto);
