@@ -31,6 +31,7 @@ QList<ComandoMenu> construir() {
         c("mnuRegistroCambioPropietario", QStringLiteral("Registro de cambios de propietario"),
           "mnuMantenimiento"),
         c("mnuVisita", QStringLiteral("&Visitas"), "mnuMantenimiento", P::Identificado, true),
+        c("mnuHospitalizadas", QStringLiteral("Mascotas &hospitalizadas"), "mnuMantenimiento"),
         c("mnuHistorialesDeudas", QStringLiteral("&Historiales clínicos"), "mnuMantenimiento"),
         c("mnuResLaboratorio", QStringLiteral("Compras y ventas por &laboratorio"), "mnuMantenimiento"),
         c("mnuMttoPlanSalud", QStringLiteral("&Planes de salud"), "mnuMantenimiento"),

@@ -2,13 +2,13 @@
 // The hospitalisation screens' logic: the pets hospitalised now ("Mascota", "Cliente",
 // "Jaula"; change the cage, open the pet, discharge), and the register of one pet's stays.
 #include "app/entorno.h"
+#include "clients/cliente_busqueda_form.h" // kTituloResultadoBusqueda
 #include "clinical/hospitalizacion_store.h"
 
 #include <functional>
 #include <optional>
 
 inline const QString kTituloHospitalizadas = QStringLiteral("Mascotas hospitalizadas");
-inline const QString kTituloResultadoBusqueda = QStringLiteral("Resultado de la búsqueda");
 
 // The two small dialogs, set by the windows (tests script them).
 struct DialogosHospitalizacion {

@@ -72,6 +72,8 @@ public:
     static QStringList columnas();
     QList<OpcionLookup> opciones(const QString& columna);
 
+    // A quote was made from the visit ("Presup.").
+    bool presupuestado() const { return registro_.valor(QStringLiteral("Presupuesto")).toBool(); }
     // The flag as shown: the visit keeps the pet hospitalised, or will when saved.
     bool hospitalizado() const;
     QString jaula() const;

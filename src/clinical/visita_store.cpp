@@ -207,10 +207,10 @@ QList<OpcionLookup> VisitaStore::opciones(const QString& columna) {
     const DescriptorTabla& t = descriptorRequerido(tabla);
     const QString clave = t.clave.value(0);
     const QString activo = t.tieneColumna(QStringLiteral("Activo"))
-                               ? QStringLiteral(" WHERE Activo = ?")
+                               ? QStringLiteral(" WHERE Activo IS NULL OR Activo <> ?")
                                : QString();
     QVariantList valores;
-    if (!activo.isEmpty()) valores << QStringLiteral("S");
+    if (!activo.isEmpty()) valores << QStringLiteral("N");
     return listaOpciones(db_.ejecutar(QStringLiteral("SELECT ") + clave + QStringLiteral(", Descripcion FROM ") +
                                           tabla + activo + QStringLiteral(" ORDER BY Descripcion, ") + clave,
                                       valores));
@@ -267,8 +267,8 @@ QList<FilaEspecialidad> VisitaStore::especialidades(qint64 idVisita) {
 QList<AnaliticaOfrecida> VisitaStore::analiticas() {
     QSqlQuery q = db_.ejecutar(
         QStringLiteral("SELECT IdAnalitica, Grupo, Descripcion, ValorNormal, Unidades FROM Analiticas "
-                       "WHERE Activo = ? ORDER BY Grupo, Descripcion, IdAnalitica"),
-        {QStringLiteral("S")});
+                       "WHERE Activo IS NULL OR Activo <> ? ORDER BY Grupo, Descripcion, IdAnalitica"),
+        {QStringLiteral("N")});
     QList<AnaliticaOfrecida> l;
     while (q.next())
         l << AnaliticaOfrecida{q.value(0).toLongLong(), q.value(1).toString(), q.value(2).toString(),
@@ -278,8 +278,9 @@ QList<AnaliticaOfrecida> VisitaStore::analiticas() {
 
 QList<OpcionLookup> VisitaStore::medicamentos() {
     return listaOpciones(db_.ejecutar(QStringLiteral("SELECT IdMedicamento, Descripcion FROM Medicamentos "
-                                                     "WHERE Activo = ? ORDER BY Descripcion, IdMedicamento"),
-                                      {QStringLiteral("S")}));
+                                                     "WHERE Activo IS NULL OR Activo <> ? "
+                                                     "ORDER BY Descripcion, IdMedicamento"),
+                                      {QStringLiteral("N")}));
 }
 
 QList<OpcionLookup> VisitaStore::especialidadesOfrecidas() {

@@ -9,7 +9,10 @@
 #include "clients/ui/mascota_window.h"
 #include "clients/ui/registro_cambios_window.h"
 #include "clinical/ui/plan_salud_busqueda_window.h"
+#include "clinical/ui/hospitalizacion_window.h"
 #include "clinical/ui/plan_salud_window.h"
+#include "clinical/ui/visita_busqueda_window.h"
+#include "clinical/ui/visita_window.h"
 #include "core/console_dialogs.h"
 #include "documents/ui/salida_documentos_qt.h"
 #include "gui/bloqueos_window.h"
@@ -24,6 +27,7 @@
 #include "stock/ui/articulo_window.h"
 
 #include <QApplication>
+#include <memory>
 
 void aplicarConfiguracionPuesto(MainWindow& w) {
     const auto c = leerConfiguracionPuesto(w.entorno());
@@ -118,4 +122,50 @@ void registrarPantallas(MainWindow& w) {
 
     // Delivery notes.
     w.alActivar(QStringLiteral("mnuAlbaranes"), [&w, &e] { w.abrirVentana(new AlbaranWindow(e), false); });
+
+    // Visits and hospitalisation. Each screen opens the others through these.
+    e.buscadores.visita = [&e] { return VisitaBusquedaWindow::buscador(e, QApplication::activeWindow()); };
+    auto abrirAlbaran = [&w, &e](const AperturaAlbaran& ap) {
+        auto* ventana = new AlbaranWindow(e);
+        if (!ventana->abrir(ap)) {
+            delete ventana;
+            return;
+        }
+        w.abrirVentana(ventana, false);
+    };
+    auto abrirVisita = std::make_shared<std::function<void(const AperturaVisita&)>>();
+    auto abrirEstancias = [&w, &e, abrirVisita](qint64 idMascota, const QString& nombre) {
+        auto* ventana = new RegistroHospitalizacionesWindow(e);
+        if (!ventana->abrir(idMascota, nombre)) {
+            delete ventana;
+            return;
+        }
+        QObject::connect(ventana, &RegistroHospitalizacionesWindow::IrAVisita, &w, [abrirVisita](qint64 n) {
+            AperturaVisita ap;
+            ap.NumVisita = n;
+            (*abrirVisita)(ap);
+        });
+        w.abrirVentana(ventana);
+    };
+    *abrirVisita = [&w, &e, abrirAlbaran, abrirMascota, abrirEstancias](const AperturaVisita& ap) {
+        auto* ventana = new VisitaWindow(e);
+        ventana->form().abrirAlbaran = abrirAlbaran;
+        QObject::connect(ventana, &VisitaWindow::abrirMascota, &w, abrirMascota);
+        QObject::connect(ventana, &VisitaWindow::abrirHospitalizaciones, &w, abrirEstancias);
+        if (!ventana->abrir(ap)) {
+            delete ventana;
+            return;
+        }
+        w.abrirVentana(ventana, false);
+    };
+    w.alActivar(QStringLiteral("mnuVisita"), [abrirVisita] { (*abrirVisita)(AperturaVisita{}); });
+    w.alActivar(QStringLiteral("mnuHospitalizadas"), [&w, &e, abrirMascota] {
+        auto* ventana = new HospitalizadasWindow(e);
+        QObject::connect(ventana, &HospitalizadasWindow::abrirMascota, &w, abrirMascota);
+        if (!ventana->cargar()) {
+            delete ventana;
+            return;
+        }
+        w.abrirVentana(ventana);
+    });
 }

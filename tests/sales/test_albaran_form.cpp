@@ -389,7 +389,10 @@ private slots:
         AperturaAlbaran ap;
         ap.IdCliente = c.cliente;
         ap.idMascota = c.mascotaSinPlan;
-        ap.NumVisita = 41;
+        const qint64 visita = c.s.fila(u"Visitas"_s, {{u"IdCliente"_s, c.cliente},
+                                                       {u"IdMascota"_s, c.mascotaSinPlan},
+                                                       {u"Fecha"_s, QDate(2026, 11, 23)}});
+        ap.NumVisita = visita;
         ap.IdVendedor = c.vendedor;
         ap.TarifaCliente = u"TARIFA 3"_s;
         ap.DtoGralCliente = 5;
@@ -412,7 +415,7 @@ private slots:
         QVERIFY(f.guardar());
         QCOMPARE(c.valor(u"SELECT IdVisita FROM Albaranes WHERE IdAlbaran = ?"_s, {*f.albaran().IdAlbaran})
                      .toLongLong(),
-                 41);
+                 visita);
 
         // A default article that no longer exists is reported.
         c.configurarPuesto([](ConfiguracionPuesto& conf) { conf.IdArticulo = 555; });

@@ -1,0 +1,82 @@
+// The visit window's wiring: fields typed into the form, the caption, the hospitalise flag with
+// "HOSPITALIZADO" and "JAULA:", the history and prescription lists, and the search window.
+#include "clinical/ui/visita_busqueda_window.h"
+#include "clinical/ui/visita_window.h"
+#include "gui.h"
+#include "sesion.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QTabWidget>
+#include <QTreeWidget>
+
+class TestVisitaGui : public QObject {
+    Q_OBJECT
+
+private slots:
+    void visita() {
+        Sesion c;
+        const qint64 ana = c.s.cliente(u"Ana Núñez"_s);
+        const qint64 rufo = c.s.mascota(u"Rufo"_s, ana, c.s.especie(u"Perro"_s));
+        c.s.fila(u"TiposVisita"_s, {{u"Descripcion"_s, u"Consulta"_s}});
+        c.s.fila(u"Diagnosticos"_s, {{u"Descripcion"_s, u"Otitis externa"_s}});
+        c.s.personal(u"Dra. Ferrer"_s);
+        c.s.fila(u"Medicamentos"_s, {{u"Descripcion"_s, u"Amoxicilina 250 mg"_s}});
+        VisitaWindow w(c.e);
+        w.form().pedirJaula = [](const QString&) { return std::optional<QString>(u"4"_s); };
+        AperturaVisita ap;
+        ap.IdClienteInit = ana;
+        ap.IdMascotaInit = rufo;
+        QVERIFY(w.abrir(ap));
+        QCOMPARE(hijo<QLabel>(w, u"lblLeyenda"_s)->text(), u" (Nueva visita)"_s);
+        QCOMPARE(hijo<QTabWidget>(w, u"tabVisita"_s)->count(), 5);
+        elegirTexto(w, u"cboIdTipoVisita"_s, u"Consulta"_s);
+        elegirTexto(w, u"cboIdDiagnostico"_s, u"Otitis externa"_s);
+        elegirTexto(w, u"cboIdVeterinario"_s, u"Dra. Ferrer"_s);
+        escribir(w, u"txtPeso"_s, u"12,4"_s);
+        hijo<QCheckBox>(w, u"chkHospitalizar"_s)->click();
+        QVERIFY(!hijo<QLabel>(w, u"lblHospitalizado"_s)->isHidden());
+        QCOMPARE(hijo<QLabel>(w, u"lblJaula"_s)->text(), u"JAULA: 4"_s);
+        pulsar(w, u"cmdGuardar"_s);
+        QVERIFY2(c.d.mensajes().isEmpty(), qPrintable(c.d.ultimoTexto()));
+        const qint64 id = *w.form().id();
+        QCOMPARE(hijo<QLabel>(w, u"lblLeyenda"_s)->text(), u"Visita nº: "_s + QString::number(id));
+        QCOMPARE(c.valor(u"SELECT Jaula FROM Mascotas WHERE IdMascota = ?"_s, {rufo}).toString(), u"4"_s);
+        const auto* historial = hijo<QTreeWidget>(w, u"lvwHistorial"_s);
+        QCOMPARE(cabeceras(*historial), (QStringList{u"Fecha"_s, u"Hora"_s, u"Tipo de Visita"_s, u"Diagnóstico"_s,
+                                                     u"Veterinario"_s, u"Peso"_s, u"Presup."_s}));
+        QCOMPARE(columna(*historial, 5), QStringList{u"12,40"_s});
+
+        elegirTexto(w, u"cboMedicamento"_s, u"Amoxicilina 250 mg"_s);
+        elegirTexto(w, u"cboVeterinarioReceta"_s, u"Dra. Ferrer"_s);
+        escribir(w, u"txtDosificacion"_s, u"1 cada 12 h"_s);
+        pulsar(w, u"cmdInsertarReceta"_s);
+        const auto* recetas = hijo<QTreeWidget>(w, u"lvwRecetas"_s);
+        QCOMPARE(columna(*recetas, 1), QStringList{u"Amoxicilina 250 mg"_s});
+        QCOMPARE(columna(*recetas, 2), QStringList{u"1 cada 12 h"_s});
+        for (int i = 0; i < 5; ++i) {
+            hijo<QTabWidget>(w, u"tabVisita"_s)->setCurrentIndex(i);
+            capturar(w, u"visita-"_s + QString::number(i));
+        }
+        w.close();
+    }
+
+    // The date range counts only when ticked.
+    void busqueda() {
+        Sesion c;
+        const qint64 ana = c.s.cliente(u"Ana Núñez"_s);
+        const qint64 rufo = c.s.mascota(u"Rufo"_s, ana, c.s.especie(u"Perro"_s));
+        c.s.fila(u"Visitas"_s, {{u"IdCliente"_s, ana}, {u"IdMascota"_s, rufo}, {u"Fecha"_s, QDate(2025, 1, 10)}});
+        VisitaBusquedaWindow w(c.e);
+        pulsar(w, u"cmdBuscar"_s);
+        QCOMPARE(hijo<QTreeWidget>(w, u"lvwVisitas"_s)->topLevelItemCount(), 1);
+        hijo<QCheckBox>(w, u"chkFechas"_s)->setChecked(true);
+        pulsar(w, u"cmdBuscar"_s);
+        QCOMPARE(hijo<QTreeWidget>(w, u"lvwVisitas"_s)->topLevelItemCount(), 0);
+        QCOMPARE(c.d.ultimoTexto(), u"No existen Visitas que cumplan los criterios de búsqueda especificados."_s);
+    }
+};
+
+PMX_GUI_TEST_MAIN(TestVisitaGui)
+#include "test_visita_gui.moc"
