@@ -1,4 +1,5 @@
 #include "app/instalador.h"
+#include "clinical/demo_visitas.h"
 #include "sales/demo_albaranes.h"
 
 #include "app/arranque.h"
@@ -260,4 +261,6 @@ void cargarDemo(Database& db, const QString& puesto) {
             {{puesto, QStringLiteral("A"), QStringLiteral("R"), QStringLiteral("TARIFA 1"), 1, 0}});
     // Some delivery notes of the last weeks, priced as the screen prices them.
     cargarAlbaranesDemo(db, QStringLiteral("A"), QDate::currentDate());
+    // The visits those notes charge, today's consultations and a hospitalised pet.
+    cargarVisitasDemo(db, QDate::currentDate());
 }
