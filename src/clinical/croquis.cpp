@@ -71,13 +71,13 @@ QChar letraTamano(TamanoMarca tamano) {
 double radioRelativo(TamanoMarca tamano) {
     switch (tamano) {
     case TamanoMarca::Grande:
-        return 0.025;
+        return 0.03;
     case TamanoMarca::Pequeno:
-        return 0.008;
+        return 0.01;
     case TamanoMarca::Mediano:
         break;
     }
-    return 0.015;
+    return 0.018;
 }
 
 QString textoMarcas(const QList<MarcaCroquis>& marcas) {

@@ -283,6 +283,7 @@ private slots:
         QCOMPARE(croquis->marcas().size(), 2);
         QCOMPARE(croquis->marcas().first().tamano, TamanoMarca::Pequeno);
         QCOMPARE(croquis->marcas().first().color, QColor(0x33, 0x66, 0x99));
+        capturar(panel, u"croquis.png"_s);
 
         pulsar(panel, u"cmdBorrar"_s);
         clic(croquis, centro);
@@ -330,6 +331,7 @@ private slots:
         QCOMPARE(ses.d.ultimo().titulo, u"Añadir fotografía"_s);
         QCOMPARE(nombres(w.fotos()), (QStringList{u"5_1.jpg"_s, u"5_2.jpg"_s}));
         QCOMPARE(lista->currentRow(), 1);
+        capturar(w, u"fotos-visita.png"_s);
         ses.d.fichero(dir.filePath(u"FotosVisitas"_s));
         pulsar(w, u"cmdAnadirFoto"_s);
         QCOMPARE(ses.d.ultimoTexto(),

@@ -232,7 +232,7 @@ void CroquisPanel::pintarBotonColor() {
     const QColor c = croquis_->color();
     for (int i = 0; i < 3; ++i) {
         const auto tamano = static_cast<TamanoMarca>(herramientas_.at(i)->property("tamano").toInt());
-        herramientas_.at(i)->setIcon(iconoMarca(c, std::clamp(radioRelativo(tamano) * 280, 2.0, 7.0)));
+        herramientas_.at(i)->setIcon(iconoMarca(c, std::clamp(radioRelativo(tamano) * 240, 2.5, 7.0)));
     }
     QPixmap muestra(16, 16);
     muestra.fill(c);
