@@ -7,6 +7,7 @@
 #include "app/instalacion.h"
 #include "app/usuario_store.h"
 #include "clients/generador.h"
+#include "clinical/croquis.h"
 #include "data/ajustes.h"
 #include "data/esquema.h"
 #include "data/registro.h"
@@ -105,6 +106,7 @@ QString crearInstalacion(const OpcionesInstalacion& op) {
         if (!QDir().mkpath(QDir(datos).filePath(sub)))
             return QStringLiteral("No se ha podido crear la carpeta '%1'.").arg(QDir(datos).filePath(sub));
     if (const QString error = instalarPlantillasPorDefecto(datos); !error.isEmpty()) return error;
+    if (const QString error = instalarCroquisPorDefecto(datos); !error.isEmpty()) return error;
     try {
         std::unique_ptr<Database> db =
             op.conexionPostgreSQL.isEmpty()
