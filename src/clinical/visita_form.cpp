@@ -2,7 +2,9 @@
 
 #include "app/ficha_form.h"
 #include "app/guardado_registro.h"
+#include "app/instalacion.h"
 #include "app/login_form.h"
+#include "clinical/fotos_visita.h"
 #include "core/command_trace.h"
 #include "core/formatos.h"
 #include "data/esquema.h"
@@ -424,6 +426,10 @@ bool VisitaForm::eliminar() {
         if (!modificado_) bloqueo_.liberar();
         return false;
     }
+    // Its photographs go with it.
+    const QString datos = rutaNativa(e_.configuracionBD.servidor);
+    for (const QString& foto : fotosVisita(datos, id))
+        eliminarFotoVisita(foto);
     mostrarNueva();
     traza.ejecutar([&] {
         VisitaStore store(e_.db());

@@ -1,5 +1,8 @@
 // The visit window's wiring: fields typed into the form, the caption, the hospitalise flag with
 // "HOSPITALIZADO" and "JAULA:", the history and prescription lists, and the search window.
+#include "app/instalador.h"
+#include "clinical/croquis.h"
+#include "clinical/ui/croquis_widget.h"
 #include "clinical/ui/visita_busqueda_window.h"
 #include "clinical/ui/visita_window.h"
 #include "gui.h"
@@ -8,6 +11,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QListWidget>
+#include <QTemporaryDir>
 #include <QTabWidget>
 #include <QTreeWidget>
 
@@ -30,7 +35,7 @@ private slots:
         ap.IdMascotaInit = rufo;
         QVERIFY(w.abrir(ap));
         QCOMPARE(hijo<QLabel>(w, u"lblLeyenda"_s)->text(), u" (Nueva visita)"_s);
-        QCOMPARE(hijo<QTabWidget>(w, u"tabVisita"_s)->count(), 5);
+        QCOMPARE(hijo<QTabWidget>(w, u"tabVisita"_s)->count(), 6);
         elegirTexto(w, u"cboIdTipoVisita"_s, u"Consulta"_s);
         elegirTexto(w, u"cboIdDiagnostico"_s, u"Otitis externa"_s);
         elegirTexto(w, u"cboIdVeterinario"_s, u"Dra. Ferrer"_s);
@@ -55,9 +60,38 @@ private slots:
         const auto* recetas = hijo<QTreeWidget>(w, u"lvwRecetas"_s);
         QCOMPARE(columna(*recetas, 1), QStringList{u"Amoxicilina 250 mg"_s});
         QCOMPARE(columna(*recetas, 2), QStringList{u"1 cada 12 h"_s});
-        for (int i = 0; i < 5; ++i) {
-            hijo<QTabWidget>(w, u"tabVisita"_s)->setCurrentIndex(i);
-            capturar(w, u"visita-"_s + QString::number(i));
+        w.close();
+    }
+
+    // The demo clinic's hospitalised pet in its visit of today, with its examination drawn on
+    // the dog's skin sketch (the screenshots of the documentation).
+    void demo() {
+        Sesion c(QDateTime(QDate::currentDate(), QTime(12, 0)));
+        QTemporaryDir datos;
+        c.e.configuracionBD.servidor = datos.path();
+        QVERIFY(instalarCroquisPorDefecto(datos.path()).isEmpty());
+        OpcionesInstalacion op;
+        op.administrador = u"admin"_s;
+        op.clave = u"admin"_s;
+        op.demo = true;
+        prepararBaseDatos(c.db(), op);
+        const qint64 id =
+            c.valor(u"SELECT NumHospitalizacion FROM Mascotas WHERE NumHospitalizacion IS NOT NULL"_s).toLongLong();
+        VisitaWindow w(c.e);
+        AperturaVisita ap;
+        ap.NumVisita = id;
+        QVERIFY(w.abrir(ap));
+        w.resize(1100, 760);
+        QVERIFY(!hijo<QLabel>(w, u"lblHospitalizado"_s)->isHidden());
+        QCOMPARE(hijo<QLabel>(w, u"lblJaula"_s)->text(), u"JAULA: J-2"_s);
+        hijo<QListWidget>(w, u"lstEspecialidades"_s)->setCurrentRow(0);
+        QVERIFY(hijo<CroquisPanel>(w, u"pnlCroquis"_s)->croquis()->hayFondo());
+        QCOMPARE(hijo<CroquisPanel>(w, u"pnlCroquis"_s)->croquis()->marcas().size(), 3);
+        const QStringList nombres = {u"visita"_s, u"visita-historial"_s, u"visita-analiticas"_s,
+                                     u"visita-especialidades"_s, u"visita-fotos"_s, u"visita-recetas"_s};
+        for (int i = 0; i < nombres.size(); ++i) {
+            w.pestanas()->setCurrentIndex(i);
+            capturar(w, nombres.at(i) + u".png"_s);
         }
         w.close();
     }

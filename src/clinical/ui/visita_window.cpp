@@ -1,5 +1,9 @@
 #include "clinical/ui/visita_window.h"
 
+#include "app/instalacion.h"
+#include "clinical/croquis.h"
+#include "clinical/ui/croquis_widget.h"
+#include "clinical/ui/fotos_widget.h"
 #include "clinical/ui/hospitalizacion_window.h"
 #include "core/formatos.h"
 #include "gui/editor_lista_window.h"
@@ -127,6 +131,9 @@ VisitaWindow::VisitaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e
     pestanas_->addTab(pestanaHistorial(), QStringLiteral("Historial"));
     pestanas_->addTab(pestanaAnaliticas(), QStringLiteral("Analíticas"));
     pestanas_->addTab(pestanaEspecialidades(), QStringLiteral("Especialidades"));
+    fotos_ = new FotosWidget(e_);
+    fotos_->setObjectName(QStringLiteral("fotos"));
+    pestanas_->addTab(fotos_, QStringLiteral("Fotografías"));
     pestanas_->addTab(pestanaRecetas(), QStringLiteral("Recetas"));
 
     auto* nuevo = boton(QStringLiteral("cmdNuevo"), QStringLiteral("Nueva"));
@@ -340,6 +347,7 @@ QWidget* VisitaWindow::pestanaEspecialidades() {
     protocolo_->setMaximumHeight(80);
     resultadoEspecialidad_ = new QPlainTextEdit;
     resultadoEspecialidad_->setObjectName(QStringLiteral("txtResultadoEspecialidad"));
+    resultadoEspecialidad_->setMaximumHeight(90);
     especialidadPrivada_ = new QCheckBox(QStringLiteral("Dato privado"));
     especialidadPrivada_->setObjectName(QStringLiteral("chkEspecialidadPrivada"));
     auto* guardar = boton(QStringLiteral("cmdGuardarEspecialidad"), QStringLiteral("Guardar especialidad"));
@@ -349,11 +357,8 @@ QWidget* VisitaWindow::pestanaEspecialidades() {
     connect(guardar, &QPushButton::clicked, this, [this] {
         const auto id = especialidadElegida();
         if (!id) return;
-        QString croquis;
-        for (const auto& f : form_.especialidades())
-            if (f.IdEspecialidadVisita == *id) croquis = f.Croquis;
-        form_.guardarEspecialidad(*id, resultadoEspecialidad_->toPlainText(), croquis,
-                                  especialidadPrivada_->isChecked());
+        form_.guardarEspecialidad(*id, resultadoEspecialidad_->toPlainText(),
+                                  textoMarcas(croquis_->croquis()->marcas()), especialidadPrivada_->isChecked());
         const int fila = especialidades_->currentRow();
         mostrarDetalle();
         especialidades_->setCurrentRow(fila);
@@ -372,6 +377,10 @@ QWidget* VisitaWindow::pestanaEspecialidades() {
     auto* derecha = new QFormLayout;
     derecha->addRow(QStringLiteral("Protocolo:"), protocolo_);
     derecha->addRow(QStringLiteral("Resultado:"), resultadoEspecialidad_);
+    croquis_ = new CroquisPanel;
+    croquis_->setObjectName(QStringLiteral("pnlCroquis"));
+    croquis_->setMinimumHeight(300);
+    derecha->addRow(QStringLiteral("Croquis:"), croquis_);
     auto* botones = new QHBoxLayout;
     botones->addWidget(especialidadPrivada_);
     botones->addStretch();
@@ -566,6 +575,7 @@ void VisitaWindow::mostrarTodo() {
     mostrarCabecera();
     mostrarCampos();
     mostrarDetalle();
+    fotos_->setVisita(form_.id());
 }
 
 void VisitaWindow::mostrarCabecera() {
@@ -670,12 +680,18 @@ void VisitaWindow::mostrarEspecialidad() {
     protocolo_->clear();
     resultadoEspecialidad_->clear();
     especialidadPrivada_->setChecked(false);
+    croquis_->setFondo(QString());
+    croquis_->croquis()->setMarcas({});
+    croquis_->setEnabled(id.has_value());
     if (!id) return;
     for (const auto& s : form_.especialidades())
         if (s.IdEspecialidadVisita == *id) {
             protocolo_->setPlainText(s.Protocolo);
             resultadoEspecialidad_->setPlainText(s.Resultado);
             especialidadPrivada_->setChecked(s.DatoPrivado);
+            const QString especie = form_.mascota() ? form_.mascota()->Especie : QString();
+            croquis_->setFondo(rutaCroquis(rutaNativa(e_.configuracionBD.servidor), s.Especialidad, especie));
+            croquis_->croquis()->setMarcas(leerMarcas(s.Croquis));
         }
 }
 

@@ -17,6 +17,8 @@ class QTabWidget;
 class QTextEdit;
 class QTreeWidget;
 class QListWidget;
+class CroquisPanel;
+class FotosWidget;
 
 class VisitaWindow : public QWidget {
     Q_OBJECT
@@ -86,6 +88,8 @@ private:
     QPlainTextEdit* protocolo_;
     QPlainTextEdit* resultadoEspecialidad_;
     QCheckBox* especialidadPrivada_;
+    CroquisPanel* croquis_;
+    FotosWidget* fotos_;
     QTreeWidget* recetas_;
     QLineEdit* fechaReceta_;
     QComboBox* medicamento_;
