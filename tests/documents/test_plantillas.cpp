@@ -190,7 +190,7 @@ private slots:
         QVERIFY(componerPlantilla(nota, albaranEjemplo()).contains(u"Nota de Venta: 125"_s));
     }
 
-    // What the letters, the plan and the report print, and the parts shown only with data.
+    // The parts of the letters, the plan and the report shown only with data.
     void plantillasDeCartasEInformes() {
         auto html = [](const QString& grupo) {
             for (const PlantillaPorDefecto& p : plantillasPorDefecto())
@@ -202,21 +202,9 @@ private slots:
             documento.setHtml(componerPlantilla(plantilla, d));
             return documento.toPlainText().simplified();
         };
-        DatosDocumento carta = ejemplo(u"DocClientes"_s);
-        carta.campos += camposDe(u"NombreClinica=Clínica Los Álamos|LocalidadClinica=Madrid"_s);
-        const QString cliente = texto(html(u"DocClientes"_s), carta);
-        for (const QString& t :
-             {u"Ana Belén Núñez Castaño C/ Doctor Fléming, 23, 2º B 28036 Madrid"_s,
-              u"Madrid, 23 de noviembre de 2026"_s, u"Estimado/a Ana Belén Núñez Castaño:"_s})
-            QVERIFY2(cliente.contains(t), qPrintable(t + u'\n' + cliente));
-        // Without the clinic's town, the date alone.
+        // Without the clinic's town, the date alone (the screens' tests print it with the town).
         QVERIFY(texto(html(u"DocClientes"_s), ejemplo(u"DocClientes"_s))
                     .contains(u"28036 Madrid 23 de noviembre de 2026 Estimado/a"_s));
-        const QString mascota = texto(html(u"DocMas"_s), ejemplo(u"DocMas"_s));
-        QVERIFY2(mascota.contains(u"MASCOTA Rufo ESPECIE Perro RAZA Beagle SEXO Macho NACIMIENTO 02/04/2019 "
-                                  "CHIP 941000012345678"_s),
-                 qPrintable(mascota));
-        QVERIFY(mascota.contains(u"«Plan Senior», vigente hasta el 31/01/2027"_s));
 
         // The plan's conditions as a table, or a sentence when it has none.
         DatosDocumento plan = ejemplo(u"DocPlanes"_s);
