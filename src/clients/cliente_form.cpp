@@ -3,7 +3,10 @@
 #include "app/ficha_form.h"
 #include "app/guardado_registro.h"
 #include "app/login_form.h"
+#include "clients/aviso_lopd.h"
+#include "clients/cartas_store.h"
 #include "clients/cliente_store.h"
+#include "clients/datos_cartas.h"
 #include "clients/subcuenta.h"
 #include "core/command_trace.h"
 #include "core/formatos.h"
@@ -341,6 +344,43 @@ bool ClienteForm::mascotas() {
     if (!abrirMascotas) return false;
     abrirMascotas(*id_);
     return true;
+}
+
+bool ClienteForm::cartas(DestinoDocumento destino, const QString& ficheroPdf) {
+    const QString titulo = QStringLiteral("Cartas");
+    if (!id_) {
+        e_.dialogs().avisar(titulo, QStringLiteral("Debe seleccionar primero un Cliente."));
+        return false;
+    }
+    if (modificado_) {
+
+        e_.dialogs().avisar(titulo, QStringLiteral("Guarde antes los cambios realizados a este Cliente."));
+        return false;
+    }
+    const qint64 id = *id_;
+    std::optional<ClienteCarta> cliente;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("imprimir una Carta") + kEnPantalla);
+    if (!traza.ejecutar([&] {
+            traza.paso(QStringLiteral("Leer los datos del Cliente"));
+            cliente = CartasStore(e_.db()).cliente(id);
+        }))
+        return false;
+    if (!cliente) {
+        e_.dialogs().error(QStringLiteral("Error al intentar acceder al Cliente nº: ") + QString::number(id) +
+                               QLatin1Char('.'),
+                           QStringLiteral("Ha sido imposible recuperar la información solicitada. Puede ") +
+                               QStringLiteral("que el Cliente haya sido eliminado."));
+        return false;
+    }
+    if (cliente->LOPD == kLopdNoConsiente && !avisoLopd(e_.dialogs(), cliente->Nombre, true)) return false;
+    bool hecho = false;
+    traza.ejecutar([&] {
+        traza.paso(QStringLiteral("Imprimir la Carta"));
+        hecho = ImpresorDocumentos(e_).imprimir(grupos::CLIENTES, grupos::PROMPT_DOCUMENTO,
+                                                datosCartaCliente(*cliente, e_.reloj().hoy()), destino,
+                                                ficheroPdf);
+    });
+    return hecho;
 }
 
 bool ClienteForm::buscar() {

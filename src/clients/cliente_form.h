@@ -13,6 +13,7 @@
 #include "app/formulario_registro.h"
 #include "clients/condiciones_form.h"
 #include "data/registro.h"
+#include "documents/impresor_documentos.h"
 
 #include <QHash>
 #include <functional>
@@ -60,6 +61,11 @@ public:
     // Asks and deletes the client; on success the form holds a new, empty client. A client
     // with pets is not deleted.
     bool eliminar();
+
+    // Prints a letter to the client (group "DocClientes", the format the user picks) with the
+    // stored data, after the data-protection notice when the client does not consent. Refused
+    // with a message for a client not saved or with unsaved changes. True when printed.
+    bool cartas(DestinoDocumento destino = DestinoDocumento::VistaPrevia, const QString& ficheroPdf = {});
 
     // Opens the pets of the client (set by the main window's registry).
     std::function<void(qint64 idCliente)> abrirMascotas;

@@ -1,7 +1,10 @@
 #include "clients/listado_mascotas_form.h"
 
+#include "clients/datos_cartas.h"
 #include "core/command_trace.h"
 #include "core/formatos.h"
+
+#include <QHash>
 
 void ListadoMascotasForm::setTextoCliente(const QString& texto) {
     textoCliente_ = texto;
@@ -112,4 +115,42 @@ ListadoMascotasForm::destinatariosCarta(const std::function<bool(AvisoLopdLista&
     for (const auto& d : aviso.aceptar())
         kept << QString::number(d.IdMascota.value_or(0));
     return kept.join(QStringLiteral("¬"));
+}
+
+bool ListadoMascotasForm::cartas(const std::function<bool(AvisoLopdLista&)>& mostrarAviso,
+                                 DestinoDocumento destino, const QString& ficheroPdf) {
+    const auto destinatarios = destinatariosCarta(mostrarAviso);
+    if (!destinatarios || destinatarios->isEmpty()) return false;
+    QList<DatosDocumento> documentos;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("imprimir Cartas en el '") + kTituloListadoMascotas +
+                                         QLatin1Char('\''));
+    if (!traza.ejecutar([&] {
+            traza.paso(QStringLiteral("Leer las mascotas y sus propietarios"));
+            CartasStore store(e_.db());
+            QHash<qint64, std::optional<ClienteCarta>> propietarios;
+            const QDate hoy = e_.reloj().hoy();
+            for (const QString& numero : destinatarios->split(QStringLiteral("¬"))) {
+                const auto mascota = store.mascota(numero.toLongLong());
+                if (!mascota) continue;
+                if (!propietarios.contains(mascota->IdCliente))
+                    propietarios.insert(mascota->IdCliente, store.cliente(mascota->IdCliente));
+                const auto& propietario = propietarios.value(mascota->IdCliente);
+                if (propietario) documentos << datosCartaMascota(*mascota, *propietario, hoy);
+            }
+        }))
+        return false;
+    if (documentos.isEmpty()) {
+        e_.dialogs().avisar(
+            QStringLiteral("Aviso"),
+            QStringLiteral("No se ha encontrado ninguna de las mascotas seleccionadas. Puede que "
+                           "hayan sido eliminadas."));
+        return false;
+    }
+    bool hecho = false;
+    traza.ejecutar([&] {
+        traza.paso(QStringLiteral("Imprimir las Cartas"));
+        hecho = ImpresorDocumentos(e_).imprimirVarios(grupos::MASCOTAS, grupos::PROMPT_DOCUMENTO, documentos,
+                                                      destino, ficheroPdf);
+    });
+    return hecho;
 }

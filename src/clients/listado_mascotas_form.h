@@ -3,10 +3,11 @@
 // owner (picked only through the client search), species, breed, sex, state, type, body
 // condition, health plan, five date ranges each used only when ticked, and pets that left
 // only when ticked; the result with its count in the frame heading; the selection, the
-// opening of a pet and the list of letter recipients after the data-protection notice.
+// opening of a pet, and letters to the selected pets after the data-protection notice.
 #include "app/entorno.h"
 #include "clients/aviso_lopd.h"
 #include "clients/mascota_store.h"
+#include "documents/impresor_documentos.h"
 
 #include <functional>
 
@@ -49,6 +50,11 @@ public:
     // and returns false when the user cancels: nullopt); the rows kept come back as their
     // pet numbers joined by "¬" ("12¬15"), in the order of the list; "" when none is kept.
     std::optional<QString> destinatariosCarta(const std::function<bool(AvisoLopdLista&)>& mostrarAviso);
+    // A letter about each pet destinatariosCarta keeps (group "DocMas", one format for all),
+    // printed in one run, each letter on a page of its own. Pets deleted meanwhile are left
+    // out. True when printed.
+    bool cartas(const std::function<bool(AvisoLopdLista&)>& mostrarAviso,
+                DestinoDocumento destino = DestinoDocumento::VistaPrevia, const QString& ficheroPdf = {});
 
 private:
     Entorno& e_;

@@ -3,6 +3,9 @@
 #include "app/guardado_registro.h"
 
 #include "app/ficha_form.h"
+#include "clients/aviso_lopd.h"
+#include "clients/cartas_store.h"
+#include "clinical/datos_plan_salud.h"
 #include "core/command_trace.h"
 #include "core/formatos.h"
 #include "data/esquema.h"
@@ -304,5 +307,68 @@ bool MascotaForm::eliminar() {
         hecho = true;
     });
     if (!hecho && !modificado_) bloqueo_.liberar();
+    return hecho;
+}
+
+bool MascotaForm::cartas(DestinoDocumento destino, const QString& ficheroPdf) {
+    return imprimirDocumento(false, destino, ficheroPdf);
+}
+
+bool MascotaForm::imprimirPlan(DestinoDocumento destino, const QString& ficheroPdf) {
+    return imprimirDocumento(true, destino, ficheroPdf);
+}
+
+bool MascotaForm::imprimirDocumento(bool plan, DestinoDocumento destino, const QString& ficheroPdf) {
+    const QString titulo = plan ? QStringLiteral("Plan de Salud") : QStringLiteral("Cartas");
+    if (!id_) {
+        e_.dialogs().avisar(titulo, QStringLiteral("Debe seleccionar primero una Mascota."));
+        return false;
+    }
+    if (modificado_) {
+        e_.dialogs().avisar(titulo, QStringLiteral("Guarde antes los cambios realizados a esta Mascota."));
+        return false;
+    }
+    const qint64 id = *id_;
+    std::optional<MascotaCarta> mascota;
+    std::optional<ClienteCarta> propietario;
+    std::optional<PlanCarta> datosPlan;
+    CommandTrace traza(e_.dialogs(), (plan ? QStringLiteral("imprimir el Plan de Salud de")
+                                           : QStringLiteral("imprimir una Carta sobre")) +
+                                         kAccion);
+    if (!traza.ejecutar([&] {
+            CartasStore store(e_.db());
+            traza.paso(QStringLiteral("Leer la mascota y su propietario"));
+            mascota = store.mascota(id);
+            if (mascota) propietario = store.cliente(mascota->IdCliente);
+            if (!plan || !mascota || !mascota->IdPlanSalud) return;
+            traza.paso(QStringLiteral("Leer el Plan de Salud"));
+            datosPlan = leerPlanCarta(e_, *mascota->IdPlanSalud);
+        }))
+        return false;
+    if (!mascota || !propietario) {
+        e_.dialogs().error(QStringLiteral("¡Error!"), QStringLiteral("No se ha encontrado la Mascota nº ") +
+                                                          QString::number(id) +
+                                                          QStringLiteral(" en la B.D. Puede que haya sido "
+                                                                         "eliminada."));
+        return false;
+    }
+    if (plan && !datosPlan) {
+        e_.dialogs().avisar(titulo, QStringLiteral("La Mascota '") + mascota->Nombre +
+                                        QStringLiteral("' no tiene asignado ningún Plan de Salud."));
+        return false;
+    }
+    if (propietario->LOPD == kLopdNoConsiente && !avisoLopd(e_.dialogs(), propietario->Nombre, true))
+        return false;
+    const QDate hoy = e_.reloj().hoy();
+    bool hecho = false;
+    traza.ejecutar([&] {
+        traza.paso(QStringLiteral("Imprimir el documento"));
+        ImpresorDocumentos impresor(e_);
+        hecho = plan ? impresor.imprimir(grupos::PLANES, grupos::PROMPT_DOCUMENTO,
+                                         datosPlanSalud(*mascota, *propietario, *datosPlan, hoy), destino,
+                                         ficheroPdf)
+                     : impresor.imprimir(grupos::MASCOTAS, grupos::PROMPT_DOCUMENTO,
+                                         datosCartaMascota(*mascota, *propietario, hoy), destino, ficheroPdf);
+    });
     return hecho;
 }

@@ -6,6 +6,7 @@
 // "#,##0.00" typed back with a decimal comma, "Baja" "Sí"/"No".
 #include "app/formulario_registro.h"
 #include "clients/mascota_store.h"
+#include "documents/impresor_documentos.h"
 
 #include <optional>
 
@@ -72,6 +73,14 @@ public:
     // A plan is chosen and its expiry date lies before today.
     bool planCaducado() const;
 
+    // Letters about the selected pet (group "DocMas") and its health plan (group "DocPlanes"),
+    // with the stored data, after the data-protection notice when the owner does not consent.
+    // Refused with a message when no saved pet is selected, when it has unsaved changes and,
+    // for the plan, when the pet is in none. True when printed.
+    bool cartas(DestinoDocumento destino = DestinoDocumento::VistaPrevia, const QString& ficheroPdf = {});
+    bool imprimirPlan(DestinoDocumento destino = DestinoDocumento::VistaPrevia,
+                      const QString& ficheroPdf = {});
+
 private:
     QStringList columnasEditables() const override { return columnas(); }
     QString descripcionBloqueo() const override;
@@ -86,6 +95,7 @@ private:
         return fallo(Icono::Exclamacion, titulo, texto, columna);
     }
     bool chipValido() const;
+    bool imprimirDocumento(bool plan, DestinoDocumento destino, const QString& ficheroPdf);
 
     DatosPropietario propietario_;
     QList<FilaMascota> lista_;

@@ -667,7 +667,7 @@ bool VisitaForm::imprimirRecetas(const QList<int>& seleccion, DestinoDocumento d
     CommandTrace traza(e_.dialogs(), QStringLiteral("imprimir las Recetas en las '") + kTituloVisitas +
                                          QLatin1Char('\''));
     traza.ejecutar([&] {
-        hecho = ImpresorDocumentos(e_).imprimirVarios(kGrupoRecetas, kPromptRecetas, paginas, destino, ficheroPdf);
+        hecho = ImpresorDocumentos(e_).imprimirVarios(grupos::RECETAS, grupos::PROMPT_RECETA, paginas, destino, ficheroPdf);
     });
     return hecho;
 }

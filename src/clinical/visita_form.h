@@ -25,10 +25,6 @@
 inline const QString kTituloVisitas = QStringLiteral("Visitas");
 inline const QString kTextoHospitalizado = QStringLiteral("HOSPITALIZADO");
 inline const QString kEtiquetaJaula = QStringLiteral("JAULA:");
-inline const QString kGrupoRecetas = QStringLiteral("Recetas");
-inline const QString kPromptRecetas = QStringLiteral(" Seleccione un Formato de receta");
-inline const QString kGrupoInformesVisita = QStringLiteral("VisInf");
-inline const QString kPromptDocumento = QStringLiteral(" Seleccione un documento a imprimir");
 
 // What the opener sets: a client (and pet) for a new visit, or a visit to open.
 struct AperturaVisita {

@@ -49,6 +49,17 @@ QString formatoFecha(const QDate& fecha) {
     return QString::asprintf("%02d/%02d/%04d", fecha.day(), fecha.month(), fecha.year());
 }
 
+QString formatoFechaLarga(const QDate& fecha) {
+    static const char* const meses[] = {"enero",      "febrero", "marzo",     "abril",
+                                        "mayo",       "junio",   "julio",     "agosto",
+                                        "septiembre", "octubre", "noviembre", "diciembre"};
+    if (!fechaConAnoDeCuatroCifras(fecha)) return {};
+    return QStringLiteral("%1 de %2 de %3")
+        .arg(fecha.day())
+        .arg(QLatin1String(meses[fecha.month() - 1]))
+        .arg(fecha.year());
+}
+
 std::optional<QDate> leerFecha(const QString& texto) {
     const QStringView limpio = QStringView(texto).trimmed();
     const auto partes = limpio.split(u'/');

@@ -2,6 +2,7 @@
 // The program writes and reads every date, time and number itself, always in the same
 // Spanish form, whatever the locale of the machine:
 //   dates    dd/mm/yyyy          31/12/2024
+//   long     d de mes de yyyy    5 de febrero de 2024 (letters)
 //   times    hh:mm, hh:mm:ss     09:05, 09:05:30
 //   amounts  #,##0.00            1.234.567,50   -0,50   0,00
 //   counts   #,##0               1.234.567
@@ -14,6 +15,9 @@
 
 // "dd/mm/yyyy"; an invalid date, or a year outside 1..9999, gives "".
 QString formatoFecha(const QDate& fecha);
+// "5 de febrero de 2024": the day without a leading zero, the month's name in lower case;
+// "" where formatoFecha gives "".
+QString formatoFechaLarga(const QDate& fecha);
 // Accepts "dd/mm/yyyy" and also one-digit day and month ("1/2/2024"), with blanks around
 // the text ignored. The year always has four digits (two-digit years are rejected, never
 // guessed) and must be 1..9999. Only the '/' separator and the digits 0-9 are accepted.

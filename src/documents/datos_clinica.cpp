@@ -1,5 +1,7 @@
 #include "documents/datos_clinica.h"
 
+#include <QRegularExpression>
+
 CamposDocumento camposClinica(Ajustes& ajustes) {
     const QList<QPair<QString, QString>> claves = {
         {QStringLiteral("NombreClinica"), claves::NOMBRE_CLINICA},
@@ -11,6 +13,9 @@ CamposDocumento camposClinica(Ajustes& ajustes) {
     CamposDocumento campos;
     for (const auto& [campo, clave] : claves)
         campos.append({campo, ajustes.leer(clave).trimmed()});
+    static const QRegularExpression codigoPostal(QStringLiteral("^[0-9]+[\\s,-]*"));
+    QString localidad = campos.at(3).second;
+    campos.append({QStringLiteral("LocalidadClinica"), localidad.remove(codigoPostal).trimmed()});
     return campos;
 }
 

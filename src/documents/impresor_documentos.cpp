@@ -8,7 +8,10 @@
 #include <QFileInfo>
 #include <QFont>
 #include <QStringDecoder>
+#include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 
 namespace {
 const QString kTituloAtencion = QStringLiteral("¡Atención!");
@@ -39,6 +42,27 @@ QString tituloDocumento(const DatosDocumento& d, const QString& formato) {
     if (d.tipo == kDocumentoFactura && !d.valor(QStringLiteral("numero")).trimmed().isEmpty())
         return formato + QLatin1Char(' ') + numero(QStringLiteral("numero"), QStringLiteral("serie"));
     return formato;
+}
+
+// Appends a composed document to a run, beginning on a new page: its first block keeps its
+// own format and carries the page break and the mark kInicioDocumento.
+void anyadirEnPaginaNueva(QTextDocument& conjunto, const QString& html) {
+    QTextDocument parte;
+    parte.setDefaultFont(conjunto.defaultFont());
+    parte.setHtml(html);
+    QTextCursor cursor(&conjunto);
+    cursor.movePosition(QTextCursor::End);
+    // The room under the previous document's last block would push the new page's content down.
+    QTextBlockFormat ultimo = cursor.blockFormat();
+    ultimo.setBottomMargin(0);
+    cursor.setBlockFormat(ultimo);
+    cursor.insertBlock();
+    const int inicio = cursor.position();
+    cursor.insertFragment(QTextDocumentFragment(&parte));
+    QTextBlockFormat primero = parte.begin().blockFormat();
+    primero.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+    primero.setProperty(kInicioDocumento, true);
+    QTextCursor(conjunto.findBlock(inicio)).setBlockFormat(primero);
 }
 
 } // namespace
@@ -132,69 +156,61 @@ std::optional<QString> ImpresorDocumentos::leerPlantilla(const QString& grupo, c
     return html;
 }
 
-bool ImpresorDocumentos::imprimirVarios(const QString& grupo, const QString& prompt,
-                                        const QList<DatosDocumento>& documentos, DestinoDocumento destino,
-                                        const QString& ficheroPdf) {
-    if (documentos.isEmpty()) return false;
-    if (destino != DestinoDocumento::PDF && !e_.salidaDocumentos) return imprimir(grupo, prompt, documentos.first(), destino);
-    const std::optional<QString> formato = elegirFormato(grupo, prompt);
-    if (!formato) return false;
-    const std::optional<QString> plantilla = leerPlantilla(grupo, *formato);
-    if (!plantilla) return false;
-    QStringList paginas;
-    for (DatosDocumento d : documentos) {
-        if (e_.hayBaseDatos()) {
-            Ajustes ajustes = e_.ajustes();
-            anyadirDatosClinica(ajustes, d);
-        }
-        if (paginas.isEmpty()) ultimoTitulo_ = tituloDocumento(d, *formato);
-        paginas << componerPlantilla(*plantilla, d);
-    }
-    QTextDocument documento;
-    documento.setDefaultFont(letraDocumentos());
-    documento.setHtml(paginas.join(QStringLiteral("<div style=\"page-break-before: always\"></div>")));
-    documento.setMetaInformation(QTextDocument::DocumentTitle, ultimoTitulo_);
-    return enviar(documento, destino, ficheroPdf);
+bool ImpresorDocumentos::destinoDisponible(DestinoDocumento destino) {
+    if (destino == DestinoDocumento::PDF || e_.salidaDocumentos) return true;
+    e_.dialogs().avisar(kTituloAtencion,
+                        destino == DestinoDocumento::VistaPrevia
+                            ? QStringLiteral("No se puede mostrar la vista previa en este puesto porque "
+                                             "Pramelvix se está ejecutando sin pantalla. Guarde el "
+                                             "documento en PDF.")
+                            : QStringLiteral("No se puede imprimir en este puesto porque Pramelvix se está "
+                                             "ejecutando sin pantalla. Guarde el documento en PDF."));
+    return false;
 }
 
 bool ImpresorDocumentos::imprimir(const QString& grupo, const QString& prompt, const DatosDocumento& datos,
                                   DestinoDocumento destino, const QString& ficheroPdf) {
+    return imprimirVarios(grupo, prompt, {datos}, destino, ficheroPdf);
+}
+
+bool ImpresorDocumentos::imprimirVarios(const QString& grupo, const QString& prompt,
+                                        const QList<DatosDocumento>& documentos, DestinoDocumento destino,
+                                        const QString& ficheroPdf) {
+    if (documentos.isEmpty()) return false;
     // Refused before anything is asked: this workstation cannot show or print.
-    if (destino != DestinoDocumento::PDF && !e_.salidaDocumentos) {
-        e_.dialogs().avisar(
-            kTituloAtencion,
-            destino == DestinoDocumento::VistaPrevia
-                ? QStringLiteral("No se puede mostrar la vista previa en este puesto porque "
-                                 "Pramelvix se está ejecutando sin pantalla. Guarde el "
-                                 "documento en PDF.")
-                : QStringLiteral("No se puede imprimir en este puesto porque Pramelvix se está "
-                                 "ejecutando sin pantalla. Guarde el documento en PDF."));
-        return false;
-    }
+    if (!destinoDisponible(destino)) return false;
     const std::optional<QString> formato = elegirFormato(grupo, prompt);
     if (!formato) return false;
     const std::optional<QString> plantilla = leerPlantilla(grupo, *formato);
     if (!plantilla) return false;
 
-    DatosDocumento completos = datos;
+    CamposDocumento clinica;
     if (e_.hayBaseDatos()) {
         Ajustes ajustes = e_.ajustes();
-        anyadirDatosClinica(ajustes, completos);
+        clinica = camposClinica(ajustes);
     }
-    ultimoTitulo_ = tituloDocumento(completos, *formato);
     QTextDocument documento;
     documento.setDefaultFont(letraDocumentos());
-    bool completo = true;
-    const QString html = componerPlantilla(*plantilla, completos, &completo);
-    if (!completo) {
-        e_.dialogs().avisar(kTituloAtencion,
-                            QStringLiteral("El documento que resulta de la plantilla '%1' es "
-                                           "demasiado grande para imprimirlo. Revise sus "
-                                           "bloques repetidos.")
-                                .arg(*formato));
-        return false;
+    for (qsizetype i = 0; i < documentos.size(); ++i) {
+        DatosDocumento completos = documentos.at(i);
+        for (const auto& [campo, valor] : clinica)
+            completos.anyadirSiFalta(campo, valor);
+        if (i == 0) ultimoTitulo_ = documentos.size() == 1 ? tituloDocumento(completos, *formato) : *formato;
+        bool completo = true;
+        const QString html = componerPlantilla(*plantilla, completos, &completo);
+        if (!completo) {
+            e_.dialogs().avisar(kTituloAtencion,
+                                QStringLiteral("El documento que resulta de la plantilla '%1' es "
+                                               "demasiado grande para imprimirlo. Revise sus "
+                                               "bloques repetidos.")
+                                    .arg(*formato));
+            return false;
+        }
+        if (i == 0)
+            documento.setHtml(html);
+        else
+            anyadirEnPaginaNueva(documento, html);
     }
-    documento.setHtml(html);
     documento.setMetaInformation(QTextDocument::DocumentTitle, ultimoTitulo_);
     return enviar(documento, destino, ficheroPdf);
 }

@@ -19,8 +19,15 @@ namespace grupos {
 inline const QString ALBARANES = QStringLiteral("DocAlbaranes");
 inline const QString NOTA_VENTA = QStringLiteral("NotaVenta");
 inline const QString FACTURAS = QStringLiteral("DocFormFra");
+inline const QString CLIENTES = QStringLiteral("DocClientes"); // letters to a client
+inline const QString MASCOTAS = QStringLiteral("DocMas");      // letters about a pet
+inline const QString PLANES = QStringLiteral("DocPlanes");     // a pet's health plan
+inline const QString RECETAS = QStringLiteral("Recetas");
+inline const QString INFORMES_VISITA = QStringLiteral("VisInf");
 inline const QString PROMPT_ALBARAN = QStringLiteral(" Seleccione un Formato de Albarán");
 inline const QString PROMPT_FACTURA = QStringLiteral(" Seleccione un Formato de Factura");
+inline const QString PROMPT_DOCUMENTO = QStringLiteral(" Seleccione un documento a imprimir");
+inline const QString PROMPT_RECETA = QStringLiteral(" Seleccione un Formato de receta");
 } // namespace grupos
 
 // Document type codes.
@@ -59,16 +66,20 @@ public:
     // the reason shown). Throws ErrorBD when the clinic's data cannot be read.
     bool imprimir(const QString& grupo, const QString& prompt, const DatosDocumento& datos,
                   DestinoDocumento destino, const QString& ficheroPdf = {});
-
     // Several documents of one group in one run: the format is chosen once, each document is
-    // composed with it and they are printed one after another, each starting on a new page.
+    // composed with it (the clinic's data added as imprimir does) and they are printed one after
+    // another, each starting on a new page. False when nothing was printed (cancelled, failed with
+    // the reason shown, or an empty list).
     bool imprimirVarios(const QString& grupo, const QString& prompt, const QList<DatosDocumento>& documentos,
                         DestinoDocumento destino, const QString& ficheroPdf = {});
 
-    // The last document sent (for the screen's title and for tests).
+    // The last document sent (for the screen's title and for tests): the format's name and, for
+    // a delivery note or an invoice printed alone, its number.
     const QString& ultimoTitulo() const { return ultimoTitulo_; }
 
 private:
+    // Whether the destination exists on this workstation; said when it does not.
+    bool destinoDisponible(DestinoDocumento destino);
     bool enviar(const QTextDocument& documento, DestinoDocumento destino, const QString& ficheroPdf);
 
     Entorno& e_;

@@ -13,6 +13,15 @@ const QList<PlantillaPorDefecto>& plantillasPorDefecto() {
         {grupos::NOTA_VENTA, QStringLiteral("Nota de venta.html"),
          QStringLiteral(":/plantillas/nota_venta.html")},
         {grupos::FACTURAS, QStringLiteral("Factura.html"), QStringLiteral(":/plantillas/factura.html")},
+        {grupos::CLIENTES, QStringLiteral("Carta al cliente.html"),
+         QStringLiteral(":/plantillas/carta_cliente.html")},
+        {grupos::MASCOTAS, QStringLiteral("Carta sobre la mascota.html"),
+         QStringLiteral(":/plantillas/carta_mascota.html")},
+        {grupos::PLANES, QStringLiteral("Plan de salud.html"),
+         QStringLiteral(":/plantillas/plan_salud.html")},
+        {grupos::RECETAS, QStringLiteral("Receta.html"), QStringLiteral(":/plantillas/receta.html")},
+        {grupos::INFORMES_VISITA, QStringLiteral("Informe de la visita.html"),
+         QStringLiteral(":/plantillas/informe_visita.html")},
     };
     return lista;
 }

@@ -1,7 +1,9 @@
 #pragma once
 // The templates every installation starts with, kept in the program and copied into the
-// data folder by the installer: Plantillas/DocAlbaranes/Albarán.html,
-// Plantillas/NotaVenta/Nota de venta.html and Plantillas/DocFormFra/Factura.html.
+// data folder by the installer, in Plantillas/: DocAlbaranes/Albarán.html, NotaVenta/Nota de
+// venta.html, DocFormFra/Factura.html, DocClientes/Carta al cliente.html, DocMas/Carta sobre la
+// mascota.html, DocPlanes/Plan de salud.html, Recetas/Receta.html (two prescriptions on one
+// page) and VisInf/Informe de la visita.html.
 #include <QList>
 #include <QString>
 

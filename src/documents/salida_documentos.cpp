@@ -6,7 +6,9 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSaveFile>
+#include <QTextBlock>
 #include <QTextDocument>
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -14,6 +16,19 @@ namespace {
 constexpr double kPuntosPorPulgada = 96.0;
 // Room at the foot of each page for "Página n de m", in layout pixels.
 constexpr double kPie = 22.0;
+
+// The page on which each document of the run begins, the first one's (0) included.
+QList<int> primerasPaginas(const QTextDocument& d, double alto) {
+    QList<int> primeras{0};
+    for (QTextBlock b = d.begin(); b.isValid(); b = b.next()) {
+        if (!b.blockFormat().boolProperty(kInicioDocumento)) continue;
+        // The layout rounds positions to 1/64 of a pixel: a page's top may come out a hair above it.
+        const double arriba = d.documentLayout()->blockBoundingRect(b).top();
+        const int pagina = static_cast<int>(std::floor((arriba + 0.5) / alto));
+        if (pagina > primeras.last()) primeras << pagina;
+    }
+    return primeras;
+}
 } // namespace
 
 void prepararPagina(QPagedPaintDevice& dispositivo) {
@@ -37,12 +52,20 @@ bool pintarDocumento(const QTextDocument& documento, QPagedPaintDevice& disposit
     copia->documentLayout()->setPaintDevice(&referencia);
     copia->setDocumentMargin(0);
     copia->setPageSize(QSizeF(ancho, alto));
-    if (copia->pageCount() > 1) {
+    // Room for the page numbers only when some document takes more than one page.
+    QList<int> primeras = primerasPaginas(*copia, alto);
+    if (copia->pageCount() > primeras.size()) {
         alto -= kPie;
         copia->setPageSize(QSizeF(ancho, alto));
+        primeras = primerasPaginas(*copia, alto);
     }
     const int paginas = copia->pageCount();
+    qsizetype parte = 0;
     for (int i = 0; i < paginas; ++i) {
+        while (parte + 1 < primeras.size() && primeras.at(parte + 1) <= i)
+            ++parte;
+        const int primera = primeras.at(parte);
+        const int total = (parte + 1 < primeras.size() ? primeras.at(parte + 1) : paginas) - primera;
         if (i > 0 && !dispositivo.newPage()) return false;
         p.save();
         p.scale(escalaX, escalaY);
@@ -54,13 +77,13 @@ bool pintarDocumento(const QTextDocument& documento, QPagedPaintDevice& disposit
         contexto.palette.setColor(QPalette::Text, Qt::black);
         copia->documentLayout()->draw(&p, contexto);
         p.restore();
-        if (paginas > 1) {
+        if (total > 1) {
             QFont letra = copia->defaultFont();
             letra.setPixelSize(9);
             p.setFont(letra);
             p.setPen(Qt::darkGray);
             p.drawText(QRectF(0, alto, ancho, kPie), Qt::AlignRight | Qt::AlignBottom,
-                       QStringLiteral("Página %1 de %2").arg(i + 1).arg(paginas));
+                       QStringLiteral("Página %1 de %2").arg(i - primera + 1).arg(total));
         }
         p.restore();
     }

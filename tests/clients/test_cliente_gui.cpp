@@ -60,6 +60,13 @@ private slots:
         QVERIFY(d.mensajes().isEmpty());
         QCOMPARE(ses.valor(u"SELECT Subcuenta FROM Clientes WHERE IdCliente = ?"_s, {id}).toString(),
                  u"4300000999"_s);
+        // Letters go to the preview, which a workstation without a display refuses.
+        pulsar(w, u"cmdCartas"_s);
+        QCOMPARE(
+            d.ultimoTexto(),
+            u"No se puede mostrar la vista previa en este puesto porque Pramelvix se está ejecutando sin "
+            "pantalla. Guarde el documento en PDF."_s);
+        d.limpiar();
         w.close();
 
         // The health plan window with a condition.
@@ -175,6 +182,13 @@ private slots:
         pulsar(w, u"cmdGuardar"_s);
         QCOMPARE(c->s.t.db().valor(u"SELECT Chip FROM Mascotas WHERE IdMascota = ?"_s, {c->rufo}).toString(),
                  u"9410000123"_s);
+        pulsar(w, u"cmdImprimirPlan"_s);
+        QCOMPARE(c->s.d.ultimoTexto(), u"La Mascota 'Rufo' no tiene asignado ningún Plan de Salud."_s);
+        pulsar(w, u"cmdCartas"_s);
+        QCOMPARE(
+            c->s.d.ultimoTexto(),
+            u"No se puede mostrar la vista previa en este puesto porque Pramelvix se está ejecutando sin "
+            "pantalla. Guarde el documento en PDF."_s);
         w.close();
     }
 
@@ -189,6 +203,10 @@ private slots:
         pulsar(w, u"cmdAbrirMascota"_s);
         QCOMPARE(c->s.d.ultimoTexto(), u"Debe seleccionar previamente una Mascota"_s);
         QCOMPARE(abrir.count(), 0);
+        pulsar(w, u"cmdCarta"_s);
+        QCOMPARE(
+            c->s.d.ultimoTexto(),
+            u"No ha seleccionado ninguna mascota. Seleccione al menos una mascota para emitirle una carta."_s);
     }
 
     void cambioDePropietario() {

@@ -64,22 +64,26 @@ private slots:
         QTest::addColumn<QDate>("fecha");
         QTest::addColumn<QString>("esperado");
         QTest::addColumn<QString>("clave"); // formatoClaveFecha
-        auto fila = [](const char* nombre, QDate a0, QString a1, QString a2) {
-            QTest::newRow(nombre) << a0 << a1 << a2;
+        QTest::addColumn<QString>("larga"); // formatoFechaLarga
+        auto fila = [](const char* nombre, QDate a0, QString a1, QString a2, QString a3) {
+            QTest::newRow(nombre) << a0 << a1 << a2 << a3;
         };
-        fila("dia y mes de una cifra", QDate(2024, 2, 5), "05/02/2024", "20240205");
-        fila("ano de tres cifras", QDate(987, 6, 7), "07/06/0987", "09870607");
-        fila("ultimo ano", QDate(9999, 12, 31), "31/12/9999", "99991231");
-        fila("invalida", QDate(), "", "");
-        fila("ano 10000", QDate(10000, 1, 1), "", "");
+        fila("dia y mes de una cifra", QDate(2024, 2, 5), "05/02/2024", "20240205", "5 de febrero de 2024");
+        fila("ano de tres cifras", QDate(987, 6, 7), "07/06/0987", "09870607", "7 de junio de 987");
+        fila("ultimo ano", QDate(9999, 12, 31), "31/12/9999", "99991231", "31 de diciembre de 9999");
+        fila("primer mes", QDate(2026, 1, 23), "23/01/2026", "20260123", "23 de enero de 2026");
+        fila("invalida", QDate(), "", "", "");
+        fila("ano 10000", QDate(10000, 1, 1), "", "", "");
     }
 
     void formatoFecha() {
         QFETCH(QDate, fecha);
         QFETCH(QString, esperado);
         QFETCH(QString, clave);
+        QFETCH(QString, larga);
         QCOMPARE(::formatoFecha(fecha), esperado);
         QCOMPARE(::formatoClaveFecha(fecha), clave);
+        QCOMPARE(::formatoFechaLarga(fecha), larga);
         if (esperado.isEmpty()) return;
         QCOMPARE(::leerFecha(esperado), std::optional<QDate>(fecha));
         QCOMPARE(::leerClaveFecha(clave), std::optional<QDate>(fecha));

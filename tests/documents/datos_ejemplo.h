@@ -45,3 +45,41 @@ inline DatosDocumento albaranEjemplo() {
                    {camposDe(u"FechaCobro=23/11/2026|FormaCobro=TARJETA|ImporteCobro=100,00"_s)});
     return d;
 }
+
+// One page of prescriptions as the visit hands it over: two, or one with the second's fields
+// (names ending in 2) blank.
+inline DatosDocumento recetasEjemplo(bool dos) {
+    DatosDocumento d;
+    d.campos = camposDe(u"Veterinario=Dra. Lucía Ferrer Soler|Cliente=Ana Belén Núñez Castaño|"
+                        "DirCliente=C/ Doctor Fléming, 23, 2º B|PobCliente=28036 Madrid|Fecha=23/11/2026|"
+                        "Colegiado=28-1234|DPS=Amoxicilina 250 mg comprimidos|"
+                        "Dosificacion=1 comprimido cada 12 horas durante 7 días|"
+                        "DPS_Dosificacion=Amoxicilina: 1 comprimido cada 12 horas"_s);
+    d.campos += camposDe(dos ? u"Veterinario2=Dr. Tomás Ibarra Gil|Cliente2=Luis Pérez Gil|"
+                               "DirCliente2=Av. de la Paz, 4|PobCliente2=45600 Talavera (Toledo)|"
+                               "Fecha2=24/11/2026|Colegiado2=45-0987|DPS2=Meloxicam 1,5 mg/ml suspensión|"
+                               "Dosificacion2=0,1 mg/kg una vez al día|DPS_Dosificacion2=Meloxicam: con comida"_s
+                             : u"Veterinario2=|Cliente2=|DirCliente2=|PobCliente2=|Fecha2=|Colegiado2=|DPS2=|"
+                               "Dosificacion2=|DPS_Dosificacion2="_s);
+    return d;
+}
+
+// A visit report; with bloques, one row in each of Analiticas, Especialidades and Recetas.
+inline DatosDocumento informeEjemplo(bool bloques) {
+    DatosDocumento d;
+    d.campos = camposDe(u"NumVisita=4321|Fecha=23/11/2026|Hora=10:15|Cliente=Ana Belén Núñez Castaño|"
+                        "DirCliente=C/ Doctor Fléming, 23, 2º B|PobCliente=28036 Madrid|Mascota=Rufo|"
+                        "Especie=Perro|Raza=Beagle|Sexo=Macho|FechaNacimiento=02/04/2019|Chip=941000012345678|"
+                        "TipoVisita=Consulta|Diagnostico=Otitis externa|Veterinario=Dra. Lucía Ferrer Soler|"
+                        "Colegiado=28-1234|Peso=14,20|Temperatura=38,9|CondicionCorporal=Ideal|"
+                        "Anamnesis=Se rasca la oreja izquierda.\nDesde hace 3 días.|"
+                        "Tratamiento=Limpieza ótica diaria."_s);
+    if (!bloques) return d;
+    d.filas.insert(u"Analiticas"_s, {camposDe(u"Grupo=Hemograma|Analitica=Hematocrito|Resultado=45|"
+                                              "ValorNormal=37-55|Unidades=%"_s)});
+    d.filas.insert(u"Especialidades"_s,
+                   {camposDe(u"Especialidad=Otoscopia|Protocolo=Oído izquierdo|Resultado=Eritema leve"_s)});
+    d.filas.insert(u"Recetas"_s, {camposDe(u"Fecha=23/11/2026|DPS=Otoxolan gotas|Dosificacion=5 gotas "
+                                           "cada 12 horas|Veterinario=Dra. Lucía Ferrer Soler"_s)});
+    return d;
+}

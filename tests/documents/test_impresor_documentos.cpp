@@ -6,12 +6,11 @@
 #include "documents/impresor_documentos.h"
 #include "documents/plantillas_defecto.h"
 #include "documents/ticket.h"
+#include "pdf.h"
 #include "sesion.h"
 
 #include <QDir>
 #include <QGuiApplication>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QTextDocument>
 #include <fcntl.h>
 #include <poll.h>
@@ -65,16 +64,8 @@ struct Pseudoterminal {
     }
 };
 
-// The PDF checks read the text through pdftotext (poppler-utils); without it they are skipped.
-bool hayPdftotext() {
-    return !QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty();
-}
-
 QString textoPdf(const QString& fichero) {
-    QProcess p;
-    p.start(u"pdftotext"_s, {u"-layout"_s, fichero, u"-"_s});
-    if (!p.waitForFinished(30000) || p.exitCode() != 0) return {};
-    return QString::fromUtf8(p.readAllStandardOutput());
+    return paginasPdf(fichero).join(u'\f');
 }
 
 // The sample note through the delivery-note formats.
@@ -209,6 +200,96 @@ private slots:
         const int paginas = primera.captured(1).toInt();
         QVERIFY(paginas >= 2);
         QVERIFY(texto.contains(u"Página %1 de %1"_s.arg(paginas)));
+    }
+
+    // Several documents in one run: one format picked for all, each on pages of its own and
+    // numbered on its own; nothing asked for an empty list, nothing written when cancelled.
+    void variosDocumentos() {
+        Caso c(false);
+        QVERIFY(escribir(
+            c.plantilla(grupos::MASCOTAS, u"Carta.html"_s),
+            "<p>Carta para {{Mascota}}</p>{{#Lineas}}<p>{{Mascota}} {{n}}</p>{{/Lineas}}<p>Fin.</p>"));
+        QVERIFY(escribir(c.plantilla(grupos::MASCOTAS, u"Otra.html"_s), "<p>Otra</p>"));
+        QList<DatosDocumento> cartas;
+        for (const QString& nombre : {u"Rufo"_s, u"Misi"_s, u"Toby"_s}) {
+            DatosDocumento d;
+            d.campos = {{u"Mascota"_s, nombre}};
+            cartas << d;
+        }
+        for (int i = 0; i < 50; ++i) // Misi's letter takes two pages
+            cartas[1].filas[u"Lineas"_s].append({{u"n"_s, QString::number(i)}});
+        ImpresorDocumentos imp(c.e);
+        const QString pdf = c.datos.filePath(u"cartas.pdf"_s);
+        QVERIFY(
+            !imp.imprimirVarios(grupos::MASCOTAS, grupos::PROMPT_DOCUMENTO, {}, DestinoDocumento::PDF, pdf));
+        QVERIFY(c.d.mensajes().isEmpty());
+        c.d.opcion(-1);
+        QVERIFY(!imp.imprimirVarios(grupos::MASCOTAS, grupos::PROMPT_DOCUMENTO, cartas, DestinoDocumento::PDF,
+                                    pdf));
+        QVERIFY(!QFileInfo::exists(pdf));
+
+        c.d.limpiar();
+        c.d.opcion(0);
+        QVERIFY(imp.imprimirVarios(grupos::MASCOTAS, grupos::PROMPT_DOCUMENTO, cartas, DestinoDocumento::PDF,
+                                   pdf));
+        QCOMPARE(c.d.mensajes().size(), 1); // the format, asked once
+        QCOMPARE(c.d.ultimoTexto(), u" Seleccione un documento a imprimir"_s);
+        QCOMPARE(imp.ultimoTitulo(), u"Carta"_s);
+        if (!hayPdftotext()) QSKIP("pdftotext (poppler-utils) no está instalado");
+        const QStringList paginas = paginasPdf(pdf);
+        QCOMPARE(paginas.size(), 4);
+        const QStringList primeras = {u"Carta para Rufo"_s, u"Carta para Misi"_s, u"Misi "_s,
+                                      u"Carta para Toby"_s};
+        for (int i = 0; i < 4; ++i)
+            QVERIFY2(paginas.at(i).trimmed().startsWith(primeras.at(i)), qPrintable(paginas.at(i)));
+        QVERIFY(paginas.at(0).contains(u"Fin."_s) && !paginas.at(0).contains(u"Página"_s));
+        QVERIFY(paginas.at(1).contains(u"Página 1 de 2"_s) && !paginas.at(1).contains(u"Fin."_s));
+        QVERIFY(paginas.at(2).contains(u"Página 2 de 2"_s) && paginas.at(2).contains(u"Fin."_s));
+        QVERIFY(!paginas.at(3).contains(u"Página"_s));
+    }
+
+    // The default prescription: two recipes on one A4 page, or one and a blank lower half;
+    // several pages of them in one run.
+    void recetasEnUnaPagina() {
+        Caso c;
+        QCOMPARE(instalarPlantillasPorDefecto(c.datos.path()), QString());
+        ImpresorDocumentos imp(c.e);
+        const QString pdf = c.datos.filePath(u"recetas.pdf"_s);
+        const QStringList primera = {u"Dra. Lucía Ferrer Soler"_s,
+                                     u"28-1234"_s,
+                                     u"C/ Doctor Fléming, 23, 2º B"_s,
+                                     u"Amoxicilina 250 mg comprimidos"_s,
+                                     u"Dosis: 1 comprimido cada 12 horas durante 7 días"_s,
+                                     u"Amoxicilina: 1 comprimido cada 12 horas"_s};
+        const QStringList segunda = {u"Dr. Tomás Ibarra Gil"_s,
+                                     u"45-0987"_s,
+                                     u"45600 Talavera (Toledo)"_s,
+                                     u"24/11/2026"_s,
+                                     u"Dosis: 0,1 mg/kg una vez al día"_s,
+                                     u"Meloxicam: con comida"_s};
+        QVERIFY(imp.imprimir(grupos::RECETAS, grupos::PROMPT_RECETA, recetasEjemplo(true),
+                             DestinoDocumento::PDF, pdf));
+        QVERIFY2(c.d.mensajes().isEmpty(), qPrintable(c.d.textos().join(u'\n')));
+        if (!hayPdftotext()) QSKIP("pdftotext (poppler-utils) no está instalado");
+        QStringList paginas = paginasPdf(pdf);
+        QCOMPARE(paginas.size(), 1);
+        for (const QString& t : primera + segunda)
+            QVERIFY2(paginas.first().contains(t), qPrintable(t + u'\n' + paginas.first()));
+        QCOMPARE(paginas.first().count(u"RECETA VETERINARIA"_s), 2);
+        QCOMPARE(paginas.first().count(u"Clínica Veterinaria Los Álamos"_s), 2);
+
+        QVERIFY(imp.imprimirVarios(grupos::RECETAS, grupos::PROMPT_RECETA,
+                                   {recetasEjemplo(false), recetasEjemplo(true)}, DestinoDocumento::PDF,
+                                   pdf));
+        paginas = paginasPdf(pdf);
+        QCOMPARE(paginas.size(), 2);
+        for (const QString& t : primera)
+            QVERIFY2(paginas.first().contains(t), qPrintable(t + u'\n' + paginas.first()));
+        for (const QString& t : {u"RECETA VETERINARIA"_s, u"Dosis:"_s, u"Firma del veterinario"_s})
+            QCOMPARE(paginas.first().count(t), 1);
+        QVERIFY(paginas.at(1).contains(u"Meloxicam 1,5 mg/ml suspensión"_s));
+        QCOMPARE(paginas.at(1).count(u"RECETA VETERINARIA"_s), 2);
+        QVERIFY(!paginas.join(u'\f').contains(u"Página"_s)); // each page a document of its own
     }
 
     // A template that cannot be used or a file that cannot be written: said, and no file left.

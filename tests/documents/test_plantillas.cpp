@@ -2,6 +2,7 @@
 // the default templates the installer copies, the sale ticket's text and its ESC/POS bytes,
 // and the list picker on the terminal.
 #include "app/instalador.h"
+#include "clinical/datos_plan_salud.h"
 #include "core/console_dialogs.h"
 #include "datos_ejemplo.h"
 #include "documents/plantillas_defecto.h"
@@ -12,6 +13,7 @@
 #include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
+#include <QTextDocument>
 #include <QtTest>
 #include <cstdio>
 
@@ -36,18 +38,76 @@ bool escribir(const QString& ruta, const QByteArray& bytes) {
     return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
 }
 
+// The sample documents of each group: a client, a pet, a plan with one condition, the
+// prescriptions, the visit report.
+ClienteCarta clienteEjemplo() {
+    ClienteCarta c;
+    c.IdCliente = 7;
+    c.Nombre = u"Ana Belén Núñez Castaño"_s;
+    c.DNI = u"12345678Z"_s;
+    c.Direccion = u"C/ Doctor Fléming, 23, 2º B"_s;
+    c.CodigoPostal = u"28036"_s;
+    c.Poblacion = c.Provincia = u"Madrid"_s;
+    c.Telefono1 = u"910 000 111"_s;
+    c.Movil = u"600 111 222"_s;
+    c.EMail = u"ana@example.com"_s;
+    return c;
+}
+
+DatosDocumento ejemplo(const QString& grupo) {
+    const QDate hoy(2026, 11, 23);
+    MascotaCarta rufo;
+    rufo.IdMascota = 12;
+    rufo.IdCliente = 7;
+    rufo.Nombre = u"Rufo"_s;
+    rufo.Especie = u"Perro"_s;
+    rufo.Raza = u"Beagle"_s;
+    rufo.Sexo = u"Macho"_s;
+    rufo.Capa = u"Tricolor"_s;
+    rufo.Chip = u"941000012345678"_s;
+    rufo.Cartilla = u"C-88"_s;
+    rufo.FechaNacimiento = QDate(2019, 4, 2);
+    rufo.IdPlanSalud = 3;
+    rufo.PlanSalud = u"Plan Senior"_s;
+    rufo.CaducidadPlan = QDate(2027, 1, 31);
+    if (grupo == u"DocClientes"_s) return datosCartaCliente(clienteEjemplo(), hoy);
+    if (grupo == u"DocMas"_s) return datosCartaMascota(rufo, clienteEjemplo(), hoy);
+    if (grupo == u"DocPlanes"_s)
+        return datosPlanSalud(rufo, clienteEjemplo(),
+                              {u"Revisión anual incluida."_s,
+                               {{u"Consulta general"_s, {}, {}, {}, u"0,00"_s, {}, {}},
+                                {{}, u"Vacunas"_s, {}, {}, {}, u"TARIFA 2"_s, u"10,00"_s}}},
+                              hoy);
+    if (grupo == u"Recetas"_s) return recetasEjemplo(true);
+    if (grupo == u"VisInf"_s) return informeEjemplo(true);
+    return albaranEjemplo();
+}
+
 // Every name a template of the group may print, as the documents give them.
 QSet<QString> camposConocidos(const QString& grupo) {
-    QString c =
-        u"NombreClinica NIFClinica DireccionClinica PoblacionClinica TelefonoClinica EMailClinica serie "
-        "fecha hora NombreCliente DNICliente DireccionCliente PoblacionCliente BaseImponible TotalIVA "
-        "retencion total Exento Lineas idArticulo concepto cantidad pvp dcto precio importe importeBI "
-        "Desglose PorcentajeIVA BaseIVA CuotaIVA "_s;
+    QStringList nombres = u"NombreClinica NIFClinica DireccionClinica PoblacionClinica TelefonoClinica "
+                          "EMailClinica LocalidadClinica"_s.split(u' ');
+    if (grupo == u"DocClientes"_s || grupo == u"DocMas"_s || grupo == u"DocPlanes"_s ||
+        grupo == u"Recetas"_s || grupo == u"VisInf"_s) {
+        // The sample document gives every field and block, and every row field, of its group.
+        const DatosDocumento d = ejemplo(grupo);
+        for (const auto& [campo, valor] : d.campos)
+            nombres << campo;
+        for (auto it = d.filas.cbegin(); it != d.filas.cend(); ++it) {
+            nombres << it.key();
+            for (const auto& [campo, valor] : it->first())
+                nombres << campo;
+        }
+        return {nombres.cbegin(), nombres.cend()};
+    }
+    QString c = u"serie fecha hora NombreCliente DNICliente DireccionCliente PoblacionCliente BaseImponible "
+                "TotalIVA retencion total Exento Lineas idArticulo concepto cantidad pvp dcto precio importe "
+                "importeBI Desglose PorcentajeIVA BaseIVA CuotaIVA "_s;
     c += grupo == QLatin1String("DocFormFra") ? u"numero Bruto"_s
                                               : u"numAlbaran mascota Vendedor numFra serieFra TotalBruto "
                                                 "PorcentajeRetencion pendiente Cobros FechaCobro FormaCobro "
                                                 "ImporteCobro"_s;
-    const QStringList nombres = c.split(u' ');
+    nombres += c.split(u' ');
     return {nombres.cbegin(), nombres.cend()};
 }
 } // namespace
@@ -108,9 +168,10 @@ private slots:
         QVERIFY(completo);
     }
 
-    // The shipped templates: well formed, and every name they print is one the documents give.
+    // The shipped templates: well formed, and every name they print is one the documents give;
+    // filled with no data, or with a sample of their group, no "{{" is left.
     void plantillasPorDefectoCorrectas() {
-        QCOMPARE(plantillasPorDefecto().size(), 3);
+        QCOMPARE(plantillasPorDefecto().size(), 8);
         static const QRegularExpression etiqueta(u"\\{\\{\\s*[#?^/]?\\s*([A-Za-z0-9_.]+)\\s*\\}\\}"_s);
         for (const PlantillaPorDefecto& p : plantillasPorDefecto()) {
             const QString html = textoPlantillaPorDefecto(p);
@@ -123,9 +184,47 @@ private slots:
             }
             // Filled with no data at all, nothing of the syntax is left.
             QVERIFY(!componerPlantilla(html, {}).contains(u"{{"_s));
+            QVERIFY2(!componerPlantilla(html, ejemplo(p.grupo)).contains(u"{{"_s), qPrintable(p.fichero));
         }
         const QString nota = textoPlantillaPorDefecto(plantillasPorDefecto().at(1));
         QVERIFY(componerPlantilla(nota, albaranEjemplo()).contains(u"Nota de Venta: 125"_s));
+    }
+
+    // The parts of the letters, the plan and the report shown only with data.
+    void plantillasDeCartasEInformes() {
+        auto html = [](const QString& grupo) {
+            for (const PlantillaPorDefecto& p : plantillasPorDefecto())
+                if (p.grupo == grupo) return textoPlantillaPorDefecto(p);
+            return QString();
+        };
+        auto texto = [](const QString& plantilla, const DatosDocumento& d) {
+            QTextDocument documento;
+            documento.setHtml(componerPlantilla(plantilla, d));
+            return documento.toPlainText().simplified();
+        };
+        // Without the clinic's town, the date alone (the screens' tests print it with the town).
+        QVERIFY(texto(html(u"DocClientes"_s), ejemplo(u"DocClientes"_s))
+                    .contains(u"28036 Madrid 23 de noviembre de 2026 Estimado/a"_s));
+
+        // The plan's conditions as a table, or a sentence when it has none.
+        DatosDocumento plan = ejemplo(u"DocPlanes"_s);
+        QVERIFY(texto(html(u"DocPlanes"_s), plan).contains(u"Vacunas TARIFA 2 10,00"_s));
+        plan.filas.clear();
+        QVERIFY(texto(html(u"DocPlanes"_s), plan)
+                    .contains(u"Este plan no tiene condiciones especiales de precio."_s));
+
+        // Each block of the report only with rows.
+        const QString completo = texto(html(u"VisInf"_s), informeEjemplo(true));
+        const QString sinBloques = texto(html(u"VisInf"_s), informeEjemplo(false));
+        for (const QString& t : {u"ANALÍTICAS Grupo Analítica Resultado Valor normal Unidades Hemograma "
+                                 "Hematocrito 45 37-55 %"_s,
+                                 u"ESPECIALIDADES Especialidad Protocolo Resultado Otoscopia Oído izquierdo "
+                                 "Eritema leve"_s,
+                                 u"RECETAS Fecha DPS Dosificación Veterinario 23/11/2026 Otoxolan gotas"_s}) {
+            QVERIFY2(completo.contains(t), qPrintable(t + u'\n' + completo));
+            QVERIFY(!sinBloques.contains(t.section(u' ', 0, 0)));
+        }
+        QVERIFY(sinBloques.contains(u"Se rasca la oreja izquierda. Desde hace 3 días."_s));
     }
 
     // The installer copies the templates into the data folder and keeps the clinic's own.
@@ -267,5 +366,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPlantillas)
+QTEST_MAIN(TestPlantillas)
 #include "test_plantillas.moc"

@@ -58,10 +58,12 @@ ClienteWindow::ClienteWindow(Entorno& entorno, QWidget* padre) : QWidget(padre),
     auto* eliminarB = boton(QStringLiteral("cmdEliminar"), QStringLiteral("Eliminar"));
     auto* buscarB = boton(QStringLiteral("cmdBuscar"), QStringLiteral("Buscar..."));
     auto* mascotasB = boton(QStringLiteral("cmdMascotas"), QStringLiteral("Mascotas"));
+    auto* cartasB = boton(QStringLiteral("cmdCartas"), QStringLiteral("Cartas..."));
     connect(nuevoB, &QPushButton::clicked, this, &ClienteWindow::nuevo);
     connect(guardarB, &QPushButton::clicked, this, &ClienteWindow::guardar);
     connect(eliminarB, &QPushButton::clicked, this, &ClienteWindow::eliminar);
     connect(mascotasB, &QPushButton::clicked, this, [this] { form_.mascotas(); });
+    connect(cartasB, &QPushButton::clicked, this, [this] { form_.cartas(); });
     connect(buscarB, &QPushButton::clicked, this, [this] {
         if (form_.buscar()) refrescar();
     });
@@ -72,6 +74,7 @@ ClienteWindow::ClienteWindow(Entorno& entorno, QWidget* padre) : QWidget(padre),
     botones->addWidget(buscarB);
     botones->addStretch();
     botones->addWidget(mascotasB);
+    botones->addWidget(cartasB);
 
     auto* capa = new QVBoxLayout(this);
     capa->addLayout(botones);

@@ -5,8 +5,8 @@
 // tariff, general discount, special conditions), "Notas" (notes and warning) and "Citas"
 // (the client's appointments, read-only). Every field is named after its column: txtX for
 // typed fields, cboX for drop-downs, chkX for yes/no, with cmdAnadirX beside the look-ups
-// that add an entry to their list; the buttons are cmdNuevo, cmdGuardar, cmdEliminar and
-// cmdMascotas.
+// that add an entry to their list; the buttons are cmdNuevo, cmdGuardar, cmdEliminar,
+// cmdBuscar, cmdMascotas and cmdCartas.
 #include "clients/cliente_form.h"
 
 #include <QHash>

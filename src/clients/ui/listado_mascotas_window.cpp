@@ -201,7 +201,5 @@ void ListadoMascotasWindow::carta() {
     form_.seleccion.clear();
     for (auto* item : lista_->selectedItems())
         form_.seleccion << lista_->indexOfTopLevelItem(item);
-    const auto destinatarios = form_.destinatariosCarta(
-        [this](AvisoLopdLista& aviso) { return mostrarAvisoLopdLista(aviso, this); });
-    if (destinatarios && !destinatarios->isEmpty()) emit cartaPreparada(*destinatarios);
+    form_.cartas([this](AvisoLopdLista& aviso) { return mostrarAvisoLopdLista(aviso, this); });
 }

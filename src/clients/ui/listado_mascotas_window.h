@@ -24,14 +24,11 @@ public:
 public slots:
     void buscar();
     void abrirMascota();
-    // Works out the letter's recipients (with the data-protection list notice) and hands
-    // them on through cartaPreparada.
+    // Prints a letter about each selected pet (after the data-protection list notice).
     void carta();
 
 signals:
     void mascotaElegida(qint64 idCliente, qint64 idMascota);
-    // The pet numbers of a letter joined by "¬" (the documents side prints it).
-    void cartaPreparada(const QString& mascotas);
 
 private:
     struct Rango {

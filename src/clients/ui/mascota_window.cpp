@@ -133,12 +133,18 @@ MascotaWindow::MascotaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre),
     auto* nuevo = boton(QStringLiteral("cmdNuevo"), QStringLiteral("Nueva"));
     auto* guardar = boton(QStringLiteral("cmdGuardar"), QStringLiteral("Guardar"));
     auto* eliminar = boton(QStringLiteral("cmdEliminar"), QStringLiteral("Eliminar"));
+    auto* cartas = boton(QStringLiteral("cmdCartas"), QStringLiteral("Cartas..."));
+    auto* plan = boton(QStringLiteral("cmdImprimirPlan"), QStringLiteral("Imprimir plan de salud"));
     auto* cerrar = boton(QStringLiteral("cmdCerrar"), QStringLiteral("Cerrar"));
+    connect(cartas, &QPushButton::clicked, this, [this] { form_.cartas(); });
+    connect(plan, &QPushButton::clicked, this, [this] { form_.imprimirPlan(); });
     connect(nuevo, &QPushButton::clicked, this, &MascotaWindow::nueva);
     connect(guardar, &QPushButton::clicked, this, &MascotaWindow::guardar);
     connect(eliminar, &QPushButton::clicked, this, &MascotaWindow::eliminar);
     connect(cerrar, &QPushButton::clicked, this, &QWidget::close);
     auto* botones = new QHBoxLayout;
+    botones->addWidget(cartas);
+    botones->addWidget(plan);
     botones->addStretch();
     for (auto* b : {nuevo, guardar, eliminar, cerrar})
         botones->addWidget(b);

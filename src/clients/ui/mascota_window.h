@@ -3,8 +3,9 @@
 // data (read-only) on top, the client's pets (lvwMascotas) on the left, the selected pet's
 // fields on the right (txt/cbo/chk + column name), an add button (cmdAnadir + column) beside
 // each look-up, the plan search (cmdBuscarPlan) with the expired-plan mark (lblPlanCaducado),
-// and the buttons cmdNuevo, cmdGuardar, cmdEliminar, cmdCerrar. Leaving the chip field with a
-// wrong length shows the message and puts the focus back.
+// the printing buttons cmdCartas and cmdImprimirPlan, and cmdNuevo, cmdGuardar, cmdEliminar,
+// cmdCerrar. Leaving the chip field with a wrong length shows the message and puts the focus
+// back.
 #include "clients/mascota_form.h"
 
 #include <QHash>
