@@ -229,6 +229,12 @@ bool MascotaForm::planCaducado() const {
     return caducidad && *caducidad < e_.reloj().hoy();
 }
 
+bool MascotaForm::mascotaElegida(const QString& titulo) {
+    if (id_) return true;
+    e_.dialogs().avisar(titulo, QStringLiteral("Debe seleccionar primero una Mascota."));
+    return false;
+}
+
 bool MascotaForm::elegirPlan() {
     if (!e_.buscadores.planSalud) return false;
     const auto plan = e_.buscadores.planSalud(QString());

@@ -68,6 +68,9 @@ public:
     // The chip check when the user leaves the field; false (message shown) when the field
     // must take the focus again.
     bool comprobarChip();
+    // A saved pet is selected, for the commands that open its visits or hospitalisations;
+    // otherwise "Debe seleccionar primero una Mascota." with the title given, and false.
+    bool mascotaElegida(const QString& titulo);
     // Picks the health plan through the plan search; true when one was chosen.
     bool elegirPlan();
     // A plan is chosen and its expiry date lies before today.

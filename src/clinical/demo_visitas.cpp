@@ -152,6 +152,11 @@ int cargarVisitasDemo(Database& db, const QDate& hoy) {
                       {QStringLiteral("Resultado"), kResultados.at(a)},
                       {QStringLiteral("DatoPrivado"), false}, {QStringLiteral("Autor"), QStringLiteral("admin")}});
         if (k == 0) {
+            fila(db, QStringLiteral("Recetas"),
+                 {{QStringLiteral("IdVisita"), id}, {QStringLiteral("Fecha"), hoy},
+                  {QStringLiteral("IdMedicamento"), l.medicamentos.at(3)}, {QStringLiteral("IdVeterinario"), vet},
+                  {QStringLiteral("Dispensador"), QStringLiteral("Farmacia de la clínica")},
+                  {QStringLiteral("Dosificacion"), QStringLiteral("5 gotas en el oído derecho cada 12 horas, 7 días")}});
             fila(db, QStringLiteral("EspecialidadesVisita"),
                  {{QStringLiteral("IdVisita"), id}, {QStringLiteral("IdEspecialidad"), l.especialidades.first()},
                   {QStringLiteral("Protocolo"), db.valor(QStringLiteral("SELECT Protocolo FROM Especialidades WHERE "

@@ -4,10 +4,14 @@
 #include "app/guardado_registro.h"
 #include "app/instalacion.h"
 #include "app/login_form.h"
+#include "clients/aviso_lopd.h"
+#include "clients/datos_cartas.h"
 #include "clinical/fotos_visita.h"
 #include "core/command_trace.h"
 #include "core/formatos.h"
 #include "data/esquema.h"
+
+#include <QTextDocumentFragment>
 
 namespace {
 const QString kAccion = QStringLiteral(" una Visita en las '") + kTituloVisitas + QLatin1Char('\'');
@@ -668,6 +672,113 @@ bool VisitaForm::imprimirRecetas(const QList<int>& seleccion, DestinoDocumento d
                                          QLatin1Char('\''));
     traza.ejecutar([&] {
         hecho = ImpresorDocumentos(e_).imprimirVarios(grupos::RECETAS, grupos::PROMPT_RECETA, paginas, destino, ficheroPdf);
+    });
+    return hecho;
+}
+
+// --- documents ------------------------------------------------------------------------------
+
+QString VisitaForm::textoOpcion(const QString& columna) const {
+    const QString clave = texto(columna);
+    if (clave.isEmpty()) return {};
+    for (const auto& o : const_cast<VisitaForm*>(this)->opciones(columna))
+        if (QString::number(o.clave) == clave) return o.texto;
+    return {};
+}
+
+std::optional<DatosDocumento> VisitaForm::datosDocumento(bool informe) {
+    if (!asegurarGuardada() || !id_) {
+        if (!id_ && cliente_) e_.dialogs().mostrar(Icono::Critico, QStringLiteral("¡ATENCIÓN!"), kTextoSinVisita);
+        return std::nullopt;
+    }
+    std::optional<MascotaCarta> mascota;
+    std::optional<ClienteCarta> propietario;
+    QString colegiado;
+    CommandTrace traza(e_.dialogs(), (informe ? QStringLiteral("imprimir el Informe de")
+                                              : QStringLiteral("imprimir una Carta sobre la Mascota de")) +
+                                         kAccion);
+    if (!traza.ejecutar([&] {
+            CartasStore store(e_.db());
+            mascota = store.mascota(mascota_->IdMascota);
+            if (mascota) propietario = store.cliente(mascota->IdCliente);
+            const QString vet = texto(QStringLiteral("IdVeterinario"));
+            if (!vet.isEmpty()) colegiado = VisitaStore(e_.db()).colegiado(vet.toLongLong());
+        }))
+        return std::nullopt;
+    if (!mascota || !propietario) {
+        e_.dialogs().error(QStringLiteral("¡Error!"), QStringLiteral("No se ha encontrado la Mascota nº ") +
+                                                          QString::number(mascota_->IdMascota) +
+                                                          QStringLiteral(" en la B.D. Puede que haya sido eliminada."));
+        return std::nullopt;
+    }
+    if (propietario->LOPD == kLopdNoConsiente && !avisoLopd(e_.dialogs(), propietario->Nombre, true))
+        return std::nullopt;
+    const QDate hoy = e_.reloj().hoy();
+    if (!informe) return datosCartaMascota(*mascota, *propietario, hoy);
+
+    auto plano = [](const QString& html) { return QTextDocumentFragment::fromHtml(html).toPlainText().trimmed(); };
+    DatosDocumento d;
+    d.tipo = QStringLiteral("VIS");
+    d.campos = {{QStringLiteral("NumVisita"), QString::number(*id_)},
+                {QStringLiteral("Fecha"), texto(QStringLiteral("Fecha"))},
+                {QStringLiteral("Hora"), texto(QStringLiteral("Hora"))},
+                {QStringLiteral("Cliente"), propietario->Nombre},
+                {QStringLiteral("DirCliente"), propietario->Direccion},
+                {QStringLiteral("PobCliente"),
+                 textoPoblacion(propietario->CodigoPostal, propietario->Poblacion, propietario->Provincia)},
+                {QStringLiteral("Mascota"), mascota->Nombre},
+                {QStringLiteral("Especie"), mascota->Especie},
+                {QStringLiteral("Raza"), mascota->Raza},
+                {QStringLiteral("Sexo"), mascota->Sexo},
+                {QStringLiteral("FechaNacimiento"), formatoFecha(mascota->FechaNacimiento)},
+                {QStringLiteral("Chip"), mascota->Chip},
+                {QStringLiteral("TipoVisita"), textoOpcion(QStringLiteral("IdTipoVisita"))},
+                {QStringLiteral("Diagnostico"), textoOpcion(QStringLiteral("IdDiagnostico"))},
+                {QStringLiteral("Veterinario"), textoOpcion(QStringLiteral("IdVeterinario"))},
+                {QStringLiteral("Colegiado"), colegiado},
+                {QStringLiteral("Peso"), texto(QStringLiteral("Peso"))},
+                {QStringLiteral("Temperatura"), texto(QStringLiteral("Temperatura"))},
+                {QStringLiteral("CondicionCorporal"), textoOpcion(QStringLiteral("IdCondicionCorporal"))},
+                {QStringLiteral("Anamnesis"), plano(texto(QStringLiteral("Anamnesis")))},
+                {QStringLiteral("Tratamiento"), plano(texto(QStringLiteral("Tratamiento")))}};
+    // Private entries print only for whoever may see them.
+    for (const auto& r : resultados())
+        d.filas[QStringLiteral("Analiticas")] << CamposDocumento{{QStringLiteral("Grupo"), r.Grupo},
+                                                                 {QStringLiteral("Analitica"), r.Analitica},
+                                                                 {QStringLiteral("Resultado"), r.Resultado},
+                                                                 {QStringLiteral("ValorNormal"), r.ValorNormal},
+                                                                 {QStringLiteral("Unidades"), r.Unidades}};
+    for (const auto& s : especialidades())
+        d.filas[QStringLiteral("Especialidades")] << CamposDocumento{{QStringLiteral("Especialidad"), s.Especialidad},
+                                                                     {QStringLiteral("Protocolo"), s.Protocolo},
+                                                                     {QStringLiteral("Resultado"), s.Resultado}};
+    for (const auto& r : recetas_)
+        d.filas[QStringLiteral("Recetas")] << CamposDocumento{{QStringLiteral("Fecha"), formatoFecha(r.Fecha)},
+                                                              {QStringLiteral("DPS"), r.DPS},
+                                                              {QStringLiteral("Dosificacion"), r.Dosificacion},
+                                                              {QStringLiteral("Veterinario"), r.Veterinario}};
+    return d;
+}
+
+bool VisitaForm::imprimirInforme(DestinoDocumento destino, const QString& ficheroPdf) {
+    const auto d = datosDocumento(true);
+    if (!d) return false;
+    bool hecho = false;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("imprimir el Informe de") + kAccion);
+    traza.ejecutar([&] {
+        hecho = ImpresorDocumentos(e_).imprimir(grupos::INFORMES_VISITA, grupos::PROMPT_DOCUMENTO, *d, destino,
+                                                ficheroPdf);
+    });
+    return hecho;
+}
+
+bool VisitaForm::carta(DestinoDocumento destino, const QString& ficheroPdf) {
+    const auto d = datosDocumento(false);
+    if (!d) return false;
+    bool hecho = false;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("imprimir una Carta sobre la Mascota de") + kAccion);
+    traza.ejecutar([&] {
+        hecho = ImpresorDocumentos(e_).imprimir(grupos::MASCOTAS, grupos::PROMPT_DOCUMENTO, *d, destino, ficheroPdf);
     });
     return hecho;
 }

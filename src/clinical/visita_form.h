@@ -115,6 +115,13 @@ public:
     // The fields of one printed page: the first recipe's and, when given, the second's.
     DatosDocumento datosReceta(const FilaReceta& primera, const FilaReceta* segunda) const;
 
+    // --- documents: the visit saved first; the data-protection notice first for a client who
+    // does not consent ---
+    // The visit's report through a format of "VisInf".
+    bool imprimirInforme(DestinoDocumento destino = DestinoDocumento::VistaPrevia, const QString& ficheroPdf = {});
+    // A letter about the visit's pet through a format of "DocMas".
+    bool carta(DestinoDocumento destino = DestinoDocumento::VistaPrevia, const QString& ficheroPdf = {});
+
     // --- analytic results and speciality examinations (private ones only to their author
     // and administrators) ---
     QList<FilaResultado> resultados() const;
@@ -146,6 +153,10 @@ private:
     Registro registroReceta() const;
     // Runs a write of the visit's rows under its lock (taken for the write when not held).
     bool escribirFila(const QString& accion, const std::function<void(VisitaStore&)>& escritura);
+    // The report's fields, or the pet letter's (informe false); nullopt when the visit could not
+    // be saved or the pet and its owner read (reported), or the notice was answered No.
+    std::optional<DatosDocumento> datosDocumento(bool informe);
+    QString textoOpcion(const QString& columna) const;
 
     std::optional<ClienteVenta> cliente_;
     double deuda_ = 0;

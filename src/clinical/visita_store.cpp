@@ -52,6 +52,10 @@ std::optional<MascotaVisita> VisitaStore::mascota(qint64 idMascota) {
                          q.value(6).toString(),   q.value(7).toString()};
 }
 
+QString VisitaStore::colegiado(qint64 idPersonal) {
+    return db_.valor(QStringLiteral("SELECT NumColegiado FROM Personal WHERE IdPersonal = ?"), {idPersonal}).toString();
+}
+
 bool VisitaStore::avisoCliente(qint64 idCliente) {
     return !db_.valor(QStringLiteral("SELECT Aviso FROM Clientes WHERE IdCliente = ?"), {idCliente})
                 .toString()

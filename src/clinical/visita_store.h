@@ -106,6 +106,8 @@ public:
 
     std::optional<Registro> cargar(qint64 idVisita);
     std::optional<MascotaVisita> mascota(qint64 idMascota);
+    // The member of staff's registration number ("" when none).
+    QString colegiado(qint64 idPersonal);
     // Whether the client has a warning text to show.
     bool avisoCliente(qint64 idCliente);
 

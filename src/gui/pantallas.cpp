@@ -66,9 +66,11 @@ void registrarPantallas(MainWindow& w) {
     e.buscadores.articulo = ArticuloBusquedaWindow::buscador(e, &w);
     e.buscadores.albaran = [&e] { return AlbaranBusquedaWindow::buscador(e, QApplication::activeWindow()); };
 
-    // Clients and pets.
-    auto abrirMascotas = [&w, &e](qint64 idCliente) {
+    // Clients and pets. The pet screen opens the visit screens, registered further down.
+    auto enlazarMascota = std::make_shared<std::function<void(MascotaWindow*)>>([](MascotaWindow*) {});
+    auto abrirMascotas = [&w, &e, enlazarMascota](qint64 idCliente) {
         auto* ventana = new MascotaWindow(e);
+        (*enlazarMascota)(ventana);
         if (!ventana->abrir(idCliente)) {
             delete ventana;
             return;
@@ -80,8 +82,9 @@ void registrarPantallas(MainWindow& w) {
         ventana->form().abrirMascotas = abrirMascotas;
         w.abrirVentana(ventana, false);
     });
-    w.alActivar(QStringLiteral("mnuMttoMascota"), [&w, &e] {
+    w.alActivar(QStringLiteral("mnuMttoMascota"), [&w, &e, enlazarMascota] {
         auto* ventana = new MascotaWindow(e);
+        (*enlazarMascota)(ventana);
         if (!ventana->abrirDesdeMenu()) {
             delete ventana;
             return;
@@ -91,8 +94,9 @@ void registrarPantallas(MainWindow& w) {
     w.alActivar(QStringLiteral("mnuCambioPropietario"),
                 [&w, &e] { w.abrirVentana(new CambioPropietarioWindow(e)); });
     // The pet list and the register open the pet picked in them.
-    auto abrirMascota = [&w, &e](qint64 idCliente, qint64 idMascota) {
+    auto abrirMascota = [&w, &e, enlazarMascota](qint64 idCliente, qint64 idMascota) {
         auto* ventana = new MascotaWindow(e);
+        (*enlazarMascota)(ventana);
         if (!ventana->abrir(idCliente, idMascota)) {
             delete ventana;
             return;
@@ -159,6 +163,15 @@ void registrarPantallas(MainWindow& w) {
         w.abrirVentana(ventana, false);
     };
     w.alActivar(QStringLiteral("mnuVisita"), [abrirVisita] { (*abrirVisita)(AperturaVisita{}); });
+    *enlazarMascota = [&w, abrirVisita, abrirEstancias](MascotaWindow* ventana) {
+        QObject::connect(ventana, &MascotaWindow::abrirVisitas, &w, [abrirVisita](qint64 cliente, qint64 mascota) {
+            AperturaVisita ap;
+            ap.IdClienteInit = cliente;
+            ap.IdMascotaInit = mascota;
+            (*abrirVisita)(ap);
+        });
+        QObject::connect(ventana, &MascotaWindow::abrirHospitalizaciones, &w, abrirEstancias);
+    };
     w.alActivar(QStringLiteral("mnuHospitalizadas"), [&w, &e, abrirMascota] {
         auto* ventana = new HospitalizadasWindow(e);
         QObject::connect(ventana, &HospitalizadasWindow::abrirMascota, &w, abrirMascota);

@@ -5,7 +5,12 @@
 #include "clinical/hospitalizacion_form.h"
 #include "clinical/visita_form.h"
 #include "data/esquema.h"
+#include "documents/plantillas_defecto.h"
+#include "pdf.h"
 #include "sesion.h"
+
+#include <QGuiApplication>
+#include <QTemporaryDir>
 
 class TestVisitaForm : public QObject {
     Q_OBJECT
@@ -363,6 +368,49 @@ private slots:
         QVERIFY(!f.datosReceta(f.recetas().at(0), nullptr).tiene(u"DPS2"_s));
     }
 
+    // Two recipes on one printed page with both recipes' fields; the visit's report with its
+    // results; a client who does not consent is asked first and No prints nothing.
+    void documentos() {
+        if (!hayPdftotext()) QSKIP("pdftotext no está instalado");
+        auto c = caso();
+        QTemporaryDir datos;
+        c->e.configuracionBD.servidor = datos.path();
+        QVERIFY(instalarPlantillasPorDefecto(datos.path()).isEmpty());
+        const qint64 glucosa = c->s.fila(u"Analiticas"_s, {{u"Descripcion"_s, u"Glucosa"_s}, {u"Grupo"_s, u"Bioquímica"_s},
+                                                          {u"Unidades"_s, u"mg/dl"_s}});
+        VisitaForm f(c->e);
+        QVERIFY(visita(*c, f) > 0);
+        f.entradaReceta.idMedicamento = c->med;
+        f.entradaReceta.idVeterinario = c->vet;
+        f.entradaReceta.dosificacion = u"1 comprimido cada 12 horas"_s;
+        QVERIFY(f.insertarReceta());
+        f.entradaReceta.dosificacion = u"Media pastilla al día"_s;
+        f.entradaReceta.idVeterinario = c->vet2;
+        QVERIFY(f.insertarReceta());
+        QVERIFY(f.anadirResultado(glucosa, u"96"_s, false));
+        const QString recetas = datos.filePath(u"recetas.pdf"_s);
+        c->d.si(); // two vets: go on
+        QVERIFY(f.imprimirRecetas({0, 1}, DestinoDocumento::PDF, recetas));
+        const QStringList paginas = paginasPdf(recetas);
+        QCOMPARE(paginas.size(), 1);
+        for (const QString& t : {u"Dra. Ferrer"_s, u"28/1234"_s, u"Dr. Molina"_s, u"Dosis: 1 comprimido cada 12 horas"_s,
+                                 u"Media pastilla al día"_s, u"C/ Mayor, 3"_s})
+            QVERIFY2(paginas.first().contains(t), qPrintable(t));
+        QCOMPARE(paginas.first().count(u"Amoxicilina 250 mg"_s) >= 2, true);
+
+        const QString informe = datos.filePath(u"informe.pdf"_s);
+        QVERIFY(f.imprimirInforme(DestinoDocumento::PDF, informe));
+        const QString texto = paginasPdf(informe).join(u"\n"_s);
+        for (const QString& t : {u"Otitis externa"_s, u"Rufo"_s, u"Glucosa"_s, u"96"_s, u"Amoxicilina 250 mg"_s})
+            QVERIFY2(texto.contains(t), qPrintable(t));
+
+        c->db().ejecutarCambio(u"UPDATE Clientes SET LOPD = '2' WHERE IdCliente = ?"_s, {c->ana});
+        c->d.no();
+        QVERIFY(!f.imprimirInforme(DestinoDocumento::PDF, datos.filePath(u"no.pdf"_s)));
+        QCOMPARE(c->d.ultimo().titulo, u"ATENCIÓN"_s);
+        QVERIFY(!QFile::exists(datos.filePath(u"no.pdf"_s)));
+    }
+
     // A private result is seen only by its author and administrators.
     void datoPrivado() {
         auto c = caso();
@@ -394,5 +442,5 @@ private slots:
     }
 };
 
-PMX_STORE_TEST_MAIN(TestVisitaForm)
+PMX_TEST_MAIN(QGuiApplication, TestVisitaForm)
 #include "test_visita_form.moc"

@@ -2,6 +2,7 @@
 // "HOSPITALIZADO" and "JAULA:", the history and prescription lists, and the search window.
 #include "app/instalador.h"
 #include "clinical/croquis.h"
+#include "documents/plantillas_defecto.h"
 #include "clinical/ui/croquis_widget.h"
 #include "clinical/ui/visita_busqueda_window.h"
 #include "clinical/ui/visita_window.h"
@@ -92,6 +93,13 @@ private slots:
         for (int i = 0; i < nombres.size(); ++i) {
             w.pestanas()->setCurrentIndex(i);
             capturar(w, nombres.at(i) + u".png"_s);
+        }
+        QCOMPARE(w.form().recetas().size(), 2);
+        const QString capturas = qEnvironmentVariable("PRAMELVIX_CAPTURAS");
+        if (!capturas.isEmpty()) {
+            QVERIFY(instalarPlantillasPorDefecto(datos.path()).isEmpty());
+            QVERIFY(w.form().imprimirRecetas({0, 1}, DestinoDocumento::PDF, capturas + u"/recetas.pdf"_s));
+            QVERIFY(w.form().imprimirInforme(DestinoDocumento::PDF, capturas + u"/informe-visita.pdf"_s));
         }
         w.close();
     }

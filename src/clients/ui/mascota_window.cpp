@@ -136,6 +136,16 @@ MascotaWindow::MascotaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre),
     auto* cartas = boton(QStringLiteral("cmdCartas"), QStringLiteral("Cartas..."));
     auto* plan = boton(QStringLiteral("cmdImprimirPlan"), QStringLiteral("Imprimir plan de salud"));
     auto* cerrar = boton(QStringLiteral("cmdCerrar"), QStringLiteral("Cerrar"));
+    auto* visitas = boton(QStringLiteral("cmdVisitas"), QStringLiteral("Visitas"));
+    auto* estancias = boton(QStringLiteral("cmdHospitalizaciones"), QStringLiteral("Hospitalizaciones"));
+    connect(visitas, &QPushButton::clicked, this, [this] {
+        if (form_.mascotaElegida(QStringLiteral("Visitas")))
+            emit abrirVisitas(form_.propietario().IdCliente, *form_.idMascota());
+    });
+    connect(estancias, &QPushButton::clicked, this, [this] {
+        if (form_.mascotaElegida(QStringLiteral("Mtto. de Recordatorios")))
+            emit abrirHospitalizaciones(*form_.idMascota(), form_.texto(QStringLiteral("Nombre")));
+    });
     connect(cartas, &QPushButton::clicked, this, [this] { form_.cartas(); });
     connect(plan, &QPushButton::clicked, this, [this] { form_.imprimirPlan(); });
     connect(nuevo, &QPushButton::clicked, this, &MascotaWindow::nueva);
@@ -143,8 +153,8 @@ MascotaWindow::MascotaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre),
     connect(eliminar, &QPushButton::clicked, this, &MascotaWindow::eliminar);
     connect(cerrar, &QPushButton::clicked, this, &QWidget::close);
     auto* botones = new QHBoxLayout;
-    botones->addWidget(cartas);
-    botones->addWidget(plan);
+    for (auto* b : {visitas, estancias, cartas, plan})
+        botones->addWidget(b);
     botones->addStretch();
     for (auto* b : {nuevo, guardar, eliminar, cerrar})
         botones->addWidget(b);

@@ -25,6 +25,11 @@ public:
     // Asks the client search for the client (opened from the menu).
     bool abrirDesdeMenu();
 
+signals:
+    // The pet's visits (a new visit for it) and its register of hospitalisations.
+    void abrirVisitas(qint64 idCliente, qint64 idMascota);
+    void abrirHospitalizaciones(qint64 idMascota, const QString& nombre);
+
 public slots:
     void nueva();
     void guardar();

@@ -143,7 +143,17 @@ VisitaWindow::VisitaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e
     auto* cobrar = boton(QStringLiteral("cmdCobrar"), QStringLiteral("Cobrar (albarán)"));
     auto* ficha = boton(QStringLiteral("cmdMascota"), QStringLiteral("Mascota"));
     auto* estancias = boton(QStringLiteral("cmdHospitalizaciones"), QStringLiteral("Hospitalizaciones"));
+    auto* informe = boton(QStringLiteral("cmdInforme"), QStringLiteral("Informe..."));
+    auto* cartas = boton(QStringLiteral("cmdCartas"), QStringLiteral("Cartas..."));
     auto* cerrar = boton(QStringLiteral("cmdCerrar"), QStringLiteral("Cerrar"));
+    connect(informe, &QPushButton::clicked, this, [this] {
+        form_.imprimirInforme();
+        mostrarTodo();
+    });
+    connect(cartas, &QPushButton::clicked, this, [this] {
+        form_.carta();
+        mostrarTodo();
+    });
     connect(nuevo, &QPushButton::clicked, this, &VisitaWindow::nueva);
     connect(guardar, &QPushButton::clicked, this, &VisitaWindow::guardar);
     connect(eliminar, &QPushButton::clicked, this, &VisitaWindow::eliminar);
@@ -157,7 +167,7 @@ VisitaWindow::VisitaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e
     });
     connect(cerrar, &QPushButton::clicked, this, &QWidget::close);
     auto* botones = new QHBoxLayout;
-    for (auto* b : {ficha, estancias})
+    for (auto* b : {ficha, estancias, informe, cartas})
         botones->addWidget(b);
     botones->addStretch();
     for (auto* b : {nuevo, guardar, eliminar, buscar, cobrar, cerrar})
