@@ -495,6 +495,21 @@ bool VisitaForm::cobrar() {
     return true;
 }
 
+bool VisitaForm::presupuestar() {
+    if (!asegurarGuardada() || !id_) {
+        if (!id_) e_.dialogs().mostrar(Icono::Critico, QStringLiteral("¡ATENCIÓN!"), kTextoSinVisita);
+        return false;
+    }
+    AperturaPresupuesto ap;
+    ap.IdCliente = cliente_->id;
+    ap.idMascota = mascota_->IdMascota;
+    ap.NumVisita = *id_;
+    const QVariant vet = registro_.valor(QStringLiteral("IdVeterinario"));
+    if (!vet.isNull()) ap.IdVendedor = vet.toLongLong();
+    if (abrirPresupuesto) abrirPresupuesto(ap);
+    return true;
+}
+
 // --- prescriptions -------------------------------------------------------------------------
 
 void VisitaForm::cargarEntradaReceta(int fila) {

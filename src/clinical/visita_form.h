@@ -18,6 +18,7 @@
 #include "clinical/visita_store.h"
 #include "documents/impresor_documentos.h"
 #include "sales/albaran_form.h"
+#include "sales/presupuesto_form.h"
 
 #include <functional>
 #include <optional>
@@ -100,6 +101,10 @@ public:
     // through abrirAlbaran with the visit's client, pet and commercial data.
     bool cobrar();
     std::function<void(const AperturaAlbaran&)> abrirAlbaran;
+    // Saves the visit like cobrar and opens the quote screen for it through abrirPresupuesto
+    // (client, pet, visit and the attending vet as salesperson).
+    bool presupuestar();
+    std::function<void(const AperturaPresupuesto&)> abrirPresupuesto;
 
     // --- prescriptions ---
     const QList<FilaReceta>& recetas() const { return recetas_; }

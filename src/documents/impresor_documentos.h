@@ -24,10 +24,12 @@ inline const QString MASCOTAS = QStringLiteral("DocMas");      // letters about 
 inline const QString PLANES = QStringLiteral("DocPlanes");     // a pet's health plan
 inline const QString RECETAS = QStringLiteral("Recetas");
 inline const QString INFORMES_VISITA = QStringLiteral("VisInf");
+inline const QString PRESUPUESTOS = QStringLiteral("DocPresupuestos");
 inline const QString PROMPT_ALBARAN = QStringLiteral(" Seleccione un Formato de Albarán");
 inline const QString PROMPT_FACTURA = QStringLiteral(" Seleccione un Formato de Factura");
 inline const QString PROMPT_DOCUMENTO = QStringLiteral(" Seleccione un documento a imprimir");
 inline const QString PROMPT_RECETA = QStringLiteral(" Seleccione un Formato de receta");
+inline const QString PROMPT_PRESUPUESTO = QStringLiteral(" Seleccione un Formato de Presupuesto");
 } // namespace grupos
 
 // Document type codes.

@@ -20,6 +20,8 @@ const QList<PlantillaPorDefecto>& plantillasPorDefecto() {
         {grupos::PLANES, QStringLiteral("Plan de salud.html"),
          QStringLiteral(":/plantillas/plan_salud.html")},
         {grupos::RECETAS, QStringLiteral("Receta.html"), QStringLiteral(":/plantillas/receta.html")},
+        {grupos::PRESUPUESTOS, QStringLiteral("Presupuesto.html"),
+         QStringLiteral(":/plantillas/presupuesto.html")},
         {grupos::INFORMES_VISITA, QStringLiteral("Informe de la visita.html"),
          QStringLiteral(":/plantillas/informe_visita.html")},
     };

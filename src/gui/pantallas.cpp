@@ -23,6 +23,7 @@
 #include "gui/usuarios_window.h"
 #include "sales/ui/albaran_busqueda_window.h"
 #include "sales/ui/albaran_window.h"
+#include "sales/ui/presupuesto_window.h"
 #include "stock/ui/articulo_busqueda_window.h"
 #include "stock/ui/articulo_window.h"
 
@@ -137,6 +138,16 @@ void registrarPantallas(MainWindow& w) {
         }
         w.abrirVentana(ventana, false);
     };
+    auto abrirPresupuesto = [&w, &e, abrirAlbaran](const AperturaPresupuesto& ap) {
+        auto* ventana = new PresupuestoWindow(e);
+        ventana->form().abrirAlbaran = abrirAlbaran;
+        if (!ventana->abrir(ap)) {
+            delete ventana;
+            return;
+        }
+        w.abrirVentana(ventana, false);
+    };
+    w.alActivar(QStringLiteral("mnuPresupuestos"), [abrirPresupuesto] { abrirPresupuesto(AperturaPresupuesto{}); });
     auto abrirVisita = std::make_shared<std::function<void(const AperturaVisita&)>>();
     auto abrirEstancias = [&w, &e, abrirVisita](qint64 idMascota, const QString& nombre) {
         auto* ventana = new RegistroHospitalizacionesWindow(e);
@@ -151,9 +162,10 @@ void registrarPantallas(MainWindow& w) {
         });
         w.abrirVentana(ventana);
     };
-    *abrirVisita = [&w, &e, abrirAlbaran, abrirMascota, abrirEstancias](const AperturaVisita& ap) {
+    *abrirVisita = [&w, &e, abrirAlbaran, abrirPresupuesto, abrirMascota, abrirEstancias](const AperturaVisita& ap) {
         auto* ventana = new VisitaWindow(e);
         ventana->form().abrirAlbaran = abrirAlbaran;
+        ventana->form().abrirPresupuesto = abrirPresupuesto;
         QObject::connect(ventana, &VisitaWindow::abrirMascota, &w, abrirMascota);
         QObject::connect(ventana, &VisitaWindow::abrirHospitalizaciones, &w, abrirEstancias);
         if (!ventana->abrir(ap)) {

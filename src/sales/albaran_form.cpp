@@ -214,7 +214,10 @@ QStringList AlbaranForm::columnas() {
 }
 
 QStringList AlbaranForm::celdas(int fila) const {
-    const LineaAlbaran& l = a_.lineas().at(fila);
+    return celdasLinea(a_.lineas().at(fila));
+}
+
+QStringList celdasLinea(const LineaAlbaran& l) {
     return {l.concepto,
             textoCifra(l.cantidad),
             textoCifra(l.pvp),
@@ -427,16 +430,7 @@ void AlbaranForm::preguntarRepreciar(std::optional<qint64> planAntes) {
 }
 
 ContextoPrecios AlbaranForm::contexto() const {
-    ContextoPrecios c;
-    if (cliente_) {
-        c.tarifa = cliente_->tarifa;
-        c.dtoGeneral = cliente_->dtoGeneral;
-        c.idTipoIVACliente = cliente_->idTipoIVA;
-        c.porcentajeIVACliente = cliente_->porcentajeIVA;
-    }
-    c.condicionesCliente = condicionesCliente_;
-    if (planEnVigor()) c.condicionesPlan = condicionesPlan_;
-    return c;
+    return contextoVenta(cliente_, condicionesCliente_, mascota_, condicionesPlan_, a_.fecha);
 }
 
 // Every line priced again as if its article were put on the note now; quantity and concept

@@ -64,6 +64,9 @@ struct AperturaAlbaran {
 // every decimal it has when it has more than two ("0,895"), so that reading the text back
 // gives the very same number.
 QString textoCifra(double valor);
+// A line as the grids of sale documents show it: "Artículo", "Cantidad", "Precio", "%Dto.",
+// "IVA", "Total línea".
+QStringList celdasLinea(const LineaAlbaran& linea);
 
 // The editing row under the grid: the article chosen and the typed texts.
 struct EntradaLineaAlbaran {

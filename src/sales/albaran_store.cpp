@@ -33,6 +33,21 @@ bool SituacionAlbaran::facturadoOCobrado() const {
     return numFactura.has_value() || cobrado || !mismoImporte(pendiente, total);
 }
 
+ContextoPrecios contextoVenta(const std::optional<ClienteVenta>& cliente, const QList<CondicionEspecial>& condicionesCliente,
+                              const std::optional<MascotaVenta>& mascota, const QList<CondicionEspecial>& condicionesPlan,
+                              const QDate& fecha) {
+    ContextoPrecios c;
+    if (cliente) {
+        c.tarifa = cliente->tarifa;
+        c.dtoGeneral = cliente->dtoGeneral;
+        c.idTipoIVACliente = cliente->idTipoIVA;
+        c.porcentajeIVACliente = cliente->porcentajeIVA;
+    }
+    c.condicionesCliente = condicionesCliente;
+    if (mascota && mascota->planEnVigor(fecha)) c.condicionesPlan = condicionesPlan;
+    return c;
+}
+
 std::optional<Albaran> AlbaranStore::cargar(qint64 idAlbaran) {
     QSqlQuery q = db_.ejecutar(kSelectCabecera, {idAlbaran});
     if (!q.next()) return std::nullopt;

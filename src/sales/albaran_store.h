@@ -40,6 +40,12 @@ struct MascotaVenta {
     }
 };
 
+// What prices a sale document (a delivery note, a quote): the client's tariff, discount, own
+// VAT and commercial file, and the pet's health plan while it is in force on the document's date.
+ContextoPrecios contextoVenta(const std::optional<ClienteVenta>& cliente, const QList<CondicionEspecial>& condicionesCliente,
+                              const std::optional<MascotaVenta>& mascota, const QList<CondicionEspecial>& condicionesPlan,
+                              const QDate& fecha);
+
 // The state of a stored note as another workstation may have left it.
 struct SituacionAlbaran {
     std::optional<qint64> numFactura;

@@ -145,6 +145,11 @@ VisitaWindow::VisitaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e
     auto* estancias = boton(QStringLiteral("cmdHospitalizaciones"), QStringLiteral("Hospitalizaciones"));
     auto* informe = boton(QStringLiteral("cmdInforme"), QStringLiteral("Informe..."));
     auto* cartas = boton(QStringLiteral("cmdCartas"), QStringLiteral("Cartas..."));
+    auto* presupuesto = boton(QStringLiteral("cmdPresupuesto"), QStringLiteral("Presupuesto"));
+    connect(presupuesto, &QPushButton::clicked, this, [this] {
+        form_.presupuestar();
+        mostrarTodo();
+    });
     auto* cerrar = boton(QStringLiteral("cmdCerrar"), QStringLiteral("Cerrar"));
     connect(informe, &QPushButton::clicked, this, [this] {
         form_.imprimirInforme();
@@ -170,7 +175,7 @@ VisitaWindow::VisitaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e
     for (auto* b : {ficha, estancias, informe, cartas})
         botones->addWidget(b);
     botones->addStretch();
-    for (auto* b : {nuevo, guardar, eliminar, buscar, cobrar, cerrar})
+    for (auto* b : {nuevo, guardar, eliminar, buscar, presupuesto, cobrar, cerrar})
         botones->addWidget(b);
 
     auto* capa = new QVBoxLayout(this);
