@@ -366,6 +366,60 @@ private slots:
 
     // A process killed while its transaction holds a number: the number is handed out
     // again and the database is intact.
+    // Quotes numbered by several processes: no number twice, none skipped. Then every process
+    // makes the same quote into a note at once: one note only. A process killed in the middle
+    // of a conversion leaves neither the note nor the accepted state.
+    void presupuestosYConversion() {
+        TestDb t;
+        t.db().ejecutarCambio(QStringLiteral("INSERT INTO Clientes (IdCliente, Nombre) VALUES (1, 'Ana')"));
+        constexpr int kCuantos = 15;
+        std::vector<qint64> todos;
+        {
+            Trabajadores ts;
+            for (int i = 0; i < kProcesos; ++i)
+                ts.push_back(std::make_unique<Trabajador>(
+                    t, QStringList{QStringLiteral("presupuestos"), QString::number(kCuantos)}));
+            for (auto& w : ts) {
+                QVERIFY(w->terminado());
+                QCOMPARE(w->codigo(), 0);
+                const QStringList lineas = QString::fromUtf8(w->proceso().readAllStandardOutput())
+                                               .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+                QCOMPARE(lineas.size(), kCuantos + 1);
+                for (int i = 0; i < kCuantos; ++i)
+                    todos.push_back(lineas.at(i).toLongLong());
+            }
+        }
+        std::sort(todos.begin(), todos.end());
+        for (int i = 0; i < static_cast<int>(todos.size()); ++i)
+            QCOMPARE(todos.at(i), qint64(i + 1));
+
+        const qint64 id = t.db().valor(QStringLiteral("SELECT MIN(IdPresupuesto) FROM Presupuestos")).toLongLong();
+        {
+            Trabajador w(t, {QStringLiteral("convertir"), QString::number(id), QStringLiteral("colgado")});
+            QCOMPARE(w.linea(), QStringLiteral("1"));
+            w.proceso().kill();
+            QVERIFY(w.terminado());
+        }
+        QCOMPARE(t.db().valor(QStringLiteral("SELECT COUNT(*) FROM Albaranes")).toInt(), 0);
+        QCOMPARE(t.db().valor(QStringLiteral("SELECT Estado FROM Presupuestos WHERE IdPresupuesto = ?"), {id}).toString(),
+                 QStringLiteral("P"));
+
+        Trabajadores ts;
+        for (int i = 0; i < kProcesos; ++i)
+            ts.push_back(std::make_unique<Trabajador>(t, QStringList{QStringLiteral("convertir"), QString::number(id)}));
+        int ganadores = 0;
+        for (auto& w : ts) {
+            QVERIFY(w->terminado());
+            QCOMPARE(w->codigo(), 0);
+            ganadores += QString::fromUtf8(w->proceso().readAllStandardOutput()).trimmed() == QStringLiteral("1");
+        }
+        QCOMPARE(ganadores, 1);
+        QCOMPARE(t.db().valor(QStringLiteral("SELECT COUNT(*) FROM Albaranes")).toInt(), 1);
+        QCOMPARE(t.db().valor(QStringLiteral("SELECT NumAlbaran FROM Albaranes")).toLongLong(), 1);
+        QCOMPARE(t.db().valor(QStringLiteral("SELECT IdAlbaran FROM Presupuestos WHERE IdPresupuesto = ?"), {id}),
+                 t.db().valor(QStringLiteral("SELECT IdAlbaran FROM Albaranes")));
+    }
+
     void procesoMuertoNoDejaHueco() {
         TestDb t;
         ContadorStore c(t.db());

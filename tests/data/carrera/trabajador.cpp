@@ -32,6 +32,7 @@
 #include "data/puestos.h"
 #include "data/registro.h"
 #include "sales/albaran_store.h"
+#include "sales/presupuesto_store.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -252,6 +253,57 @@ int albaranes(Database& db, const QString& serie, int cuantos) {
     return 0;
 }
 
+// Quotes of client 1, each numbered as the screen numbers them.
+int presupuestos(Database& db, int cuantos) {
+    DialogosTrabajador d;
+    PresupuestoStore store(db);
+    for (int i = 0; i < cuantos; ++i) {
+        Presupuesto p;
+        p.documento.fecha = QDate(2026, 11, 20);
+        p.documento.idCliente = 1;
+        LineaAlbaran l;
+        l.concepto = QStringLiteral("Consulta");
+        l.pvp = 30;
+        l.iva = 21;
+        p.documento.anadirLinea(l);
+        ResultadoPresupuesto r = ResultadoPresupuesto::Hecho;
+        if (!reintentarNumeracion(d, QStringLiteral("Presupuesto"), [&] {
+                Presupuesto copia = p;
+                r = store.guardar(copia);
+                p = copia;
+            }) ||
+            r != ResultadoPresupuesto::Hecho)
+            return 2;
+        responder(QString::number(*p.numero));
+    }
+    responder(QStringLiteral("fin"));
+    return 0;
+}
+
+// Makes quote id into a note of series A: "1" when this process did it, "0" when another had.
+// colgado: the conversion is left open inside a transaction until the process is killed.
+int convertir(Database& db, qint64 id, bool colgado) {
+    DialogosTrabajador d;
+    PresupuestoStore store(db);
+    auto p = store.cargar(id);
+    if (!p) return 2;
+    if (colgado) {
+        Transaction tx = db.transaccion();
+        responder(store.convertir(*p, QStringLiteral("A")) == ResultadoPresupuesto::Hecho ? QStringLiteral("1")
+                                                                                          : QStringLiteral("0"));
+        for (;;)
+            QThread::sleep(60);
+    }
+    ResultadoPresupuesto r = ResultadoPresupuesto::Hecho;
+    if (!reintentarNumeracion(d, QStringLiteral("Albarán"), [&] {
+            Presupuesto copia = *p;
+            r = store.convertir(copia, QStringLiteral("A"));
+        }))
+        return 2;
+    responder(r == ResultadoPresupuesto::Hecho ? QStringLiteral("1") : QStringLiteral("0"));
+    return 0;
+}
+
 int colgado(Database& db, const QString& serie) {
     DialogosTrabajador d;
     Transaction tx = db.transaccion();
@@ -278,6 +330,9 @@ int main(int argc, char** argv) {
             return contador(*db, a.at(4), a.at(5).toInt(), a.at(6).toInt());
         if (orden == QLatin1String("colgado") && a.size() >= 5) return colgado(*db, a.at(4));
         if (orden == QLatin1String("registros")) return registros(*db);
+        if (orden == QLatin1String("presupuestos") && a.size() >= 5) return presupuestos(*db, a.at(4).toInt());
+        if (orden == QLatin1String("convertir") && a.size() >= 5)
+            return convertir(*db, a.at(4).toLongLong(), a.size() >= 6 && a.at(5) == QLatin1String("colgado"));
         if (orden == QLatin1String("albaranes") && a.size() >= 6)
             return albaranes(*db, a.at(4), a.at(5).toInt());
         std::fprintf(stderr, "orden desconocida: %s\n", qPrintable(orden));
