@@ -21,8 +21,15 @@ bool HospitalizadasForm::cargar() {
     return false;
 }
 
+bool HospitalizadasForm::elegida(int i) {
+    if (fila(i)) return true;
+    e_.dialogs().mostrar(Icono::Exclamacion, QStringLiteral("Aviso"),
+                         QStringLiteral("Debe seleccionar previamente una Mascota"));
+    return false;
+}
+
 bool HospitalizadasForm::cambiarJaula(int i) {
-    if (!fila(i) || !dialogos.jaula) return false;
+    if (!elegida(i) || !dialogos.jaula) return false;
     const FilaHospitalizada f = lista_.at(i);
     const auto jaula = dialogos.jaula(f.Jaula);
     if (!jaula) return false;
@@ -41,7 +48,7 @@ bool HospitalizadasForm::cambiarJaula(int i) {
 }
 
 bool HospitalizadasForm::darAlta(int i) {
-    if (!fila(i) || !dialogos.alta) return false;
+    if (!elegida(i) || !dialogos.alta) return false;
     const FilaHospitalizada f = lista_.at(i);
     const auto alta = dialogos.alta();
     if (!alta) return false;
@@ -60,11 +67,7 @@ bool HospitalizadasForm::darAlta(int i) {
 }
 
 bool HospitalizadasForm::abrirMascota(int i) {
-    if (!fila(i)) {
-        e_.dialogs().mostrar(Icono::Exclamacion, QStringLiteral("Aviso"),
-                             QStringLiteral("Debe seleccionar previamente una Mascota"));
-        return false;
-    }
+    if (!elegida(i)) return false;
     const FilaHospitalizada f = lista_.at(i);
     bool existe = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("abrir una Mascota hospitalizada"));

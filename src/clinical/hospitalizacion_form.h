@@ -38,6 +38,8 @@ public:
 
 private:
     bool fila(int i) const { return i >= 0 && i < lista_.size(); }
+    // A row is chosen; otherwise "Debe seleccionar previamente una Mascota" (title "Aviso").
+    bool elegida(int i);
     void releer();
     Entorno& e_;
     QList<FilaHospitalizada> lista_;

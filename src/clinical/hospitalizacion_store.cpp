@@ -40,7 +40,7 @@ bool HospitalizacionStore::cambiarJaula(qint64 idMascota, const QString& jaula) 
                            {nulo(jaula), idMascota, num}) != 1)
         return false;
     db_.ejecutarCambio(QStringLiteral("UPDATE Hospitalizaciones SET Jaula = ? WHERE IdVisita = ? AND "
-                                      "IdMascota = ?"),
+                                      "IdMascota = ? AND FechaAlta IS NULL"),
                        {nulo(jaula), num, idMascota});
     tx.commit();
     return true;
@@ -53,7 +53,7 @@ bool HospitalizacionStore::darAlta(qint64 idMascota, qint64 numHospitalizacion, 
                            {idMascota, numHospitalizacion}) != 1)
         return false;
     db_.ejecutarCambio(QStringLiteral("UPDATE Hospitalizaciones SET FechaAlta = ?, HoraAlta = ?, "
-                                      "DiagnosticoAlta = ? WHERE IdMascota = ? AND IdVisita = ?"),
+                                      "DiagnosticoAlta = ? WHERE IdMascota = ? AND IdVisita = ? AND FechaAlta IS NULL"),
                        {a.fecha, nulo(a.hora), nulo(a.diagnostico), idMascota, numHospitalizacion});
     tx.commit();
     return true;

@@ -79,7 +79,7 @@ std::optional<VisitaElegida> VisitaBusquedaForm::elegir(int fila) {
         e.DtoCliente = c->dtoGeneral;
         if (c->idTipoIVA) e.IVAaAplicar = c->porcentajeIVA;
         e.LOPD = c->lopd;
-        e.indAvisoCliente = visitas.avisoCliente(c->id);
+        e.indAvisoCliente = !visitas.avisoCliente(c->id).isEmpty();
         e.indAvisoMascota = !m->Avisos.trimmed().isEmpty();
         e.NumHospitalizacion = m->NumHospitalizacion;
         e.NumJaula = m->Jaula;

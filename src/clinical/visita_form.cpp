@@ -84,7 +84,11 @@ void VisitaForm::mostrarNueva() {
 }
 
 bool VisitaForm::abrir(const AperturaVisita& ap) {
-    if (ap.NumVisita) return cargarVisita(*ap.NumVisita);
+    if (ap.NumVisita) {
+        if (!cargarVisita(*ap.NumVisita)) return false;
+        mostrarAvisos(ap.AvisoClienteInit, ap.AvisoMascotaInit);
+        return true;
+    }
     if (!ap.IdClienteInit) {
         cliente_.reset();
         mascota_.reset();
@@ -94,10 +98,32 @@ bool VisitaForm::abrir(const AperturaVisita& ap) {
         return true;
     }
     mostrarNueva();
-    return cargarCliente(*ap.IdClienteInit, ap.IdMascotaInit);
+    if (!cargarCliente(*ap.IdClienteInit, ap.IdMascotaInit)) return false;
+    mostrarAvisos(ap.AvisoClienteInit, ap.AvisoMascotaInit);
+    return true;
 }
 
-bool VisitaForm::cargarCliente(qint64 idCliente, std::optional<qint64> idMascota) {
+void VisitaForm::mostrarAvisos(bool cliente, bool mascota) {
+    QString avisoCliente;
+    if (cliente && cliente_) {
+        CommandTrace traza(e_.dialogs(), QStringLiteral("leer el aviso del Cliente en las '") + kTituloVisitas +
+                                             QLatin1Char('\''));
+        traza.ejecutar([&] { avisoCliente = VisitaStore(e_.db()).avisoCliente(cliente_->id); });
+    }
+    if (!avisoCliente.isEmpty())
+        e_.dialogs().mostrar(Icono::Informacion, QStringLiteral("Aviso del Cliente ") + cliente_->nombre, avisoCliente);
+    if (mascota && mascota_ && !mascota_->Avisos.trimmed().isEmpty())
+        e_.dialogs().mostrar(Icono::Informacion, QStringLiteral("Aviso de la Mascota ") + mascota_->Nombre,
+                             mascota_->Avisos.trimmed());
+}
+
+void VisitaForm::alCambiar(const QString& columna) {
+    // A prescription not yet begun takes the visit's date.
+    if (columna == QStringLiteral("Fecha") && !entradaReceta.idMedicamento && leerFecha(texto(columna)))
+        entradaReceta.fecha = texto(columna);
+}
+
+bool VisitaForm::cargarCliente(qint64 idCliente, std::optional<qint64> idMascota, bool exigirMascotas) {
     bool hecho = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("cargar el Cliente en las '") + kTituloVisitas + QLatin1Char('\''));
     traza.ejecutar([&] {
@@ -114,14 +140,15 @@ bool VisitaForm::cargarCliente(qint64 idCliente, std::optional<qint64> idMascota
         }
         traza.paso(QStringLiteral("Leer sus mascotas"));
         const QList<OpcionVenta> mascotas = ventas.mascotasDe(idCliente);
-        if (mascotas.isEmpty()) {
+        if (mascotas.isEmpty() && exigirMascotas) {
             e_.dialogs().mostrar(Icono::Exclamacion, QStringLiteral("ATENCIÓN"),
                                  QStringLiteral("El Cliente '") + c->nombre +
                                      QStringLiteral("' no posee ninguna Mascota. Seleccione otro Cliente o dé de "
                                                     "Alta las Mascotas de éste"));
             return;
         }
-        qint64 elegida = mascotas.first().id;
+        // The pet asked for (a saved visit's, even of a former owner), or the client's first.
+        qint64 elegida = idMascota && !exigirMascotas ? *idMascota : mascotas.value(0).id;
         for (const auto& m : mascotas)
             if (idMascota && m.id == *idMascota) elegida = m.id;
         VisitaStore store(e_.db());
@@ -154,12 +181,8 @@ bool VisitaForm::cargarVisita(qint64 idVisita) {
         }
         if (!ocupar(idVisita)) return;
         if (!cargarCliente(r->valor(QStringLiteral("IdCliente")).toLongLong(),
-                           r->valor(QStringLiteral("IdMascota")).toLongLong()))
+                           r->valor(QStringLiteral("IdMascota")).toLongLong(), false))
             return;
-        // The visit's pet, even when it has changed owner since.
-        mascota_ = VisitaStore(e_.db()).mascota(r->valor(QStringLiteral("IdMascota")).toLongLong());
-        if (!mascota_) return;
-        historial_ = VisitaStore(e_.db()).historial(mascota_->IdMascota);
         bloqueo_.liberar();
         id_ = idVisita;
         mostrarRegistro(*r);
@@ -188,13 +211,20 @@ QList<OpcionLookup> VisitaForm::opciones(const QString& columna) {
     CommandTrace traza(e_.dialogs(), QStringLiteral("leer la lista de ") + columna + QStringLiteral(" en las '") +
                                          kTituloVisitas + QLatin1Char('\''));
     traza.ejecutar([&] {
+        // Inactive entries the visit or its prescriptions still hold stay on offer.
+        QList<qint64> ademas;
+        bool ok = false;
+        const qint64 propio = texto(columna).toLongLong(&ok);
+        if (ok) ademas << propio;
+        for (const auto& r : recetas_)
+            ademas << (columna == QStringLiteral("IdMedicamento") ? r.IdMedicamento : r.IdVeterinario);
         VisitaStore store(e_.db());
         if (columna == QStringLiteral("IdMedicamento"))
-            l = store.medicamentos();
+            l = store.medicamentos(ademas);
         else if (columna == QStringLiteral("IdEspecialidad"))
             l = store.especialidadesOfrecidas();
         else
-            l = store.opciones(columna);
+            l = store.opciones(columna, columna == QStringLiteral("IdVeterinario") ? ademas : ademas.mid(0, ok ? 1 : 0));
     });
     return l;
 }
@@ -214,6 +244,7 @@ bool VisitaForm::elegirCliente() {
         return false;
     }
     ingresoPendiente_ = false;
+    mostrarAvisos(elegido->indAvisoCliente, elegido->indAvisoMascota);
     return true;
 }
 
@@ -249,14 +280,25 @@ QString VisitaForm::jaula() const {
 bool VisitaForm::setHospitalizar(bool marcar) {
     if (!mascota_ || marcar == hospitalizado()) return false;
     if (marcar) {
+        // As it is now: another workstation may have admitted the pet since it was read.
+        CommandTrace traza(e_.dialogs(), QStringLiteral("hospitalizar una Mascota en las '") + kTituloVisitas +
+                                             QLatin1Char('\''));
+        if (!traza.ejecutar([&] {
+                if (const auto m = VisitaStore(e_.db()).mascota(mascota_->IdMascota)) mascota_ = m;
+            }))
+            return false;
         if (mascota_->NumHospitalizacion && (!id_ || *mascota_->NumHospitalizacion != *id_)) {
             e_.dialogs().mostrar(Icono::Exclamacion, QStringLiteral("Error"),
                                  QStringLiteral("Esta mascota ya se encuentra hospitalizada."));
             return false;
         }
+        const bool propio = !bloqueo_.tomado();
         if (!bloquear()) return false;
         std::optional<QString> jaula = pedirJaula ? pedirJaula(QString()) : std::optional<QString>(QString());
-        if (!jaula) return false;
+        if (!jaula) {
+            if (propio && !modificado_) bloqueo_.liberar();
+            return false;
+        }
         ingresoPendiente_ = true;
         jaulaPendiente_ = jaula->trimmed();
         modificado_ = true;
@@ -341,8 +383,7 @@ bool VisitaForm::guardar() {
     if (!leido) return false;
     Registro r = *leido;
     if (r.valor(QStringLiteral("Fecha")).isNull())
-        return fallo(Icono::Exclamacion, kTituloErronea, QStringLiteral("Debe indicar la fecha de la visita."),
-                     QStringLiteral("Fecha"));
+        return rechazar(QStringLiteral("Debe indicar la fecha de la visita."), QStringLiteral("Fecha"));
     r.setValor(QStringLiteral("IdCliente"), cliente_->id);
     r.setValor(QStringLiteral("IdMascota"), mascota_->IdMascota);
     if (r.valor(QStringLiteral("Presupuesto")).isNull()) r.setValor(QStringLiteral("Presupuesto"), false);
@@ -388,6 +429,7 @@ bool VisitaForm::guardar() {
     guardado(r, id);
     ingresoPendiente_ = false;
     jaulaPendiente_.clear();
+    alCambiar(QStringLiteral("Fecha"));
     traza.ejecutar([&] {
         VisitaStore store(e_.db());
         mascota_ = store.mascota(mascota_->IdMascota);
@@ -636,10 +678,7 @@ bool VisitaForm::eliminarReceta(const QList<int>& seleccion) {
 DatosDocumento VisitaForm::datosReceta(const FilaReceta& primera, const FilaReceta* segunda) const {
     QStringList partes;
     auto anadir = [&](const FilaReceta& r, const QString& sufijo) {
-        const QString pob = QStringList{cliente_->codigoPostal, cliente_->poblacion}.join(QLatin1Char(' ')).trimmed() +
-                            (cliente_->provincia.isEmpty() ? QString()
-                                                           : QStringLiteral(" (") + cliente_->provincia +
-                                                                 QLatin1Char(')'));
+        const QString pob = textoPoblacion(cliente_->codigoPostal, cliente_->poblacion, cliente_->provincia);
         const QList<QPair<QString, QString>> campos = {
             {QStringLiteral("Veterinario"), r.Veterinario},
             {QStringLiteral("Cliente"), cliente_->nombre},
@@ -679,6 +718,7 @@ bool VisitaForm::imprimirRecetas(const QList<int>& seleccion, DestinoDocumento d
                                                             "diferentes. Se imprimirán varias recetas. ¿Desea "
                                                             "continuar?")))
         return false;
+    if (cliente_->lopd == kLopdNoConsiente && !avisoLopd(e_.dialogs(), cliente_->nombre, true)) return false;
     QList<DatosDocumento> paginas;
     for (int i = 0; i < elegidas.size(); i += 2)
         paginas << datosReceta(elegidas.at(i), i + 1 < elegidas.size() ? &elegidas.at(i + 1) : nullptr);
@@ -799,6 +839,17 @@ bool VisitaForm::carta(DestinoDocumento destino, const QString& ficheroPdf) {
 }
 
 // --- analytic results and speciality examinations -------------------------------------------
+
+QList<AnaliticaOfrecida> VisitaForm::analiticas() {
+    QList<AnaliticaOfrecida> l;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("leer las Analíticas en las '") + kTituloVisitas + QLatin1Char('\''));
+    traza.ejecutar([&] { l = VisitaStore(e_.db()).analiticas(); });
+    return l;
+}
+
+bool VisitaForm::preguntarGuardarCambios() {
+    return e_.dialogs().preguntar(Icono::Pregunta, QStringLiteral("ATENCIÓN"), preguntaAbandonar());
+}
 
 bool VisitaForm::puedeVerPrivado(const QString& autor) const {
     return e_.esAdministrador() || autor.compare(e_.usuario, Qt::CaseInsensitive) == 0;

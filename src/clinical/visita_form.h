@@ -139,13 +139,21 @@ public:
                              bool privado);
     bool eliminarEspecialidad(qint64 idEspecialidadVisita);
     bool puedeVerPrivado(const QString& autor) const;
+    QList<AnaliticaOfrecida> analiticas();
+    // A speciality's result or sketch changed on screen and not saved: asks whether to save
+    // the changes made to the visit (true: save them).
+    bool preguntarGuardarCambios();
 
 private:
     QStringList columnasEditables() const override { return columnas(); }
     QString descripcionBloqueo() const override;
     QString preguntaAbandonar() const override;
     bool cargarVisita(qint64 idVisita);
-    bool cargarCliente(qint64 idCliente, std::optional<qint64> idMascota);
+    // exigirMascotas: choosing a client for a new visit refuses one without pets; a saved visit
+    // opens whatever its client has now.
+    bool cargarCliente(qint64 idCliente, std::optional<qint64> idMascota, bool exigirMascotas = true);
+    void mostrarAvisos(bool cliente, bool mascota);
+    void alCambiar(const QString& columna) override;
     void mostrarNueva();
     void leerDetalle();
     bool preguntarGuardar();

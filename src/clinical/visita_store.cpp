@@ -30,6 +30,16 @@ bool esFilaDeVisita(const DescriptorTabla& t) {
     return t.tabla == QStringLiteral("Recetas") || t.tabla == QStringLiteral("ResultadosAnalitica") ||
            t.tabla == QStringLiteral("EspecialidadesVisita");
 }
+// " OR clave IN (?, ?)" with the keys bound, for the inactive entries a record still holds.
+QString yAdemas(const QString& clave, const QList<qint64>& ademas, QVariantList& valores) {
+    if (ademas.isEmpty()) return {};
+    QStringList marcas;
+    for (qint64 a : ademas) {
+        marcas << QStringLiteral("?");
+        valores << a;
+    }
+    return QStringLiteral(" OR ") + clave + QStringLiteral(" IN (") + marcas.join(QStringLiteral(", ")) + QLatin1Char(')');
+}
 } // namespace
 
 const DescriptorTabla& tablaVisitas() {
@@ -56,11 +66,8 @@ QString VisitaStore::colegiado(qint64 idPersonal) {
     return db_.valor(QStringLiteral("SELECT NumColegiado FROM Personal WHERE IdPersonal = ?"), {idPersonal}).toString();
 }
 
-bool VisitaStore::avisoCliente(qint64 idCliente) {
-    return !db_.valor(QStringLiteral("SELECT Aviso FROM Clientes WHERE IdCliente = ?"), {idCliente})
-                .toString()
-                .trimmed()
-                .isEmpty();
+QString VisitaStore::avisoCliente(qint64 idCliente) {
+    return db_.valor(QStringLiteral("SELECT Aviso FROM Clientes WHERE IdCliente = ?"), {idCliente}).toString().trimmed();
 }
 
 qint64 VisitaStore::guardar(Registro& visita) {
@@ -205,18 +212,19 @@ QString VisitaStore::tablaLookup(const QString& columna) {
     return {};
 }
 
-QList<OpcionLookup> VisitaStore::opciones(const QString& columna) {
+QList<OpcionLookup> VisitaStore::opciones(const QString& columna, const QList<qint64>& ademas) {
     const QString tabla = tablaLookup(columna);
     if (tabla.isEmpty()) return {};
     const DescriptorTabla& t = descriptorRequerido(tabla);
     const QString clave = t.clave.value(0);
-    const QString activo = t.tieneColumna(QStringLiteral("Activo"))
-                               ? QStringLiteral(" WHERE Activo IS NULL OR Activo <> ?")
-                               : QString();
     QVariantList valores;
-    if (!activo.isEmpty()) valores << QStringLiteral("N");
-    return listaOpciones(db_.ejecutar(QStringLiteral("SELECT ") + clave + QStringLiteral(", Descripcion FROM ") +
-                                          tabla + activo + QStringLiteral(" ORDER BY Descripcion, ") + clave,
+    QString donde;
+    if (t.tieneColumna(QStringLiteral("Activo"))) {
+        valores << QStringLiteral("N");
+        donde = QStringLiteral(" WHERE Activo IS NULL OR Activo <> ?") + yAdemas(clave, ademas, valores);
+    }
+    return listaOpciones(db_.ejecutar(QStringLiteral("SELECT ") + clave + QStringLiteral(", Descripcion FROM ") + tabla +
+                                          donde + QStringLiteral(" ORDER BY Descripcion, ") + clave,
                                       valores));
 }
 
@@ -280,11 +288,13 @@ QList<AnaliticaOfrecida> VisitaStore::analiticas() {
     return l;
 }
 
-QList<OpcionLookup> VisitaStore::medicamentos() {
-    return listaOpciones(db_.ejecutar(QStringLiteral("SELECT IdMedicamento, Descripcion FROM Medicamentos "
-                                                     "WHERE Activo IS NULL OR Activo <> ? "
-                                                     "ORDER BY Descripcion, IdMedicamento"),
-                                      {QStringLiteral("N")}));
+QList<OpcionLookup> VisitaStore::medicamentos(const QList<qint64>& ademas) {
+    QVariantList valores{QStringLiteral("N")};
+    const QString extra = yAdemas(QStringLiteral("IdMedicamento"), ademas, valores);
+    return listaOpciones(db_.ejecutar(QStringLiteral("SELECT IdMedicamento, Descripcion FROM Medicamentos WHERE Activo "
+                                                     "IS NULL OR Activo <> ?") +
+                                          extra + QStringLiteral(" ORDER BY Descripcion, IdMedicamento"),
+                                      valores));
 }
 
 QList<OpcionLookup> VisitaStore::especialidadesOfrecidas() {

@@ -108,8 +108,8 @@ public:
     std::optional<MascotaVisita> mascota(qint64 idMascota);
     // The member of staff's registration number ("" when none).
     QString colegiado(qint64 idPersonal);
-    // Whether the client has a warning text to show.
-    bool avisoCliente(qint64 idCliente);
+    // The client's warning text ("" when none).
+    QString avisoCliente(qint64 idCliente);
 
     // Inserts (a record without IdVisita) or updates the visit, and sets the pet's last
     // visit to its latest visit, in the caller's transaction; returns the visit's number.
@@ -126,15 +126,16 @@ public:
     QList<AlbaranDeVisita> albaranes(qint64 idVisita);
 
     // Entries of the look-up behind a visit column (IdTipoVisita, IdDiagnostico, IdVeterinario,
-    // IdCondicionCorporal); inactive entries are left out.
-    QList<OpcionLookup> opciones(const QString& columna);
+    // IdCondicionCorporal); inactive entries are left out unless their key is among ademas (the
+    // values a record already holds).
+    QList<OpcionLookup> opciones(const QString& columna, const QList<qint64>& ademas = {});
     static QString tablaLookup(const QString& columna);
 
     QList<FilaReceta> recetas(qint64 idVisita);
     QList<FilaResultado> resultados(qint64 idVisita);
     QList<FilaEspecialidad> especialidades(qint64 idVisita);
     QList<AnaliticaOfrecida> analiticas();
-    QList<OpcionLookup> medicamentos();
+    QList<OpcionLookup> medicamentos(const QList<qint64>& ademas = {});
     QList<OpcionLookup> especialidadesOfrecidas();
     QString protocolo(qint64 idEspecialidad);
 

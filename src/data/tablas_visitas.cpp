@@ -91,7 +91,8 @@ DescriptorTabla recetas() {
 }
 
 // One row a stay: written on admission, completed on discharge. IdVisita is the admitting
-// visit, whose number is the hospitalisation number.
+// visit, whose number is the hospitalisation number; a visit may admit the pet again after a
+// discharge, and the stay still open is the one without a discharge date.
 DescriptorTabla hospitalizaciones() {
     DescriptorTabla t =
         tablaDe(V, QStringLiteral("Hospitalizaciones"), QStringLiteral("Hospitalización"),
@@ -107,7 +108,7 @@ DescriptorTabla hospitalizaciones() {
                  c(QStringLiteral("DiagnosticoAlta"), T::Texto, QStringLiteral("Diagnóstico de Alta"), 100)},
                 QStringLiteral("FechaIngreso"));
     t.indices = {indiceDe(t.tabla, {QStringLiteral("IdMascota")}, V),
-                 indiceDe(t.tabla, {QStringLiteral("IdVisita")}, V, true)};
+                 indiceDe(t.tabla, {QStringLiteral("IdVisita")}, V)};
     return t;
 }
 

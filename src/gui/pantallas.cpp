@@ -162,11 +162,21 @@ void registrarPantallas(MainWindow& w) {
         });
         w.abrirVentana(ventana);
     };
-    *abrirVisita = [&w, &e, abrirAlbaran, abrirPresupuesto, abrirMascota, abrirEstancias](const AperturaVisita& ap) {
+    *abrirVisita = [&w, &e, abrirAlbaran, abrirPresupuesto, abrirMascota, abrirMascotas,
+                    abrirEstancias](const AperturaVisita& ap) {
         auto* ventana = new VisitaWindow(e);
         ventana->form().abrirAlbaran = abrirAlbaran;
         ventana->form().abrirPresupuesto = abrirPresupuesto;
         QObject::connect(ventana, &VisitaWindow::abrirMascota, &w, abrirMascota);
+        QObject::connect(ventana, &VisitaWindow::abrirCliente, &w, [&w, &e, abrirMascotas](qint64 idCliente) {
+            auto* cliente = new ClienteWindow(e);
+            cliente->form().abrirMascotas = abrirMascotas;
+            if (!cliente->mostrarCliente(idCliente)) {
+                delete cliente;
+                return;
+            }
+            w.abrirVentana(cliente, false);
+        });
         QObject::connect(ventana, &VisitaWindow::abrirHospitalizaciones, &w, abrirEstancias);
         if (!ventana->abrir(ap)) {
             delete ventana;

@@ -145,6 +145,13 @@ private slots:
         QCOMPARE(otra.cliente()->nombre, u"Ana Núñez"_s);
         // Open here already: the second window does not take it.
         QVERIFY(!VisitaForm(c->e).abrir(deVisita(*f.id())));
+        // Its pets moved to another owner, the client's old visits still open.
+        c->db().ejecutarCambio(u"UPDATE Mascotas SET IdCliente = ?"_s, {c->luis});
+        otra.cerrar();
+        VisitaForm antigua(c->e);
+        QVERIFY(antigua.abrir(deVisita(primera)));
+        QCOMPARE(antigua.mascota()->Nombre, u"Rufo"_s);
+        QCOMPARE(antigua.cliente()->nombre, u"Ana Núñez"_s);
     }
 
     // Admission on save, the same visit again, another visit refused, discharge, register.
@@ -192,6 +199,20 @@ private slots:
         QCOMPARE(RegistroHospitalizacionesForm::textosFila(registro.lista().first()),
                  (QStringList{u"23/11/2026"_s, u"09:00"_s, u"Otitis externa"_s, u"25/11/2026"_s, u"10:30"_s,
                               u"Curada"_s}));
+        // The same visit admits the pet again after the discharge: a second stay.
+        QVERIFY(!f.setHospitalizar(true)); // the cage dialog cancelled
+        jaulas << u"J-5"_s;
+        QVERIFY(f.setHospitalizar(true));
+        QVERIFY(f.guardar());
+        QVERIFY(lista.cargar());
+        QVERIFY(!lista.darAlta(-1));
+        QCOMPARE(c->d.ultimo().titulo, u"Aviso"_s);
+        QCOMPARE(c->d.ultimoTexto(), u"Debe seleccionar previamente una Mascota"_s);
+        QVERIFY(registro.abrir(c->rufo, u"Rufo"_s));
+        QCOMPARE(registro.lista().size(), 2);
+        QCOMPARE(registro.lista().first().Jaula, u"J-5"_s);
+        QVERIFY(!registro.lista().first().FechaAlta.isValid());
+        QCOMPARE(registro.lista().at(1).DiagnosticoAlta, u"Curada"_s);
         QVERIFY(!registro.abrir(c->misi, u"Misi"_s));
         QCOMPARE(c->d.ultimoTexto(), u"Actualmente no existe un registro de hospitalizaciones de esta Mascota"_s);
     }
@@ -405,8 +426,14 @@ private slots:
             QVERIFY2(texto.contains(t), qPrintable(t));
 
         c->db().ejecutarCambio(u"UPDATE Clientes SET LOPD = '2' WHERE IdCliente = ?"_s, {c->ana});
+        VisitaForm g(c->e);
+        f.cerrar();
+        QVERIFY(g.abrir(deVisita(*f.id())));
         c->d.no();
-        QVERIFY(!f.imprimirInforme(DestinoDocumento::PDF, datos.filePath(u"no.pdf"_s)));
+        QVERIFY(!g.imprimirInforme(DestinoDocumento::PDF, datos.filePath(u"no.pdf"_s)));
+        QCOMPARE(c->d.ultimo().titulo, u"ATENCIÓN"_s);
+        c->d.no();
+        QVERIFY(!g.imprimirRecetas({0}, DestinoDocumento::PDF, datos.filePath(u"no.pdf"_s)));
         QCOMPARE(c->d.ultimo().titulo, u"ATENCIÓN"_s);
         QVERIFY(!QFile::exists(datos.filePath(u"no.pdf"_s)));
     }

@@ -141,6 +141,10 @@ VisitaWindow::VisitaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e
     auto* eliminar = boton(QStringLiteral("cmdEliminar"), QStringLiteral("Eliminar"));
     auto* buscar = boton(QStringLiteral("cmdBuscar"), QStringLiteral("Buscar..."));
     auto* cobrar = boton(QStringLiteral("cmdCobrar"), QStringLiteral("Cobrar (albarán)"));
+    auto* fichaCliente = boton(QStringLiteral("cmdFichaCliente"), QStringLiteral("Cliente"));
+    connect(fichaCliente, &QPushButton::clicked, this, [this] {
+        if (form_.cliente()) emit abrirCliente(form_.cliente()->id);
+    });
     auto* ficha = boton(QStringLiteral("cmdMascota"), QStringLiteral("Mascota"));
     auto* estancias = boton(QStringLiteral("cmdHospitalizaciones"), QStringLiteral("Hospitalizaciones"));
     auto* informe = boton(QStringLiteral("cmdInforme"), QStringLiteral("Informe..."));
@@ -172,7 +176,7 @@ VisitaWindow::VisitaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e
     });
     connect(cerrar, &QPushButton::clicked, this, &QWidget::close);
     auto* botones = new QHBoxLayout;
-    for (auto* b : {ficha, estancias, informe, cartas})
+    for (auto* b : {fichaCliente, ficha, estancias, informe, cartas})
         botones->addWidget(b);
     botones->addStretch();
     for (auto* b : {nuevo, guardar, eliminar, buscar, presupuesto, cobrar, cerrar})
@@ -271,6 +275,7 @@ QWidget* VisitaWindow::pestanaHistorial() {
                         QStringLiteral("Diagnóstico"), QStringLiteral("Veterinario"), QStringLiteral("Peso"),
                         QStringLiteral("Presup.")});
     connect(historial_, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* item) {
+        resolverEspecialidad();
         form_.abrirHistorial(historial_->indexOfTopLevelItem(item));
         mostrarTodo();
     });
@@ -347,7 +352,11 @@ QWidget* VisitaWindow::pestanaEspecialidades() {
     especialidades_ = new QListWidget;
     especialidades_->setObjectName(QStringLiteral("lstEspecialidades"));
     especialidades_->setMaximumWidth(220);
-    connect(especialidades_, &QListWidget::currentRowChanged, this, [this] { mostrarEspecialidad(); });
+    connect(especialidades_, &QListWidget::currentRowChanged, this, [this] {
+        if (actualizando_) return;
+        resolverEspecialidad();
+        mostrarEspecialidad();
+    });
     especialidad_ = new QComboBox;
     especialidad_->setObjectName(QStringLiteral("cboEspecialidad"));
     auto* anadir = boton(QStringLiteral("cmdAnadirEspecialidad"), QStringLiteral("Añadir"));
@@ -369,14 +378,12 @@ QWidget* VisitaWindow::pestanaEspecialidades() {
     auto* quitar = boton(QStringLiteral("cmdEliminarEspecialidad"), QStringLiteral("Eliminar"));
     auto* amp = boton(QStringLiteral("cmdAmpliarEspecialidad"), QStringLiteral("Ampliar..."));
     amp->setToolTip(QStringLiteral("Ampliar el resultado de esta Especialidad"));
-    connect(guardar, &QPushButton::clicked, this, [this] {
-        const auto id = especialidadElegida();
-        if (!id) return;
-        form_.guardarEspecialidad(*id, resultadoEspecialidad_->toPlainText(),
-                                  textoMarcas(croquis_->croquis()->marcas()), especialidadPrivada_->isChecked());
-        const int fila = especialidades_->currentRow();
-        mostrarDetalle();
-        especialidades_->setCurrentRow(fila);
+    connect(guardar, &QPushButton::clicked, this, &VisitaWindow::guardarEspecialidad);
+    connect(resultadoEspecialidad_, &QPlainTextEdit::textChanged, this, [this] {
+        if (!actualizando_) especialidadCambiada_ = true;
+    });
+    connect(especialidadPrivada_, &QCheckBox::toggled, this, [this] {
+        if (!actualizando_) especialidadCambiada_ = true;
     });
     connect(quitar, &QPushButton::clicked, this, [this] {
         if (const auto id = especialidadElegida()) form_.eliminarEspecialidad(*id);
@@ -395,6 +402,9 @@ QWidget* VisitaWindow::pestanaEspecialidades() {
     croquis_ = new CroquisPanel;
     croquis_->setObjectName(QStringLiteral("pnlCroquis"));
     croquis_->setMinimumHeight(300);
+    connect(croquis_, &CroquisPanel::marcasCambiadas, this, [this] {
+        if (!actualizando_) especialidadCambiada_ = true;
+    });
     derecha->addRow(QStringLiteral("Croquis:"), croquis_);
     auto* botones = new QHBoxLayout;
     botones->addWidget(especialidadPrivada_);
@@ -579,12 +589,9 @@ void VisitaWindow::mostrarTodo() {
         actualizando_ = true;
         analitica_->clear();
         analitica_->addItem(QString());
-        CommandTrace traza(e_.dialogs(), QStringLiteral("leer las Analíticas"));
-        traza.ejecutar([&] {
-            for (const auto& a : VisitaStore(e_.db()).analiticas())
-                analitica_->addItem((a.Grupo.isEmpty() ? QString() : a.Grupo + QStringLiteral(" - ")) + a.Descripcion,
-                                    a.IdAnalitica);
-        });
+        for (const auto& a : form_.analiticas())
+            analitica_->addItem((a.Grupo.isEmpty() ? QString() : a.Grupo + QStringLiteral(" - ")) + a.Descripcion,
+                                a.IdAnalitica);
         actualizando_ = antes;
     }
     mostrarCabecera();
@@ -692,15 +699,20 @@ void VisitaWindow::mostrarDetalle() {
 
 void VisitaWindow::mostrarEspecialidad() {
     const auto id = especialidadElegida();
+    // Still the same speciality with edits not saved: they stay on screen.
+    if (especialidadCambiada_ && id && id == especialidadMostrada_) return;
+    const bool antes = actualizando_;
+    actualizando_ = true;
     protocolo_->clear();
     resultadoEspecialidad_->clear();
     especialidadPrivada_->setChecked(false);
-    croquis_->setFondo(QString());
     croquis_->croquis()->setMarcas({});
-    croquis_->setEnabled(id.has_value());
-    if (!id) return;
+    // No speciality chosen: no sketch either (nor the missing-picture text).
+    croquis_->setVisible(id.has_value());
+    especialidadMostrada_ = id;
+    especialidadCambiada_ = false;
     for (const auto& s : form_.especialidades())
-        if (s.IdEspecialidadVisita == *id) {
+        if (id && s.IdEspecialidadVisita == *id) {
             protocolo_->setPlainText(s.Protocolo);
             resultadoEspecialidad_->setPlainText(s.Resultado);
             especialidadPrivada_->setChecked(s.DatoPrivado);
@@ -708,6 +720,28 @@ void VisitaWindow::mostrarEspecialidad() {
             croquis_->setFondo(rutaCroquis(rutaNativa(e_.configuracionBD.servidor), s.Especialidad, especie));
             croquis_->croquis()->setMarcas(leerMarcas(s.Croquis));
         }
+    actualizando_ = antes;
+}
+
+void VisitaWindow::guardarEspecialidad() {
+    if (!especialidadMostrada_) return;
+    const qint64 id = *especialidadMostrada_;
+    if (!form_.guardarEspecialidad(id, resultadoEspecialidad_->toPlainText(), textoMarcas(croquis_->croquis()->marcas()),
+                                   especialidadPrivada_->isChecked()))
+        return;
+    especialidadCambiada_ = false;
+    const int fila = especialidades_->currentRow();
+    mostrarDetalle();
+    especialidades_->setCurrentRow(fila);
+}
+
+bool VisitaWindow::resolverEspecialidad() {
+    if (!especialidadCambiada_ || !especialidadMostrada_) return true;
+    especialidadCambiada_ = false;
+    if (!form_.preguntarGuardarCambios()) return true;
+    const qint64 id = *especialidadMostrada_;
+    return form_.guardarEspecialidad(id, resultadoEspecialidad_->toPlainText(),
+                                     textoMarcas(croquis_->croquis()->marcas()), especialidadPrivada_->isChecked());
 }
 
 void VisitaWindow::ponerFoco() {
@@ -718,6 +752,7 @@ void VisitaWindow::ponerFoco() {
 }
 
 void VisitaWindow::nueva() {
+    resolverEspecialidad();
     form_.nueva();
     mostrarTodo();
 }
@@ -733,6 +768,7 @@ void VisitaWindow::eliminar() {
 }
 
 void VisitaWindow::buscar() {
+    resolverEspecialidad();
     form_.buscar();
     mostrarTodo();
 }
@@ -743,7 +779,7 @@ void VisitaWindow::cobrar() {
 }
 
 void VisitaWindow::closeEvent(QCloseEvent* evento) {
-    if (form_.puedeCerrar())
+    if (resolverEspecialidad() && form_.puedeCerrar())
         evento->accept();
     else
         evento->ignore();

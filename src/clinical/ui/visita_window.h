@@ -31,6 +31,7 @@ public:
 signals:
     // The pet screen, the hospitalisations of the pet and the quote screen, for the opener.
     void abrirMascota(qint64 idCliente, qint64 idMascota);
+    void abrirCliente(qint64 idCliente);
     void abrirHospitalizaciones(qint64 idMascota, const QString& nombre);
 
 public slots:
@@ -60,6 +61,10 @@ private:
     void mostrarCabecera();
     void mostrarDetalle();
     void mostrarEspecialidad();
+    // The speciality shown has a result or marks not saved: asks, and saves them on Yes. False
+    // only when the save was refused.
+    bool resolverEspecialidad();
+    void guardarEspecialidad();
     void ponerFoco();
     QList<int> recetasElegidas() const;
     void leerEntradaReceta();
@@ -98,4 +103,6 @@ private:
     QLineEdit* dosificacion_;
     QHash<QString, QWidget*> entradas_;
     bool actualizando_ = false;
+    std::optional<qint64> especialidadMostrada_;
+    bool especialidadCambiada_ = false;
 };
