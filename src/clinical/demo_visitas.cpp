@@ -4,6 +4,7 @@
 #include "clinical/visita_store.h"
 #include "data/esquema.h"
 #include "data/registro.h"
+#include "sales/presupuesto_store.h"
 
 #include <QSqlQuery>
 
@@ -170,6 +171,36 @@ int cargarVisitasDemo(Database& db, const QDate& hoy) {
             HospitalizacionStore(db).ingresar(Ingreso{mascotas.at(k).second, id, hoy, hora,
                                                       QStringLiteral("Otitis externa"), QStringLiteral("J-2")});
         }
+    }
+    // A quote for a dental cleaning, made from the second consultation of today.
+    if (mascotas.size() > 1) {
+        AlbaranStore ventas(db);
+        const auto cliente = ventas.cliente(mascotas.at(1).first);
+        const auto mascota = ventas.mascota(mascotas.at(1).second);
+        const QVariant visitaId = db.valor(QStringLiteral("SELECT MAX(IdVisita) FROM Visitas WHERE IdMascota = ?"),
+                                           {mascotas.at(1).second});
+        Presupuesto p;
+        p.documento.fecha = hoy;
+        p.documento.hora = QTime(10, 45);
+        p.documento.idCliente = mascotas.at(1).first;
+        p.documento.idMascota = mascotas.at(1).second;
+        p.documento.idVendedor = vet;
+        p.documento.idVisita = visitaId.toLongLong();
+        const ContextoPrecios ctx =
+            contextoVenta(cliente, cliente ? ventas.condicionesCliente(cliente->id) : QList<CondicionEspecial>{}, mascota,
+                          mascota && mascota->idPlanSalud ? ventas.condicionesPlan(*mascota->idPlanSalud)
+                                                          : QList<CondicionEspecial>{},
+                          hoy);
+        QSqlQuery a = db.ejecutar(QStringLiteral("SELECT ArtCodArticulo FROM Articulos ORDER BY ArtCodArticulo"));
+        int n = 0;
+        while (a.next() && n < 3) {
+            const auto art = ventas.articulo(a.value(0).toLongLong());
+            if (!art) continue;
+            const PrecioElegido precio = elegirPrecio(*art, ctx);
+            if (precio.valido()) p.documento.anadirLinea(lineaDeArticulo(*art, precio, n == 2 ? 2 : 1));
+            ++n;
+        }
+        if (!p.documento.lineas().isEmpty()) PresupuestoStore(db).guardar(p);
     }
     tx.commit();
     return creadas;

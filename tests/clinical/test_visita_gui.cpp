@@ -3,6 +3,7 @@
 #include "app/instalador.h"
 #include "clinical/croquis.h"
 #include "documents/plantillas_defecto.h"
+#include "sales/ui/presupuesto_window.h"
 #include "clinical/ui/croquis_widget.h"
 #include "clinical/ui/visita_busqueda_window.h"
 #include "clinical/ui/visita_window.h"
@@ -95,11 +96,21 @@ private slots:
             capturar(w, nombres.at(i) + u".png"_s);
         }
         QCOMPARE(w.form().recetas().size(), 2);
+        // The demo's quote, made from a visit that shows it in its history.
+        QCOMPARE(c.valor(u"SELECT COUNT(*) FROM Visitas WHERE Presupuesto = ?"_s, {true}).toInt(), 1);
+        PresupuestoWindow q(c.e);
+        AperturaPresupuesto pq;
+        pq.IdPresupuesto = c.valor(u"SELECT MIN(IdPresupuesto) FROM Presupuestos"_s).toLongLong();
+        QVERIFY(q.abrir(pq));
+        QCOMPARE(hijo<QTreeWidget>(q, u"grdLineas"_s)->topLevelItemCount(), 3);
+        QCOMPARE(hijo<QLabel>(q, u"lblEstado"_s)->text(), u"Pendiente"_s);
+        capturar(q, u"presupuesto.png"_s);
         const QString capturas = qEnvironmentVariable("PRAMELVIX_CAPTURAS");
         if (!capturas.isEmpty()) {
             QVERIFY(instalarPlantillasPorDefecto(datos.path()).isEmpty());
             QVERIFY(w.form().imprimirRecetas({0, 1}, DestinoDocumento::PDF, capturas + u"/recetas.pdf"_s));
             QVERIFY(w.form().imprimirInforme(DestinoDocumento::PDF, capturas + u"/informe-visita.pdf"_s));
+            QVERIFY(q.form().imprimir(DestinoDocumento::PDF, capturas + u"/presupuesto.pdf"_s));
         }
         w.close();
     }
