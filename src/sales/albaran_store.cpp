@@ -68,24 +68,8 @@ std::optional<Albaran> AlbaranStore::cargar(qint64 idAlbaran) {
     a.cobrado = logico(q.value(13));
     a.pendiente = q.value(14).toDouble();
 
-    QList<LineaAlbaran> lineas;
-    QSqlQuery l =
-        db_.ejecutar(QStringLiteral("SELECT IdArticulo, Descripcion, Serie, Cantidad, Precio, Descuento, "
-                                    "IdTipoIVA, PorcentajeIVA FROM LineasAlbaran WHERE IdAlbaran = ? "
-                                    "ORDER BY Orden, IdLinea"),
-                     {idAlbaran});
-    while (l.next()) {
-        LineaAlbaran x;
-        x.idArticulo = optDe(l.value(0));
-        x.concepto = l.value(1).toString();
-        x.serie = l.value(2).toString();
-        x.cantidad = l.value(3).toDouble();
-        x.pvp = l.value(4).toDouble();
-        x.descuento = l.value(5).toDouble();
-        x.idTipoIVA = optDe(l.value(6));
-        x.iva = l.value(7).toDouble();
-        lineas << x;
-    }
+    const QList<LineaAlbaran> lineas =
+        leerLineasVenta(db_, QStringLiteral("LineasAlbaran"), QStringLiteral("IdAlbaran"), idAlbaran);
     a.ponerLineas(lineas);
     // setRetencion/setExento recompute: set them once the lines are in.
     a.setRetencion(retencion);
@@ -172,26 +156,46 @@ GuardadoAlbaran AlbaranStore::guardar(Albaran& a) {
         ++a.versionFila;
         db_.ejecutarCambio(QStringLiteral("DELETE FROM LineasAlbaran WHERE IdAlbaran = ?"), {*a.IdAlbaran});
     }
-    escribirLineas(a);
+    escribirLineasVenta(db_, QStringLiteral("LineasAlbaran"), QStringLiteral("IdAlbaran"), *a.IdAlbaran, a);
     tr.commit();
     a.pendiente = t.total();
     a.totalGuardado = t.total();
     return {ResultadoAlbaran::Hecho};
 }
 
-void AlbaranStore::escribirLineas(const Albaran& a) {
+QList<LineaAlbaran> leerLineasVenta(Database& db, const QString& tabla, const QString& clave, qint64 id) {
+    QList<LineaAlbaran> lineas;
+    QSqlQuery l = db.ejecutar(QStringLiteral("SELECT IdArticulo, Descripcion, Serie, Cantidad, Precio, Descuento, "
+                                             "IdTipoIVA, PorcentajeIVA FROM ") +
+                                  tabla + QStringLiteral(" WHERE ") + clave + QStringLiteral(" = ? ORDER BY Orden, IdLinea"),
+                              {id});
+    while (l.next()) {
+        LineaAlbaran x;
+        x.idArticulo = optDe(l.value(0));
+        x.concepto = l.value(1).toString();
+        x.serie = l.value(2).toString();
+        x.cantidad = l.value(3).toDouble();
+        x.pvp = l.value(4).toDouble();
+        x.descuento = l.value(5).toDouble();
+        x.idTipoIVA = optDe(l.value(6));
+        x.iva = l.value(7).toDouble();
+        lineas << x;
+    }
+    return lineas;
+}
+
+void escribirLineasVenta(Database& db, const QString& tabla, const QString& clave, qint64 id, const Albaran& a) {
     int orden = 0;
     for (const LineaAlbaran& l : a.lineas()) {
         const ImportesLinea& i = l.importes;
-        db_.ejecutarCambio(
-            QStringLiteral(
-                "INSERT INTO LineasAlbaran (IdAlbaran, Orden, IdArticulo, Descripcion, Cantidad, Precio, "
-                "Descuento, IdTipoIVA, PorcentajeIVA, Importe, Serie, PrecioSinIVA, BrutoSinIVA, "
-                "BrutoConIVA, ImporteDto, TotalConIVA, BaseImponible, CuotaIVA, ImporteRetencion) "
-                "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-            {static_cast<qlonglong>(*a.IdAlbaran), ++orden, opt(l.idArticulo), l.concepto, l.cantidad, l.pvp,
-             l.descuento, opt(l.idTipoIVA), l.iva, i.total,
-             l.serie.isEmpty() ? QVariant() : QVariant(l.serie), i.precio, i.brutoSinIVA, i.brutoConIVA,
+        db.ejecutarCambio(
+            QStringLiteral("INSERT INTO ") + tabla + QStringLiteral(" (") + clave +
+                QStringLiteral(", Orden, IdArticulo, Descripcion, Cantidad, Precio, Descuento, IdTipoIVA, PorcentajeIVA, "
+                               "Importe, Serie, PrecioSinIVA, BrutoSinIVA, BrutoConIVA, ImporteDto, TotalConIVA, "
+                               "BaseImponible, CuotaIVA, ImporteRetencion) "
+                               "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+            {id, ++orden, opt(l.idArticulo), l.concepto, l.cantidad, l.pvp, l.descuento, opt(l.idTipoIVA), l.iva,
+             i.total, l.serie.isEmpty() ? QVariant() : QVariant(l.serie), i.precio, i.brutoSinIVA, i.brutoConIVA,
              i.importeDto, i.totalConIVA, i.base, i.cuotaIVA, i.retencion});
     }
 }

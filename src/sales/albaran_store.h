@@ -46,6 +46,12 @@ ContextoPrecios contextoVenta(const std::optional<ClienteVenta>& cliente, const 
                               const std::optional<MascotaVenta>& mascota, const QList<CondicionEspecial>& condicionesPlan,
                               const QDate& fecha);
 
+// The lines of a sale document in their order: tabla "LineasAlbaran" (clave "IdAlbaran") of a
+// note, "LineasPresupuesto" ("IdPresupuesto") of a quote. Escribir adds them after the
+// document's existing ones are gone.
+QList<LineaAlbaran> leerLineasVenta(Database& db, const QString& tabla, const QString& clave, qint64 id);
+void escribirLineasVenta(Database& db, const QString& tabla, const QString& clave, qint64 id, const Albaran& a);
+
 // The state of a stored note as another workstation may have left it.
 struct SituacionAlbaran {
     std::optional<qint64> numFactura;
@@ -114,7 +120,6 @@ public:
     QString nombreVendedor(std::optional<qint64> id);
 
 private:
-    void escribirLineas(const Albaran& a);
     ResultadoAlbaran sinCambiar(qint64 idAlbaran, qint64 versionLeida);
     Database& db_;
 };

@@ -39,23 +39,8 @@ std::optional<Presupuesto> PresupuestoStore::cargar(qint64 id) {
     const double retencion = q.value(9).toDouble();
     const bool exento = valorDesdeBD(TipoColumna::Logico, q.value(10)).toBool();
     p.versionFila = q.value(11).toLongLong();
-    QList<LineaAlbaran> lineas;
-    QSqlQuery l = db_.ejecutar(QStringLiteral("SELECT IdArticulo, Descripcion, Serie, Cantidad, Precio, Descuento, "
-                                              "IdTipoIVA, PorcentajeIVA FROM LineasPresupuesto WHERE "
-                                              "IdPresupuesto = ? ORDER BY Orden, IdLinea"),
-                               {id});
-    while (l.next()) {
-        LineaAlbaran x;
-        x.idArticulo = optDe(l.value(0));
-        x.concepto = l.value(1).toString();
-        x.serie = l.value(2).toString();
-        x.cantidad = l.value(3).toDouble();
-        x.pvp = l.value(4).toDouble();
-        x.descuento = l.value(5).toDouble();
-        x.idTipoIVA = optDe(l.value(6));
-        x.iva = l.value(7).toDouble();
-        lineas << x;
-    }
+    const QList<LineaAlbaran> lineas =
+        leerLineasVenta(db_, QStringLiteral("LineasPresupuesto"), QStringLiteral("IdPresupuesto"), id);
     a.ponerLineas(lineas);
     a.setRetencion(retencion);
     a.setExento(exento);
@@ -114,18 +99,7 @@ ResultadoPresupuesto PresupuestoStore::guardar(Presupuesto& p) {
         db_.ejecutarCambio(QStringLiteral("DELETE FROM LineasPresupuesto WHERE IdPresupuesto = ?"),
                            {*p.IdPresupuesto});
     }
-    int orden = 0;
-    for (const LineaAlbaran& l : a.lineas()) {
-        const ImportesLinea& i = l.importes;
-        db_.ejecutarCambio(
-            QStringLiteral("INSERT INTO LineasPresupuesto (IdPresupuesto, Orden, IdArticulo, Descripcion, Cantidad, "
-                           "Precio, Descuento, IdTipoIVA, PorcentajeIVA, Importe, Serie, PrecioSinIVA, BrutoSinIVA, "
-                           "BrutoConIVA, ImporteDto, TotalConIVA, BaseImponible, CuotaIVA, ImporteRetencion) "
-                           "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-            {static_cast<qlonglong>(*p.IdPresupuesto), ++orden, opt(l.idArticulo), l.concepto, l.cantidad, l.pvp,
-             l.descuento, opt(l.idTipoIVA), l.iva, i.total, l.serie.isEmpty() ? QVariant() : QVariant(l.serie),
-             i.precio, i.brutoSinIVA, i.brutoConIVA, i.importeDto, i.totalConIVA, i.base, i.cuotaIVA, i.retencion});
-    }
+    escribirLineasVenta(db_, QStringLiteral("LineasPresupuesto"), QStringLiteral("IdPresupuesto"), *p.IdPresupuesto, a);
     if (a.idVisita)
         db_.ejecutarCambio(QStringLiteral("UPDATE Visitas SET Presupuesto = ? WHERE IdVisita = ?"),
                            {true, opt(a.idVisita)});
