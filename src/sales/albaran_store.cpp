@@ -208,6 +208,10 @@ ResultadoAlbaran AlbaranStore::eliminar(qint64 idAlbaran, qint64 versionLeida) {
                            {idAlbaran, versionLeida, false}) != 1)
         return sinCambiar(idAlbaran, versionLeida);
     db_.ejecutarCambio(QStringLiteral("DELETE FROM LineasAlbaran WHERE IdAlbaran = ?"), {idAlbaran});
+    // A quote made into this note is pending again: it can be made into another one.
+    db_.ejecutarCambio(QStringLiteral("UPDATE Presupuestos SET Estado = ?, IdAlbaran = NULL, VersionFila = "
+                                      "VersionFila + 1 WHERE IdAlbaran = ?"),
+                       {QStringLiteral("P"), idAlbaran});
     tr.commit();
     return ResultadoAlbaran::Hecho;
 }

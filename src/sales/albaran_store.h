@@ -94,8 +94,8 @@ public:
     // since it was read CambiadoEnOtroPuesto. Nothing is written unless Hecho, which sets
     // IdAlbaran, numAlbaran, pendiente and the row version.
     GuardadoAlbaran guardar(Albaran& albaran);
-    // Deletes the note and its lines: Hecho, NoExiste, FacturadoOCobrado or
-    // CambiadoEnOtroPuesto (nothing deleted).
+    // Deletes the note and its lines (a quote made into it becomes pending again): Hecho,
+    // NoExiste, FacturadoOCobrado or CambiadoEnOtroPuesto (nothing deleted).
     ResultadoAlbaran eliminar(qint64 idAlbaran, qint64 versionLeida);
 
     std::optional<ClienteVenta> cliente(qint64 idCliente);

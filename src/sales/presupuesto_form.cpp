@@ -1,7 +1,10 @@
 #include "sales/presupuesto_form.h"
 
 #include "app/conf_puesto_form.h"
+#include "app/guardado_registro.h"
 #include "app/numeracion.h"
+#include "clients/aviso_lopd.h"
+#include "data/esquema.h"
 #include "core/command_trace.h"
 #include "core/formatos.h"
 #include "sales/albaran_documento.h"
@@ -11,7 +14,7 @@ const QString kEn = QStringLiteral(" en los '") + kTituloPresupuestos + QLatin1C
 const QString kAtencion = QStringLiteral("¡Atención!");
 } // namespace
 
-PresupuestoForm::PresupuestoForm(Entorno& entorno) : e_(entorno), ventas_(entorno.db()) {
+PresupuestoForm::PresupuestoForm(Entorno& entorno) : e_(entorno), ventas_(entorno.db()), bloqueo_(entorno) {
     CommandTrace traza(e_.dialogs(), QStringLiteral("leer los vendedores") + kEn);
     traza.ejecutar([&] { vendedores_ = ventas_.vendedores(); });
     limpiar();
@@ -22,6 +25,7 @@ PresupuestoForm::~PresupuestoForm() {
 }
 
 void PresupuestoForm::limpiar() {
+    bloqueo_.liberar();
     e_.editores.soltar(this);
     p_ = Presupuesto();
     const QDateTime ahora = e_.reloj().ahora();
@@ -62,8 +66,47 @@ bool PresupuestoForm::fallo(const QString& texto) {
     return false;
 }
 
+bool PresupuestoForm::antesDeCambiar() {
+    if (p_.esNuevo() || bloqueo_.tomado()) return true;
+    const QString nombre = cliente_ ? cliente_->nombre : QString();
+    return bloqueo_.tomar(descriptorRequerido(kTablaPresupuestos), QString::number(*p_.IdPresupuesto),
+                          QStringLiteral("Presupuesto nº ") + QString::number(p_.numero.value_or(0)) +
+                              QStringLiteral(" de ") + nombre,
+                          AccionBloqueo::Modificacion);
+}
+
+std::optional<qint64> PresupuestoForm::planVigente() const {
+    return mascota_ && mascota_->planEnVigor(p_.documento.fecha) ? mascota_->idPlanSalud : std::nullopt;
+}
+
+void PresupuestoForm::preguntarRepreciar(std::optional<qint64> planAntes) {
+    if (planAntes == planVigente() || p_.documento.lineas().isEmpty()) return;
+    if (!e_.dialogs().preguntar(Icono::Pregunta, QStringLiteral("ATENCION"),
+                                QStringLiteral("Los precios de los artículos incluidos en este presupuesto han podido "
+                                               "sufrir variaciones debido al cambio del Plan de Salud de la mascota. "
+                                               "¿Desea que se recalculen los precios de este presupuesto?")))
+        return;
+    const ContextoPrecios ctx =
+        contextoVenta(cliente_, condicionesCliente_, mascota_, condicionesPlan_, p_.documento.fecha);
+    QList<LineaAlbaran> lineas = p_.documento.lineas();
+    CommandTrace traza(e_.dialogs(), QStringLiteral("recalcular los precios") + kEn);
+    traza.ejecutar([&] {
+        for (LineaAlbaran& l : lineas) {
+            if (!l.idArticulo) continue;
+            const auto art = ventas_.articulo(*l.idArticulo);
+            if (!art) continue;
+            const PrecioElegido precio = elegirPrecio(*art, ctx);
+            if (!precio.valido()) continue;
+            LineaAlbaran nueva = lineaDeArticulo(*art, precio, l.cantidad);
+            nueva.concepto = l.concepto;
+            l = nueva;
+        }
+    });
+    p_.documento.ponerLineas(lineas);
+}
+
 bool PresupuestoForm::noEditable() {
-    if (editable()) return false;
+    if (editable()) return !antesDeCambiar();
     e_.dialogs().avisar(kAtencion, QStringLiteral("Este presupuesto ya está ") +
                                        (p_.estado == kPresupuestoAceptado ? QStringLiteral("aceptado")
                                                                           : QStringLiteral("rechazado")) +
@@ -117,23 +160,24 @@ bool PresupuestoForm::abrir(const AperturaPresupuesto& ap) {
 }
 
 bool PresupuestoForm::cargar(qint64 id) {
-    if (!e_.editores.ocupar(kTablaPresupuestos, id, this, traerAlFrente)) return false;
     std::optional<Presupuesto> leido;
+    QString nota;
     CommandTrace traza(e_.dialogs(), QStringLiteral("cargar un Presupuesto") + kEn);
-    traza.ejecutar([&] {
-        leido = PresupuestoStore(e_.db()).cargar(id);
-        if (leido && leido->idAlbaran)
-            if (const auto nota = ventas_.cargar(*leido->idAlbaran))
-                serieAlbaran_ = nota->serie + QLatin1Char('/') + QString::number(nota->numAlbaran.value_or(0));
-    });
+    if (!traza.ejecutar([&] {
+            leido = PresupuestoStore(e_.db()).cargar(id);
+            if (leido && leido->idAlbaran)
+                if (const auto a = ventas_.cargar(*leido->idAlbaran))
+                    nota = a->serie + QLatin1Char('/') + QString::number(a->numAlbaran.value_or(0));
+        }))
+        return false;
     if (!leido) {
-        e_.editores.soltar(this);
         e_.dialogs().error(QStringLiteral("Error al intentar acceder al Presupuesto ") + QString::number(id),
                            QStringLiteral("Ha sido imposible recuperar la información solicitada. Puede que el "
                                           "Presupuesto haya sido eliminado."));
         return false;
     }
-    const QString nota = serieAlbaran_;
+    if (!(p_.IdPresupuesto == id) && !e_.editores.ocupar(kTablaPresupuestos, id, this, traerAlFrente)) return false;
+    bloqueo_.liberar();
     p_ = *leido;
     serieAlbaran_ = nota;
     if (p_.documento.idCliente) cargarCliente(*p_.documento.idCliente);
@@ -146,17 +190,24 @@ bool PresupuestoForm::elegirCliente() {
     if (noEditable() || !e_.buscadores.cliente) return false;
     const auto elegido = e_.buscadores.cliente(PeticionCliente{});
     if (!elegido || elegido->claveCliente == 0) return false;
+    const bool conLineas = !p_.documento.lineas().isEmpty() && p_.documento.idCliente != elegido->claveCliente;
     cargarCliente(elegido->claveCliente);
     if (!cliente_) return false;
     cargarMascota(elegido->claveMascota);
     modificado_ = true;
+    if (conLineas)
+        e_.dialogs().mostrar(Icono::Exclamacion, QStringLiteral("¡Atención"),
+                             QStringLiteral(" Al cambiar de Cliente teniendo Artículos en el Presupuesto, no se "
+                                            "recalculan los Precios Especiales."));
     return true;
 }
 
 bool PresupuestoForm::ponerMascota(std::optional<qint64> idMascota) {
     if (noEditable() || !cliente_) return false;
+    const auto antes = planVigente();
     cargarMascota(idMascota);
     modificado_ = true;
+    preguntarRepreciar(antes);
     return true;
 }
 
@@ -168,8 +219,10 @@ bool PresupuestoForm::setFecha(const QString& texto) {
                             QStringLiteral("La fecha debe tener el formato dd/mm/aaaa."));
         return false;
     }
+    const auto antes = planVigente();
     p_.documento.fecha = *f;
     modificado_ = true;
+    preguntarRepreciar(antes);
     return true;
 }
 
@@ -209,6 +262,13 @@ bool PresupuestoForm::anadirArticulo(qint64 codigo, const QString& cantidad) {
     return true;
 }
 
+bool PresupuestoForm::anadirArticulo(const QString& codigo, const QString& cantidad) {
+    bool ok = false;
+    const qint64 n = codigo.trimmed().toLongLong(&ok);
+    if (!ok) return fallo(QStringLiteral("Indique el artículo que desea incluir"));
+    return anadirArticulo(n, cantidad);
+}
+
 bool PresupuestoForm::buscarArticulo(const QString& cantidad) {
     if (noEditable()) return false;
     if (!cliente_) {
@@ -231,6 +291,12 @@ bool PresupuestoForm::quitarLinea(int fila) {
 
 bool PresupuestoForm::tratarResultado(ResultadoPresupuesto r) {
     if (r == ResultadoPresupuesto::Hecho) return true;
+    if (r == ResultadoPresupuesto::CambiadoEnOtroPuesto) {
+        bloqueo_.liberar();
+        if (e_.dialogs().preguntar(Icono::Exclamacion, kAtencion, textoRegistroModificado(QStringLiteral("Presupuesto"))))
+            cargar(*p_.IdPresupuesto);
+        return false;
+    }
     const QString texto =
         r == ResultadoPresupuesto::NoExiste
             ? QStringLiteral("Otro puesto ha eliminado este Presupuesto. No se ha guardado nada.")
@@ -240,6 +306,7 @@ bool PresupuestoForm::tratarResultado(ResultadoPresupuesto r) {
             : QStringLiteral("Otro puesto ha guardado cambios en este Presupuesto desde que usted lo abrió. No se ha "
                              "guardado nada.");
     e_.dialogs().avisar(kAtencion, texto);
+    bloqueo_.liberar();
     if (p_.IdPresupuesto && r != ResultadoPresupuesto::NoExiste) cargar(*p_.IdPresupuesto);
     return false;
 }
@@ -248,6 +315,7 @@ bool PresupuestoForm::guardar() {
     if (noEditable()) return false;
     if (!cliente_ || !p_.documento.idCliente) return fallo(QStringLiteral("Indique el cliente"));
     if (p_.documento.lineas().isEmpty()) return fallo(QStringLiteral("Debe incluir al menos un artículo"));
+    if (p_.esNuevo() && !bloqueo_.tomarAlta(descriptorRequerido(kTablaPresupuestos), cliente_->nombre)) return false;
     Presupuesto copia = p_;
     ResultadoPresupuesto r = ResultadoPresupuesto::Hecho;
     CommandTrace traza(e_.dialogs(), QStringLiteral("guardar un Presupuesto") + kEn);
@@ -258,7 +326,11 @@ bool PresupuestoForm::guardar() {
             r = PresupuestoStore(e_.db()).guardar(copia);
         });
     });
-    if (!hecho || !tratarResultado(r)) return false;
+    if (!hecho || !tratarResultado(r)) {
+        if (p_.esNuevo()) bloqueo_.liberar();
+        return false;
+    }
+    bloqueo_.liberar();
     const bool nuevo = p_.esNuevo();
     p_ = copia;
     if (nuevo) e_.editores.ocupar(kTablaPresupuestos, *p_.IdPresupuesto, this, traerAlFrente);
@@ -268,12 +340,11 @@ bool PresupuestoForm::guardar() {
 
 bool PresupuestoForm::convertir() {
     if (noEditable()) return false;
-    if (modificado_ || p_.esNuevo()) {
-        if (!guardar()) return false;
-    }
     if (!e_.dialogs().preguntar(Icono::Pregunta, kAtencion,
                                 QStringLiteral("¿Desea convertir este Presupuesto en un Albarán?")))
         return false;
+    // What the delivery note requires, in its order and with its messages.
+    if (!cliente_ || !p_.documento.idCliente) return fallo(QStringLiteral("Indique el cliente"));
     const auto conf = leerConfiguracionPuesto(e_);
     const QString serie = conf ? conf->SerieVenta : QString();
     if (serie.trimmed().isEmpty()) {
@@ -281,6 +352,13 @@ bool PresupuestoForm::convertir() {
                                                       "Configuración de Apartados."));
         return false;
     }
+    if (!p_.documento.idVendedor) return fallo(QStringLiteral("Indique el vendedor"));
+    if (p_.documento.lineas().isEmpty()) return fallo(QStringLiteral("Debe incluir al menos un artículo"));
+    if ((modificado_ || p_.esNuevo()) && !guardar()) return false;
+    BloqueoEdicion alta(e_);
+    if (!alta.tomarAlta(descriptorRequerido(kTablaAlbaranes), cliente_->nombre)) return false;
+    // The note is dated when it is made; it keeps the quote's prices.
+    const QDateTime ahora = e_.reloj().ahora();
     Presupuesto copia = p_;
     ResultadoPresupuesto r = ResultadoPresupuesto::Hecho;
     bool hecho = false;
@@ -288,14 +366,18 @@ bool PresupuestoForm::convertir() {
     traza.ejecutar([&] {
         hecho = reintentarNumeracion(e_.dialogs(), QStringLiteral("Albarán"), [&] {
             copia = p_;
-            r = PresupuestoStore(e_.db()).convertir(copia, serie);
+            r = PresupuestoStore(e_.db()).convertir(copia, serie, ahora.date(),
+                                                     QTime(ahora.time().hour(), ahora.time().minute()));
         });
     });
+    alta.liberar();
     if (!hecho || !tratarResultado(r)) return false;
+    bloqueo_.liberar();
+    const auto nota = copia.idAlbaran;
     cargar(*copia.IdPresupuesto);
-    if (abrirAlbaran) {
+    if (abrirAlbaran && nota) {
         AperturaAlbaran ap;
-        ap.IdAlbaran = p_.idAlbaran;
+        ap.IdAlbaran = nota;
         abrirAlbaran(ap);
     }
     return true;
@@ -311,6 +393,7 @@ bool PresupuestoForm::rechazar() {
     CommandTrace traza(e_.dialogs(), QStringLiteral("rechazar un Presupuesto") + kEn);
     if (!traza.ejecutar([&] { r = PresupuestoStore(e_.db()).rechazar(copia); }) || !tratarResultado(r))
         return false;
+    bloqueo_.liberar();
     p_ = copia;
     modificado_ = false;
     return true;
@@ -320,17 +403,21 @@ bool PresupuestoForm::imprimir(DestinoDocumento destino, const QString& ficheroP
     if (p_.esNuevo() || modificado_) {
         if (!editable() || !guardar()) return false;
     }
-    QString vendedor;
-    for (const auto& v : vendedores_)
-        if (p_.documento.idVendedor && v.id == *p_.documento.idVendedor) vendedor = v.texto;
-    DatosDocumento d = datosAlbaran(p_.documento, cliente_ ? &*cliente_ : nullptr, mascota_ ? &*mascota_ : nullptr,
-                                    vendedor);
-    d.tipo = QStringLiteral("PRE");
-    d.campos.prepend({QStringLiteral("numPresupuesto"), QString::number(p_.numero.value_or(0))});
-    d.campos.prepend({QStringLiteral("estado"), textoEstado()});
+    if (cliente_ && cliente_->lopd == kLopdNoConsiente && !avisoLopd(e_.dialogs(), cliente_->nombre, true)) return false;
     bool hecho = false;
     CommandTrace traza(e_.dialogs(), QStringLiteral("imprimir un Presupuesto") + kEn);
-    traza.ejecutar([&] { hecho = ImpresorDocumentos(e_).imprimir(grupos::PRESUPUESTOS, grupos::PROMPT_PRESUPUESTO, d, destino, ficheroPdf); });
+    traza.ejecutar([&] {
+        // What is stored, as another workstation may have left it.
+        const auto leido = PresupuestoStore(e_.db()).cargar(*p_.IdPresupuesto);
+        if (!leido) return;
+        DatosDocumento d = datosAlbaran(leido->documento, cliente_ ? &*cliente_ : nullptr,
+                                        mascota_ ? &*mascota_ : nullptr, ventas_.nombreVendedor(leido->documento.idVendedor));
+        d.tipo = kTipoDocumentoPresupuesto;
+        d.campos.prepend({QStringLiteral("numPresupuesto"), QString::number(leido->numero.value_or(0))});
+        // Only an accepted or rejected quote says so on paper.
+        if (!leido->pendiente()) d.campos.prepend({QStringLiteral("estado"), textoEstado().toUpper()});
+        hecho = ImpresorDocumentos(e_).imprimir(grupos::PRESUPUESTOS, grupos::PROMPT_PRESUPUESTO, d, destino, ficheroPdf);
+    });
     return hecho;
 }
 
@@ -376,6 +463,7 @@ bool PresupuestoForm::abrirDelCliente() {
 
 bool PresupuestoForm::puedeCerrar() {
     if (!preguntarGuardar()) return false;
+    bloqueo_.liberar();
     e_.editores.soltar(this);
     return true;
 }

@@ -4,6 +4,7 @@
 // commercial file, the pet's health plan in force), with the same arithmetic and totals. A quote
 // is saved with the next number of its series, printed through the group "DocPresupuestos",
 // made into a delivery note in one step, or rejected. Only a pending quote changes.
+#include "app/bloqueo_edicion.h"
 #include "app/entorno.h"
 #include "documents/impresor_documentos.h"
 #include "sales/albaran_form.h"
@@ -14,6 +15,7 @@
 
 inline const QString kTituloPresupuestos = QStringLiteral("Presupuestos");
 inline const QString kTablaPresupuestos = QStringLiteral("Presupuestos");
+inline const QString kTipoDocumentoPresupuesto = QStringLiteral("PRE");
 
 struct AperturaPresupuesto {
     std::optional<qint64> IdCliente;
@@ -53,6 +55,8 @@ public:
     bool setVendedor(std::optional<qint64> idVendedor);
     // The article at the price chosen for this client and pet; quantity "#,##0.00" typed.
     bool anadirArticulo(qint64 codigo, const QString& cantidad = QStringLiteral("1"));
+    // The article code as typed ("Indique el artículo que desea incluir" when it is no code).
+    bool anadirArticulo(const QString& codigo, const QString& cantidad);
     bool buscarArticulo(const QString& cantidad = QStringLiteral("1"));
     bool quitarLinea(int fila);
 
@@ -80,6 +84,11 @@ private:
     bool cargar(qint64 id);
     bool preguntarGuardar();
     bool tratarResultado(ResultadoPresupuesto r);
+    // Before the first change of a saved quote: its record lock (refused: nothing changes).
+    bool antesDeCambiar();
+    std::optional<qint64> planVigente() const;
+    // The plan that prices the quote changed with lines on it: asks and prices them again.
+    void preguntarRepreciar(std::optional<qint64> planAntes);
 
     Entorno& e_;
     AlbaranStore ventas_;
@@ -90,4 +99,5 @@ private:
     QList<CondicionEspecial> condicionesCliente_, condicionesPlan_;
     QList<OpcionVenta> mascotas_, vendedores_;
     QString serieAlbaran_; // the note made from the quote, as "A/12"
+    BloqueoEdicion bloqueo_;
 };

@@ -107,14 +107,20 @@ ResultadoPresupuesto PresupuestoStore::guardar(Presupuesto& p) {
     return ResultadoPresupuesto::Hecho;
 }
 
-ResultadoPresupuesto PresupuestoStore::convertir(Presupuesto& p, const QString& serieVenta) {
+ResultadoPresupuesto PresupuestoStore::convertir(Presupuesto& p, const QString& serieVenta, const QDate& fecha,
+                                                 const QTime& hora) {
     if (!p.IdPresupuesto) return ResultadoPresupuesto::NoExiste;
     Transaction tr = db_.transaccion();
+    if (db_.ejecutarCambio(QStringLiteral("UPDATE Presupuestos SET Estado = ?, VersionFila = VersionFila + 1 WHERE "
+                                          "IdPresupuesto = ? AND VersionFila = ? AND Estado = ?"),
+                           {kPresupuestoAceptado, static_cast<qlonglong>(*p.IdPresupuesto), p.versionFila,
+                            kPresupuestoPendiente}) != 1)
+        return motivo(*p.IdPresupuesto, p.versionFila);
+    const Albaran& a = p.documento;
     Albaran nota;
     nota.serie = serieVenta;
-    const Albaran& a = p.documento;
-    nota.fecha = a.fecha;
-    nota.hora = a.hora;
+    nota.fecha = fecha;
+    nota.hora = hora;
     nota.idCliente = a.idCliente;
     nota.idMascota = a.idMascota;
     nota.idVendedor = a.idVendedor;
@@ -123,11 +129,8 @@ ResultadoPresupuesto PresupuestoStore::convertir(Presupuesto& p, const QString& 
     nota.setRetencion(a.retencion());
     nota.setExento(a.exento());
     if (!AlbaranStore(db_).guardar(nota)) throw ErrorBD(QStringLiteral("No se ha podido crear el Albarán."));
-    if (db_.ejecutarCambio(QStringLiteral("UPDATE Presupuestos SET Estado = ?, IdAlbaran = ?, VersionFila = "
-                                          "VersionFila + 1 WHERE IdPresupuesto = ? AND VersionFila = ? AND Estado = ?"),
-                           {kPresupuestoAceptado, static_cast<qlonglong>(*nota.IdAlbaran),
-                            static_cast<qlonglong>(*p.IdPresupuesto), p.versionFila, kPresupuestoPendiente}) != 1)
-        return motivo(*p.IdPresupuesto, p.versionFila); // rolled back: no note either
+    db_.ejecutarCambio(QStringLiteral("UPDATE Presupuestos SET IdAlbaran = ? WHERE IdPresupuesto = ?"),
+                       {static_cast<qlonglong>(*nota.IdAlbaran), static_cast<qlonglong>(*p.IdPresupuesto)});
     tr.commit();
     p.estado = kPresupuestoAceptado;
     p.idAlbaran = nota.IdAlbaran;

@@ -44,10 +44,12 @@ public:
     // the next number (a counter held elsewhere throws ErrorBD: reintentarNumeracion). The visit
     // it was made from is marked as quoted.
     ResultadoPresupuesto guardar(Presupuesto& p);
-    // Makes the pending quote into a delivery note of the series given, with the same lines,
-    // prices and totals, and marks it accepted, in one transaction: a quote is made into one
-    // note only, however many workstations try. Sets idAlbaran.
-    ResultadoPresupuesto convertir(Presupuesto& p, const QString& serieVenta);
+    // Makes the pending quote into a delivery note of the series given, dated when it is made
+    // (fecha, hora), with the quote's lines, prices and totals, and marks it accepted, in one
+    // transaction: the quote is claimed first (a condition on its state and row version), so it
+    // is made into one note only, however many workstations try, and a workstation that loses
+    // takes no note number. Sets idAlbaran.
+    ResultadoPresupuesto convertir(Presupuesto& p, const QString& serieVenta, const QDate& fecha, const QTime& hora);
     ResultadoPresupuesto rechazar(Presupuesto& p);
     // The client's quotes, newest first.
     QList<FilaPresupuesto> deCliente(qint64 idCliente);

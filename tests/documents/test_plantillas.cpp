@@ -107,7 +107,7 @@ QSet<QString> camposConocidos(const QString& grupo) {
                                               : u"numAlbaran mascota Vendedor numFra serieFra TotalBruto "
                                                 "PorcentajeRetencion pendiente Cobros FechaCobro FormaCobro "
                                                 "ImporteCobro"_s;
-    if (grupo == u"DocPresupuestos"_s) c += u" numPresupuesto"_s;
+    if (grupo == u"DocPresupuestos"_s) c += u" numPresupuesto estado"_s;
     nombres += c.split(u' ');
     return {nombres.cbegin(), nombres.cend()};
 }

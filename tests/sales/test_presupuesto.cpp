@@ -111,9 +111,14 @@ private slots:
         const qint64 nota = *notas.first().IdAlbaran;
         QCOMPARE(*f.presupuesto().idAlbaran, nota);
         QCOMPARE(f.textoEstado(), u"Aceptado (albarán A/1)"_s);
+        // Stored as worked by hand: 2 x 9,68 (the plan's price) + 30,00; dated when converted.
+        QCOMPARE(c.valor(u"SELECT Total FROM Albaranes WHERE IdAlbaran = ?"_s, {nota}).toDouble(), 49.36);
+        QCOMPARE(c.valor(u"SELECT COUNT(*) FROM LineasAlbaran WHERE IdAlbaran = ?"_s, {nota}).toInt(), 2);
         const auto a = AlbaranStore(c.db()).cargar(nota);
-        QCOMPARE(a->lineas().size(), 2);
-        QCOMPARE(a->totales().total(), f.presupuesto().documento.totales().total());
+        QCOMPARE(a->fecha, QDate(2026, 11, 20));
+        QCOMPARE(a->hora, QTime(10, 15));
+        QCOMPARE(a->serie, u"A"_s);
+        QCOMPARE(*a->idMascota, c.toby);
         QCOMPARE(*a->idVisita, c.visita);
         QCOMPARE(*a->idVendedor, c.vet);
         QVERIFY(!f.anadirArticulo(c.consulta));
@@ -130,6 +135,38 @@ private slots:
         QVERIFY(otro.rechazar());
         QCOMPARE(otro.textoEstado(), u"Rechazado"_s);
         QCOMPARE(c.s.contar(u"Albaranes"_s), 1);
+
+        // The note deleted: the quote is pending again and can be made into another one.
+        QCOMPARE(AlbaranStore(c.db()).eliminar(nota, a->versionFila), ResultadoAlbaran::Hecho);
+        PresupuestoForm deNuevo(c.e);
+        f.puedeCerrar();
+        AperturaPresupuesto ap2;
+        ap2.IdPresupuesto = f.presupuesto().IdPresupuesto;
+        QVERIFY(deNuevo.abrir(ap2));
+        QVERIFY(deNuevo.editable());
+        QVERIFY(!deNuevo.presupuesto().idAlbaran);
+    }
+
+    // A date past the pet's plan, or no salesperson: what the note does with them.
+    void repreciarYVendedor() {
+        Caso c;
+        PresupuestoForm f(c.e);
+        AperturaPresupuesto ap = c.desdeVisita();
+        ap.IdVendedor.reset();
+        QVERIFY(f.abrir(ap));
+        QVERIFY(f.anadirArticulo(c.vacuna));
+        QCOMPARE(f.presupuesto().documento.lineas().first().pvp, 9.68);
+        c.d.si();
+        QVERIFY(f.setFecha(u"01/02/2027"_s));
+        QCOMPARE(c.d.ultimo().titulo, u"ATENCION"_s);
+        QCOMPARE(f.presupuesto().documento.lineas().first().pvp, 12.10);
+        QVERIFY(!f.anadirArticulo(u"abc"_s, u"1"_s));
+        QCOMPARE(c.d.ultimoTexto(), u"Indique el artículo que desea incluir"_s);
+        c.d.si();
+        QVERIFY(!f.convertir());
+        QCOMPARE(c.d.ultimoTexto(), u"Indique el vendedor"_s);
+        QCOMPARE(c.s.contar(u"Albaranes"_s), 0);
+        QCOMPARE(c.s.contar(u"Presupuestos"_s), 0);
     }
 
     // Two workstations make the same quote into a note: one note only; the other is told.

@@ -77,9 +77,7 @@ PresupuestoWindow::PresupuestoWindow(Entorno& e, QWidget* padre) : QWidget(padre
     auto* buscarArt = boton(QStringLiteral("cmdBuscarArticulo"), QStringLiteral("Buscar artículo..."));
     auto* quitar = boton(QStringLiteral("cmdQuitar"), QStringLiteral("Quitar línea"));
     connect(anadir, &QPushButton::clicked, this, [this] {
-        bool ok = false;
-        const qint64 codigo = articulo_->text().trimmed().toLongLong(&ok);
-        if (ok && form_.anadirArticulo(codigo, cantidad_->text())) articulo_->clear();
+        if (form_.anadirArticulo(articulo_->text(), cantidad_->text())) articulo_->clear();
         mostrar();
     });
     connect(buscarArt, &QPushButton::clicked, this, [this] {

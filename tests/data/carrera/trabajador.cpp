@@ -289,7 +289,7 @@ int convertir(Database& db, qint64 id, bool colgado) {
     if (!p) return 2;
     if (colgado) {
         Transaction tx = db.transaccion();
-        responder(store.convertir(*p, QStringLiteral("A")) == ResultadoPresupuesto::Hecho ? QStringLiteral("1")
+        responder(store.convertir(*p, QStringLiteral("A"), QDate(2026, 11, 20), QTime(10, 0)) == ResultadoPresupuesto::Hecho ? QStringLiteral("1")
                                                                                           : QStringLiteral("0"));
         for (;;)
             QThread::sleep(60);
@@ -297,7 +297,7 @@ int convertir(Database& db, qint64 id, bool colgado) {
     ResultadoPresupuesto r = ResultadoPresupuesto::Hecho;
     if (!reintentarNumeracion(d, QStringLiteral("Albarán"), [&] {
             Presupuesto copia = *p;
-            r = store.convertir(copia, QStringLiteral("A"));
+            r = store.convertir(copia, QStringLiteral("A"), QDate(2026, 11, 20), QTime(10, 0));
         }))
         return 2;
     responder(r == ResultadoPresupuesto::Hecho ? QStringLiteral("1") : QStringLiteral("0"));
