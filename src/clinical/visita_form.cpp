@@ -552,6 +552,17 @@ bool VisitaForm::presupuestar() {
     return true;
 }
 
+void VisitaForm::releerPresupuesto() {
+    if (!id_ || !mascota_) return;
+    CommandTrace traza(e_.dialogs(), QStringLiteral("leer la visita en las '") + kTituloVisitas + QLatin1Char('\''));
+    traza.ejecutar([&] {
+        VisitaStore store(e_.db());
+        if (const auto r = store.cargar(*id_))
+            registro_.setValor(QStringLiteral("Presupuesto"), r->valor(QStringLiteral("Presupuesto")));
+        historial_ = store.historial(mascota_->IdMascota);
+    });
+}
+
 // --- prescriptions -------------------------------------------------------------------------
 
 void VisitaForm::cargarEntradaReceta(int fila) {

@@ -104,6 +104,9 @@ public:
     // Saves the visit like cobrar and opens the quote screen for it through abrirPresupuesto
     // (client, pet, visit and the attending vet as salesperson).
     bool presupuestar();
+    // A quote of this visit was saved: the visit's mark and the history are read again (the
+    // fields being edited stay).
+    void releerPresupuesto();
     std::function<void(const AperturaPresupuesto&)> abrirPresupuesto;
 
     // --- prescriptions ---

@@ -28,6 +28,7 @@
 #include "stock/ui/articulo_window.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <memory>
 
 void aplicarConfiguracionPuesto(MainWindow& w) {
@@ -138,9 +139,11 @@ void registrarPantallas(MainWindow& w) {
         }
         w.abrirVentana(ventana, false);
     };
-    auto abrirPresupuesto = [&w, &e, abrirAlbaran](const AperturaPresupuesto& ap) {
+    auto abrirPresupuesto = [&w, &e, abrirAlbaran](const AperturaPresupuesto& ap,
+                                                   std::function<void()> alGuardar = {}) {
         auto* ventana = new PresupuestoWindow(e);
         ventana->form().abrirAlbaran = abrirAlbaran;
+        ventana->form().alGuardar = std::move(alGuardar);
         if (!ventana->abrir(ap)) {
             delete ventana;
             return;
@@ -166,7 +169,12 @@ void registrarPantallas(MainWindow& w) {
                     abrirEstancias](const AperturaVisita& ap) {
         auto* ventana = new VisitaWindow(e);
         ventana->form().abrirAlbaran = abrirAlbaran;
-        ventana->form().abrirPresupuesto = abrirPresupuesto;
+        QPointer<VisitaWindow> visita(ventana);
+        ventana->form().abrirPresupuesto = [abrirPresupuesto, visita](const AperturaPresupuesto& p) {
+            abrirPresupuesto(p, [visita] {
+                if (visita) visita->presupuestoGuardado();
+            });
+        };
         QObject::connect(ventana, &VisitaWindow::abrirMascota, &w, abrirMascota);
         QObject::connect(ventana, &VisitaWindow::abrirCliente, &w, [&w, &e, abrirMascotas](qint64 idCliente) {
             auto* cliente = new ClienteWindow(e);

@@ -335,6 +335,7 @@ bool PresupuestoForm::guardar() {
     p_ = copia;
     if (nuevo) e_.editores.ocupar(kTablaPresupuestos, *p_.IdPresupuesto, this, traerAlFrente);
     modificado_ = false;
+    if (alGuardar) alGuardar();
     return true;
 }
 

@@ -74,6 +74,8 @@ public:
 
     std::function<void(const AperturaAlbaran&)> abrirAlbaran;
     std::function<void()> traerAlFrente;
+    // Told after every save (the visit the quote comes from shows it).
+    std::function<void()> alGuardar;
 
 private:
     bool fallo(const QString& texto);

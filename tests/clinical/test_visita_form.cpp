@@ -315,6 +315,33 @@ private slots:
         QCOMPARE(*abiertos.at(2).NumVisita, *f.id());
     }
 
+    // The quote button saves the visit first and opens a quote for its client, pet and vet;
+    // once the quote is saved the visit shows it ("Presup.").
+    void presupuesto() {
+        auto c = caso();
+        const qint64 art = c->s.fila(u"Articulos"_s, {{u"Articulo"_s, u"Limpieza dental"_s},
+                                                     {u"ArtIVA"_s, c->s.iva()}, {u"PVP2"_s, 80.0}});
+        VisitaForm f(c->e);
+        std::optional<AperturaPresupuesto> abierto;
+        f.abrirPresupuesto = [&](const AperturaPresupuesto& a) { abierto = a; };
+        QVERIFY(f.abrir(para(c->ana, c->rufo)));
+        rellenar(*c, f);
+        QVERIFY(f.presupuestar());
+        QVERIFY(f.id());
+        QCOMPARE(*abierto->NumVisita, *f.id());
+        QCOMPARE(*abierto->idMascota, c->rufo);
+        QCOMPARE(*abierto->IdVendedor, c->vet);
+        PresupuestoForm p(c->e);
+        p.alGuardar = [&] { f.releerPresupuesto(); };
+        QVERIFY(p.abrir(*abierto));
+        QVERIFY(p.anadirArticulo(art));
+        QCOMPARE(p.textoTotal(), u"74,00"_s); // TARIFA 2 at 80,00 less Ana's 7,5 %
+        QVERIFY(!f.presupuestado());
+        QVERIFY(p.guardar());
+        QVERIFY(f.presupuestado());
+        QVERIFY(f.historial().first().Presupuesto);
+    }
+
     // The checks in order; selection messages; the fields of a printed page.
     void recetas() {
         auto c = caso();

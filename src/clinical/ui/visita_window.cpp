@@ -577,6 +577,11 @@ bool VisitaWindow::abrir(const AperturaVisita& apertura) {
     return ok;
 }
 
+void VisitaWindow::presupuestoGuardado() {
+    form_.releerPresupuesto();
+    mostrarCabecera();
+}
+
 void VisitaWindow::mostrarTodo() {
     for (auto it = entradas_.cbegin(); it != entradas_.cend(); ++it)
         if (auto* combo = qobject_cast<QComboBox*>(it.value()))

@@ -26,6 +26,8 @@ public:
     explicit VisitaWindow(Entorno& entorno, QWidget* padre = nullptr);
     VisitaForm& form() { return form_; }
     bool abrir(const AperturaVisita& apertura);
+    // A quote of the visit was saved: its mark and the history are shown again.
+    void presupuestoGuardado();
     QTabWidget* pestanas() const { return pestanas_; }
 
 signals:
