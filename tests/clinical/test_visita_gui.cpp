@@ -96,6 +96,18 @@ private slots:
             capturar(w, nombres.at(i) + u".png"_s);
         }
         QCOMPARE(w.form().recetas().size(), 2);
+        // The consultation with analytic results: grouped by "Grupo".
+        VisitaWindow w2(c.e);
+        AperturaVisita ap2;
+        ap2.NumVisita = c.valor(u"SELECT MIN(IdVisita) FROM ResultadosAnalitica"_s).toLongLong();
+        QVERIFY(w2.abrir(ap2));
+        w2.resize(1100, 760);
+        w2.pestanas()->setCurrentIndex(2);
+        const auto* analiticas = hijo<QTreeWidget>(w2, u"lvwAnaliticas"_s);
+        QCOMPARE(columna(*analiticas, 0), (QStringList{u"Bioquímica"_s, u"Hemograma"_s}));
+        QCOMPARE(analiticas->topLevelItem(0)->childCount(), 4);
+        capturar(w2, u"visita-analiticas.png"_s);
+        w2.close();
         // The demo's quote, made from a visit that shows it in its history.
         QCOMPARE(c.valor(u"SELECT COUNT(*) FROM Visitas WHERE Presupuesto = ?"_s, {true}).toInt(), 1);
         PresupuestoWindow q(c.e);
