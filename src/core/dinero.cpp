@@ -36,6 +36,11 @@ bool mismoImporte(double a, double b) {
     return redondear2(a) == redondear2(b);
 }
 
+bool menorImporte(double a, double b) {
+    // Both are the doubles nearest to their cents, which keep the cents' order.
+    return redondear2(a) < redondear2(b);
+}
+
 bool importeNulo(double x) {
     return redondear2(x) == 0.0;
 }

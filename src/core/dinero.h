@@ -12,5 +12,7 @@ double redondear2(double x);
 // Amounts compared as the cents they round to, never with an epsilon of one's own:
 // mismoImporte(0.1 + 0.2, 0.3) is true, mismoImporte(10.00, 10.01) is false.
 bool mismoImporte(double a, double b);
+// a is less than b once both are rounded to cents: menorImporte(9.994, 9.99) is false.
+bool menorImporte(double a, double b);
 // True when the amount rounds to 0.00 (so -0.004 and 0.004 are nothing owed).
 bool importeNulo(double x);
