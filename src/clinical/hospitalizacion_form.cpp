@@ -21,6 +21,12 @@ bool HospitalizadasForm::cargar() {
     return false;
 }
 
+void HospitalizadasForm::avisarYaDeAlta(const QString& mascota) {
+    e_.dialogs().avisar(QStringLiteral("¡Atención!"), QStringLiteral("La mascota '") + mascota +
+                                                          QStringLiteral("' ya no está hospitalizada: otro puesto le "
+                                                                         "ha dado el alta."));
+}
+
 bool HospitalizadasForm::elegida(int i) {
     if (fila(i)) return true;
     e_.dialogs().mostrar(Icono::Exclamacion, QStringLiteral("Aviso"),
@@ -40,10 +46,7 @@ bool HospitalizadasForm::cambiarJaula(int i) {
         hecho = HospitalizacionStore(e_.db()).cambiarJaula(f.IdMascota, jaula->trimmed());
         releer();
     });
-    if (!hecho)
-        e_.dialogs().avisar(QStringLiteral("¡Atención!"),
-                            QStringLiteral("La mascota '") + f.Mascota +
-                                QStringLiteral("' ya no está hospitalizada: otro puesto le ha dado el alta."));
+    if (!hecho) avisarYaDeAlta(f.Mascota);
     return hecho;
 }
 
@@ -59,10 +62,7 @@ bool HospitalizadasForm::darAlta(int i) {
         hecho = HospitalizacionStore(e_.db()).darAlta(f.IdMascota, f.NumHospitalizacion, *alta);
         releer();
     });
-    if (!hecho)
-        e_.dialogs().avisar(QStringLiteral("¡Atención!"),
-                            QStringLiteral("La mascota '") + f.Mascota +
-                                QStringLiteral("' ya no está hospitalizada: otro puesto le ha dado el alta."));
+    if (!hecho) avisarYaDeAlta(f.Mascota);
     return hecho;
 }
 

@@ -41,6 +41,8 @@ private:
     // A row is chosen; otherwise "Debe seleccionar previamente una Mascota" (title "Aviso").
     bool elegida(int i);
     void releer();
+    // The stay changed meanwhile: another workstation discharged the pet.
+    void avisarYaDeAlta(const QString& mascota);
     Entorno& e_;
     QList<FilaHospitalizada> lista_;
 };

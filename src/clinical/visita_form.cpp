@@ -216,15 +216,19 @@ QList<OpcionLookup> VisitaForm::opciones(const QString& columna) {
         bool ok = false;
         const qint64 propio = texto(columna).toLongLong(&ok);
         if (ok) ademas << propio;
-        for (const auto& r : recetas_)
-            ademas << (columna == QStringLiteral("IdMedicamento") ? r.IdMedicamento : r.IdVeterinario);
         VisitaStore store(e_.db());
-        if (columna == QStringLiteral("IdMedicamento"))
+        if (columna == QStringLiteral("IdMedicamento")) {
+            for (const auto& r : recetas_)
+                ademas << r.IdMedicamento;
             l = store.medicamentos(ademas);
-        else if (columna == QStringLiteral("IdEspecialidad"))
+        } else if (columna == QStringLiteral("IdEspecialidad")) {
             l = store.especialidadesOfrecidas();
-        else
-            l = store.opciones(columna, columna == QStringLiteral("IdVeterinario") ? ademas : ademas.mid(0, ok ? 1 : 0));
+        } else {
+            if (columna == QStringLiteral("IdVeterinario"))
+                for (const auto& r : recetas_)
+                    ademas << r.IdVeterinario;
+            l = store.opciones(columna, ademas);
+        }
     });
     return l;
 }
@@ -744,10 +748,10 @@ bool VisitaForm::imprimirRecetas(const QList<int>& seleccion, DestinoDocumento d
 
 // --- documents ------------------------------------------------------------------------------
 
-QString VisitaForm::textoOpcion(const QString& columna) const {
+QString VisitaForm::textoOpcion(const QString& columna) {
     const QString clave = texto(columna);
     if (clave.isEmpty()) return {};
-    for (const auto& o : const_cast<VisitaForm*>(this)->opciones(columna))
+    for (const auto& o : opciones(columna))
         if (QString::number(o.clave) == clave) return o.texto;
     return {};
 }

@@ -172,7 +172,7 @@ private:
     // The report's fields, or the pet letter's (informe false); nullopt when the visit could not
     // be saved or the pet and its owner read (reported), or the notice was answered No.
     std::optional<DatosDocumento> datosDocumento(bool informe);
-    QString textoOpcion(const QString& columna) const;
+    QString textoOpcion(const QString& columna);
 
     std::optional<ClienteVenta> cliente_;
     double deuda_ = 0;

@@ -66,6 +66,13 @@ qint64 ContadorStore::incrementar(const QString& serie) {
     return n.toLongLong();
 }
 
+qint64 ContadorStore::tomarSiguienteTras(const QString& serie, qint64 mayorUsado, int esperaMs) {
+    const qint64 n = tomarSiguiente(serie, esperaMs);
+    if (n > mayorUsado) return n;
+    fijarUltimo(serie, mayorUsado);
+    return tomarSiguiente(serie);
+}
+
 qint64 ContadorStore::tomarSiguiente(const QString& serie, int esperaMs) {
     if (!db_.enTransaccion()) {
         EsperaSQLite espera(db_, esperaMs);

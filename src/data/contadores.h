@@ -30,6 +30,11 @@ public:
     // failure because the counter is held elsewhere satisfies esErrorDeConcurrencia.
     qint64 tomarSiguiente(const QString& serie, int esperaMs = 0);
 
+    // As tomarSiguiente, for documents that already hold numbers up to mayorUsado: a counter that
+    // fell behind them (a database from an earlier version, numbers typed by hand) goes on after
+    // the highest one.
+    qint64 tomarSiguienteTras(const QString& serie, qint64 mayorUsado, int esperaMs = 0);
+
     // The last number handed out; 0 for a series never used.
     qint64 ultimo(const QString& serie);
     // Makes the series go on after the number given (a series that starts at 1000...).

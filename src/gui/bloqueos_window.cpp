@@ -1,4 +1,5 @@
 #include "gui/bloqueos_window.h"
+#include "gui/controles.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -7,14 +8,6 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
-
-namespace {
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
-} // namespace
 
 BloqueosWindow::BloqueosWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), form_(entorno) {
     setObjectName(QStringLiteral("frmBloqueos"));

@@ -1,4 +1,5 @@
 #include "gui/usuarios_window.h"
+#include "gui/controles.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -20,11 +21,6 @@ QLineEdit* campo(const QString& nombre, int longitud, bool clave = false) {
     return e;
 }
 
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
 } // namespace
 
 UsuariosWindow::UsuariosWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), form_(entorno) {

@@ -117,17 +117,12 @@ GuardadoAlbaran AlbaranStore::guardar(Albaran& a) {
                                   // Nothing of a note that can still be changed has been collected.
                                   t.total()};
     if (a.esNuevo()) {
-        ContadorStore contadores(db_);
-        const QString clave = claveContador(QStringLiteral("Albaranes"), a.serie);
-        qint64 n = contadores.tomarSiguiente(clave, kEsperaPorIntento);
         // The next free number: a series whose counter fell behind its notes goes on after them.
         const qint64 mayor =
             db_.valor(QStringLiteral("SELECT MAX(NumAlbaran) FROM Albaranes WHERE Serie = ?"), {a.serie})
                 .toLongLong();
-        if (n <= mayor) {
-            contadores.fijarUltimo(clave, mayor);
-            n = contadores.tomarSiguiente(clave);
-        }
+        const qint64 n = ContadorStore(db_).tomarSiguienteTras(claveContador(QStringLiteral("Albaranes"), a.serie),
+                                                               mayor, kEsperaPorIntento);
         QVariantList v = comunes;
         v.prepend(n);
         QSqlQuery q = db_.ejecutar(

@@ -65,14 +65,9 @@ ResultadoPresupuesto PresupuestoStore::guardar(Presupuesto& p) {
                                   a.retencion(), a.exento(), t.bruto(), t.baseImponible(), t.iva(),
                                   t.retencion(), t.total()};
     if (p.esNuevo()) {
-        ContadorStore contadores(db_);
-        const QString clave = claveContador(QStringLiteral("Presupuestos"), QString());
-        qint64 n = contadores.tomarSiguiente(clave, kEsperaPorIntento);
         const qint64 mayor = db_.valor(QStringLiteral("SELECT MAX(NumPresupuesto) FROM Presupuestos")).toLongLong();
-        if (n <= mayor) {
-            contadores.fijarUltimo(clave, mayor);
-            n = contadores.tomarSiguiente(clave);
-        }
+        const qint64 n = ContadorStore(db_).tomarSiguienteTras(claveContador(QStringLiteral("Presupuestos"), QString()),
+                                                               mayor, kEsperaPorIntento);
         QVariantList v = comunes;
         v.prepend(n);
         v << kPresupuestoPendiente;

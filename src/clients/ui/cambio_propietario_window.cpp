@@ -1,4 +1,5 @@
 #include "clients/ui/cambio_propietario_window.h"
+#include "gui/controles.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -9,12 +10,6 @@
 #include <QVBoxLayout>
 
 namespace {
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
-
 QLineEdit* soloLectura(const QString& nombre) {
     auto* l = new QLineEdit;
     l->setObjectName(nombre);

@@ -1,4 +1,5 @@
 #include "clients/ui/cliente_busqueda_window.h"
+#include "gui/controles.h"
 
 #include "data/esquema.h"
 
@@ -112,12 +113,6 @@ QComboBox* ClienteBusquedaWindow::lista(const QString& nombre, const QString& ta
     for (const OpcionCriterio& o : form_.opciones(tabla))
         c->addItem(o.texto, o.clave);
     return c;
-}
-
-std::optional<qint64> ClienteBusquedaWindow::claveDe(const QComboBox* c) {
-    const QVariant v = c->currentData();
-    if (!v.isValid() || v.isNull()) return std::nullopt;
-    return v.toLongLong();
 }
 
 void ClienteBusquedaWindow::construirCompleta() {
@@ -263,7 +258,7 @@ void ClienteBusquedaWindow::construirReducida() {
 void ClienteBusquedaWindow::cambiarEspecie() {
     raza_->clear();
     raza_->addItem(QString(), QVariant());
-    const auto especie = claveDe(especie_);
+    const auto especie = claveElegida(especie_);
     if (!especie) return;
     for (const OpcionCriterio& o : form_.opciones(QStringLiteral("Razas"), especie))
         raza_->addItem(o.texto, o.clave);
@@ -286,7 +281,7 @@ void ClienteBusquedaWindow::leerCriterios() {
         c.poblacion = poblacion_->currentText();
         c.codigoPostal = codigoPostal_->text();
         c.provincia = provincia_->currentText();
-        c.idTipoCliente = claveDe(tipoCliente_);
+        c.idTipoCliente = claveElegida(tipoCliente_);
         return;
     }
     CriteriosBusquedaCliente& c = form_.criterios;
@@ -299,18 +294,18 @@ void ClienteBusquedaWindow::leerCriterios() {
     c.poblacion = poblacion_->currentText();
     c.codigoPostal = codigoPostal_->text();
     c.provincia = provincia_->currentText();
-    c.idTipoCliente = claveDe(tipoCliente_);
-    c.idFormaContacto = claveDe(formaContacto_);
+    c.idTipoCliente = claveElegida(tipoCliente_);
+    c.idFormaContacto = claveElegida(formaContacto_);
     c.lopd = ClienteBusquedaForm::codigoLOPD(lopd_->currentText());
     c.nombreMascota = mascota_->text();
     c.idMascota = numero(numMascota_);
     c.chip = chip_->text();
-    c.idEspecie = claveDe(especie_);
-    c.idRaza = claveDe(raza_);
+    c.idEspecie = claveElegida(especie_);
+    c.idRaza = claveElegida(raza_);
     c.sexo = sexo_->currentData().toString();
-    c.idEstado = claveDe(estado_);
-    c.idCondicionCorporal = claveDe(condicion_);
-    c.idPlanSalud = claveDe(planSalud_);
+    c.idEstado = claveElegida(estado_);
+    c.idCondicionCorporal = claveElegida(condicion_);
+    c.idPlanSalud = claveElegida(planSalud_);
     c.incluirClientesBaja = clientesBaja_->isChecked();
     c.incluirMascotasBaja = mascotasBaja_->isChecked();
 }

@@ -34,7 +34,6 @@ private:
     void aceptarCliente(int filaMascota);
     void cambiarEspecie();
     QComboBox* lista(const QString& nombre, const QString& tabla);
-    static std::optional<qint64> claveDe(const QComboBox* c);
 
     Entorno& e_;
     ClienteBusquedaForm form_;

@@ -1,4 +1,5 @@
 #include "clients/ui/cliente_window.h"
+#include "gui/controles.h"
 
 #include "data/esquema.h"
 #include "clients/ui/condiciones_widget.h"
@@ -27,12 +28,6 @@ const QString kSi = QStringLiteral("Sí");
 const QString kNo = QStringLiteral("No");
 const QStringList kSaldos = {QStringLiteral("Deuda"), QStringLiteral("EntregadoCuenta"),
                              QStringLiteral("DevolucionesPendientes"), QStringLiteral("FechaUltimoCobro")};
-
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
 
 QString etiqueta(const QString& columna) {
     const DescriptorColumna* c = descriptorRequerido(QStringLiteral("Clientes")).columna(columna);

@@ -1,4 +1,5 @@
 #include "clients/ui/condiciones_widget.h"
+#include "gui/controles.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -11,18 +12,6 @@
 #include <QVBoxLayout>
 
 namespace {
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
-
-std::optional<qint64> claveElegida(const QComboBox* c) {
-    const QVariant v = c->currentData();
-    if (!v.isValid() || v.isNull()) return std::nullopt;
-    return v.toLongLong();
-}
-
 void llenar(QComboBox* c, const QList<OpcionLista>& opciones, std::optional<qint64> elegida) {
     const QSignalBlocker bloqueo(c);
     c->clear();

@@ -1,4 +1,5 @@
 #include "clients/ui/listado_mascotas_window.h"
+#include "gui/controles.h"
 
 #include "clients/mascota_form.h"
 #include "clients/ui/aviso_lopd_window.h"
@@ -20,12 +21,6 @@
 #include <QVBoxLayout>
 
 namespace {
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
-
 QComboBox* combo(const QString& nombre) {
     auto* c = new QComboBox;
     c->setObjectName(nombre);

@@ -1,4 +1,5 @@
 #include "clients/ui/mascota_window.h"
+#include "gui/controles.h"
 
 #include "core/formatos.h"
 #include "data/esquema.h"
@@ -27,12 +28,6 @@ const QString kNo = QStringLiteral("No");
 QString etiqueta(const QString& columna) {
     const DescriptorColumna* c = tablaMascotas().columna(columna);
     return (c ? c->Descripcion : columna) + QLatin1Char(':');
-}
-
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
 }
 
 // Where each field goes: identity, clinical data, dates and plan, notes.

@@ -1,4 +1,5 @@
 #include "clients/ui/registro_cambios_window.h"
+#include "gui/controles.h"
 
 #include <QCheckBox>
 #include <QDateEdit>
@@ -12,12 +13,6 @@
 #include <QVBoxLayout>
 
 namespace {
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
-
 QDateEdit* fecha(const QString& nombre, const QDate& valor) {
     auto* d = new QDateEdit(valor);
     d->setObjectName(nombre);

@@ -1,4 +1,5 @@
 #include "clinical/ui/fotos_widget.h"
+#include "gui/controles.h"
 
 #include "app/entorno.h"
 #include "clinical/fotos_visita.h"
@@ -17,12 +18,6 @@
 namespace {
 constexpr QSize kMiniatura(120, 90);
 const QString kAtencion = QStringLiteral("¡Atención!");
-
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
 
 // The photograph reduced to the thumbnail's size (decoded small), centred on white; a file
 // that cannot be read gives a grey box.

@@ -1,4 +1,5 @@
 #include "clinical/ui/hospitalizacion_window.h"
+#include "gui/controles.h"
 
 #include "core/formatos.h"
 
@@ -13,21 +14,6 @@
 #include <QVBoxLayout>
 
 namespace {
-QTreeWidget* lista(const QString& nombre, const QStringList& columnas) {
-    auto* l = new QTreeWidget;
-    l->setObjectName(nombre);
-    l->setHeaderLabels(columnas);
-    l->setRootIsDecorated(false);
-    l->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    return l;
-}
-
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
-
 QDialogButtonBox* botonesDialogo(QDialog& d) {
     auto* bb = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &d);
     QObject::connect(bb, &QDialogButtonBox::accepted, &d, &QDialog::accept);
@@ -84,7 +70,7 @@ HospitalizadasWindow::HospitalizadasWindow(Entorno& e, QWidget* padre) : QWidget
     form_.dialogos.jaula = [this](const QString& j) { return pedirJaula(this, j); };
     form_.dialogos.alta = [this, &e] { return pedirAlta(this, e); };
     form_.alAbrirMascota = [this](qint64 c, qint64 m) { emit abrirMascota(c, m); };
-    lista_ = lista(QStringLiteral("lvwHospitalizadas"), HospitalizadasForm::columnas());
+    lista_ = listaPlana(QStringLiteral("lvwHospitalizadas"), HospitalizadasForm::columnas());
     auto* jaula = boton(QStringLiteral("cmdCambiarJaula"), QStringLiteral("Cambiar jaula..."));
     auto* mascota = boton(QStringLiteral("cmdAbrirMascota"), QStringLiteral("Abrir mascota"));
     auto* alta = boton(QStringLiteral("cmdDarAlta"), QStringLiteral("Dar de alta..."));
@@ -134,7 +120,7 @@ RegistroHospitalizacionesWindow::RegistroHospitalizacionesWindow(Entorno& e, QWi
     : QWidget(padre), form_(e) {
     setObjectName(QStringLiteral("frmRegistroHospitalizaciones"));
     form_.IrAVisita = [this](qint64 n) { emit IrAVisita(n); };
-    lista_ = lista(QStringLiteral("lvwRegistro"), RegistroHospitalizacionesForm::columnas());
+    lista_ = listaPlana(QStringLiteral("lvwRegistro"), RegistroHospitalizacionesForm::columnas());
     connect(lista_, &QTreeWidget::itemDoubleClicked, this,
             [this](QTreeWidgetItem* item) { form_.irAVisita(lista_->indexOfTopLevelItem(item)); });
     auto* visita = boton(QStringLiteral("cmdIrAVisita"), QStringLiteral("Ir a la visita"));

@@ -1,4 +1,5 @@
 #include "clinical/ui/plan_salud_window.h"
+#include "gui/controles.h"
 
 #include "gui/traer_al_frente.h"
 
@@ -15,14 +16,6 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
-
-namespace {
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
-} // namespace
 
 PlanSaludWindow::PlanSaludWindow(Entorno& entorno, QWidget* padre)
     : QWidget(padre), e_(entorno), form_(entorno) {

@@ -1,4 +1,5 @@
 #include "clinical/ui/visita_busqueda_window.h"
+#include "gui/controles.h"
 
 #include "core/formatos.h"
 
@@ -11,14 +12,6 @@
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
-
-namespace {
-std::optional<qint64> clave(const QComboBox* c) {
-    const QVariant v = c->currentData();
-    if (!v.isValid()) return std::nullopt;
-    return v.toLongLong();
-}
-} // namespace
 
 VisitaBusquedaWindow::VisitaBusquedaWindow(Entorno& e, QWidget* padre) : QDialog(padre), e_(e), form_(e) {
     setObjectName(QStringLiteral("frmBusquedaVisitas"));
@@ -78,9 +71,9 @@ VisitaBusquedaWindow::VisitaBusquedaWindow(Entorno& e, QWidget* padre) : QDialog
 }
 
 void VisitaBusquedaWindow::buscar() {
-    form_.filtro.IdVeterinario = clave(veterinario_);
-    form_.filtro.IdTipoVisita = clave(tipo_);
-    form_.filtro.IdDiagnostico = clave(diagnostico_);
+    form_.filtro.IdVeterinario = claveElegida(veterinario_);
+    form_.filtro.IdTipoVisita = claveElegida(tipo_);
+    form_.filtro.IdDiagnostico = claveElegida(diagnostico_);
     form_.filtro.porFechas = fechas_->isChecked();
     if (form_.filtro.porFechas) {
         const auto d = leerFecha(desde_->text());

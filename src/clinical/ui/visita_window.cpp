@@ -1,4 +1,5 @@
 #include "clinical/ui/visita_window.h"
+#include "gui/controles.h"
 
 #include "app/instalacion.h"
 #include "clinical/croquis.h"
@@ -29,31 +30,11 @@
 #include <QVBoxLayout>
 
 namespace {
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
-
 QString etiqueta(const QString& columna) {
     const DescriptorColumna* c = tablaVisitas().columna(columna);
     return (c ? c->Descripcion : columna) + QLatin1Char(':');
 }
 
-QTreeWidget* lista(const QString& nombre, const QStringList& columnas) {
-    auto* l = new QTreeWidget;
-    l->setObjectName(nombre);
-    l->setHeaderLabels(columnas);
-    l->setRootIsDecorated(false);
-    l->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    return l;
-}
-
-std::optional<qint64> clave(const QComboBox* c) {
-    const QVariant v = c->currentData();
-    if (!v.isValid()) return std::nullopt;
-    return v.toLongLong();
-}
 } // namespace
 
 VisitaWindow::VisitaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e_(entorno), form_(entorno) {
@@ -80,7 +61,7 @@ VisitaWindow::VisitaWindow(Entorno& entorno, QWidget* padre) : QWidget(padre), e
     mascota_->setMinimumWidth(180);
     connect(mascota_, &QComboBox::currentIndexChanged, this, [this](int) {
         if (actualizando_) return;
-        const auto id = clave(mascota_);
+        const auto id = claveElegida(mascota_);
         if (id) form_.setMascota(*id);
         mostrarTodo();
     });
@@ -196,7 +177,7 @@ QWidget* VisitaWindow::crearEntrada(const QString& c) {
         combo->setObjectName(QStringLiteral("cbo") + c);
         combo->setMinimumWidth(200);
         connect(combo, &QComboBox::currentIndexChanged, this, [this, c, combo](int) {
-            const auto v = clave(combo);
+            const auto v = claveElegida(combo);
             cambio(c, v ? QString::number(*v) : QString());
         });
         w = combo;
@@ -270,7 +251,7 @@ QWidget* VisitaWindow::pestanaHistorial() {
     auto* p = new QWidget;
     cabeceraHistorial_ = new QLabel;
     cabeceraHistorial_->setObjectName(QStringLiteral("lblHistorial"));
-    historial_ = lista(QStringLiteral("lvwHistorial"),
+    historial_ = listaPlana(QStringLiteral("lvwHistorial"),
                        {QStringLiteral("Fecha"), QStringLiteral("Hora"), QStringLiteral("Tipo de Visita"),
                         QStringLiteral("Diagnóstico"), QStringLiteral("Veterinario"), QStringLiteral("Peso"),
                         QStringLiteral("Presup.")});
@@ -288,7 +269,7 @@ QWidget* VisitaWindow::pestanaHistorial() {
 
 QWidget* VisitaWindow::pestanaAnaliticas() {
     auto* p = new QWidget;
-    analiticas_ = lista(QStringLiteral("lvwAnaliticas"),
+    analiticas_ = listaPlana(QStringLiteral("lvwAnaliticas"),
                         {QStringLiteral("Grupo"), QStringLiteral("Resultado"), QStringLiteral("ValorNormal"),
                          QStringLiteral("Unidades"), QStringLiteral("DatoPrivado")});
     analiticas_->setRootIsDecorated(true);
@@ -312,7 +293,7 @@ QWidget* VisitaWindow::pestanaAnaliticas() {
     auto* amp = boton(QStringLiteral("cmdAmpliarResultado"), QStringLiteral("Ampliar..."));
     amp->setToolTip(QStringLiteral("Ampliar el resultado de esta Analítica"));
     connect(anadir, &QPushButton::clicked, this, [this] {
-        if (const auto a = clave(analitica_))
+        if (const auto a = claveElegida(analitica_))
             form_.anadirResultado(*a, resultado_->text(), resultadoPrivado_->isChecked());
         mostrarTodo();
     });
@@ -361,7 +342,7 @@ QWidget* VisitaWindow::pestanaEspecialidades() {
     especialidad_->setObjectName(QStringLiteral("cboEspecialidad"));
     auto* anadir = boton(QStringLiteral("cmdAnadirEspecialidad"), QStringLiteral("Añadir"));
     connect(anadir, &QPushButton::clicked, this, [this] {
-        if (const auto id = clave(especialidad_)) form_.anadirEspecialidad(*id);
+        if (const auto id = claveElegida(especialidad_)) form_.anadirEspecialidad(*id);
         mostrarTodo();
         especialidades_->setCurrentRow(especialidades_->count() - 1);
     });
@@ -420,7 +401,7 @@ QWidget* VisitaWindow::pestanaEspecialidades() {
 
 QWidget* VisitaWindow::pestanaRecetas() {
     auto* p = new QWidget;
-    recetas_ = lista(QStringLiteral("lvwRecetas"), {QStringLiteral("Fecha"), QStringLiteral("DPS"),
+    recetas_ = listaPlana(QStringLiteral("lvwRecetas"), {QStringLiteral("Fecha"), QStringLiteral("DPS"),
                                                     QStringLiteral("Dosificación"), QStringLiteral("Veterinario")});
     recetas_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     connect(recetas_, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) {
@@ -494,8 +475,8 @@ QList<int> VisitaWindow::recetasElegidas() const {
 
 void VisitaWindow::leerEntradaReceta() {
     form_.entradaReceta.fecha = fechaReceta_->text();
-    form_.entradaReceta.idMedicamento = clave(medicamento_);
-    form_.entradaReceta.idVeterinario = clave(veterinarioReceta_);
+    form_.entradaReceta.idMedicamento = claveElegida(medicamento_);
+    form_.entradaReceta.idVeterinario = claveElegida(veterinarioReceta_);
     form_.entradaReceta.dispensador = dispensador_->text();
     form_.entradaReceta.dosificacion = dosificacion_->text();
 }

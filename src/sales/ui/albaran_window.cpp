@@ -1,4 +1,5 @@
 #include "sales/ui/albaran_window.h"
+#include "gui/controles.h"
 
 #include "gui/traer_al_frente.h"
 
@@ -18,11 +19,6 @@
 #include <QVBoxLayout>
 
 namespace {
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
 QLineEdit* linea(const QString& nombre, int ancho = 0) {
     auto* l = new QLineEdit;
     l->setObjectName(nombre);

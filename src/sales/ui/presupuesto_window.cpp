@@ -1,4 +1,5 @@
 #include "sales/ui/presupuesto_window.h"
+#include "gui/controles.h"
 
 #include "core/formatos.h"
 #include "gui/traer_al_frente.h"
@@ -13,19 +14,6 @@
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
-
-namespace {
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
-std::optional<qint64> clave(const QComboBox* c) {
-    const QVariant v = c->currentData();
-    if (!v.isValid()) return std::nullopt;
-    return v.toLongLong();
-}
-} // namespace
 
 PresupuestoWindow::PresupuestoWindow(Entorno& e, QWidget* padre) : QWidget(padre), form_(e) {
     setObjectName(QStringLiteral("frmPresupuestos"));
@@ -51,14 +39,14 @@ PresupuestoWindow::PresupuestoWindow(Entorno& e, QWidget* padre) : QWidget(padre
         mostrar();
     });
     connect(mascota_, &QComboBox::currentIndexChanged, this, [this] {
-        if (!actualizando_) form_.ponerMascota(clave(mascota_));
+        if (!actualizando_) form_.ponerMascota(claveElegida(mascota_));
     });
     connect(fecha_, &QLineEdit::editingFinished, this, [this] {
         if (!actualizando_ && fecha_->isModified() && !form_.setFecha(fecha_->text())) mostrar();
         fecha_->setModified(false);
     });
     connect(vendedor_, &QComboBox::currentIndexChanged, this, [this] {
-        if (!actualizando_) form_.setVendedor(clave(vendedor_));
+        if (!actualizando_) form_.setVendedor(claveElegida(vendedor_));
     });
 
     lineas_ = new QTreeWidget;

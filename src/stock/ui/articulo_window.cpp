@@ -1,4 +1,5 @@
 #include "stock/ui/articulo_window.h"
+#include "gui/controles.h"
 
 #include "data/esquema.h"
 #include "gui/traer_al_frente.h"
@@ -22,11 +23,6 @@ namespace {
 const QString kSi = QStringLiteral("Sí");
 const QString kNo = QStringLiteral("No");
 
-QPushButton* boton(const QString& nombre, const QString& texto) {
-    auto* b = new QPushButton(texto);
-    b->setObjectName(nombre);
-    return b;
-}
 } // namespace
 
 ArticuloWindow::ArticuloWindow(Entorno& entorno, QWidget* padre)
